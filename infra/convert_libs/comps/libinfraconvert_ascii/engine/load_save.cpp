@@ -1,0 +1,176 @@
+// The configuration file to text, and back.
+
+#include "engine/operation.h"
+#include "engine/replace_file.h"
+
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <sys/stat.h>
+
+namespace engine {
+
+namespace {
+
+constexpr const char *configuration_file = "/ascii/system.cfg";
+
+// Positions are also traced as signed numbers of 32 bits.
+constexpr long largest_capacity = INT32_MAX;
+
+using path_t = char[area_size];
+
+// Builds the path of the configuration file in `file`, cut to the area. Returns false, with a
+// message, when there is none.
+bool path_to_asciicfg(const engine_t &e, const char *path, path_t &file) {
+    errno = EINVAL;
+    if (path && snprintf(file, sizeof file, "%s%s", path, configuration_file) >= 0)
+        return true;
+    log_operation(e, "path_to_asciicfg",
+                  "failed to expand path into ASCII configuration location: %s\n", strerror(errno));
+    return false;
+}
+
+// Allocates the room for a file of `size` bytes as the instance's text.
+bool allocate_text(engine_t &e, long size) {
+    delete e.text;
+    e.text = nullptr;
+    const bool fits = size <= (largest_capacity - long{e.capacity_extra}) / long{e.capacity_factor};
+    errno = ENOMEM;
+    if (fits)
+        e.text = new (std::nothrow)
+            text_t(static_cast<uint32_t>(size) * e.capacity_factor + e.capacity_extra);
+    if (e.text && !e.text->holds_memory()) {
+        delete e.text;
+        e.text = nullptr;
+    }
+    log_operation(e, "read_ascii_file", "Allocating block of memory at %p\n",
+                  static_cast<const void *>(e.text ? e.text->memory() : nullptr));
+    return e.text;
+}
+
+struct closer {
+    void operator()(FILE *file) const { fclose(file); }
+};
+
+// Reads the whole file into the text that was made for it.
+syserr_t read_text(engine_t &e, const char *file, long size) {
+    std::unique_ptr<FILE, closer> stream(fopen(file, "r"));
+    if (!stream) {
+        log_operation(e, "read_ascii_file", "failed to open %s: %s\n", file, strerror(errno));
+        return failure;
+    }
+    if (fread(e.text->memory(), static_cast<size_t>(size), 1, stream.get()) != 1) {
+        log_operation(e, "read_ascii_file", "failed to read %ld bytes from %s: %s\n", size, file,
+                      strerror(errno));
+        return failure;
+    }
+    e.text->loaded(static_cast<uint32_t>(size));
+    if (fclose(stream.release()) != 0) {
+        log_operation(e, "read_ascii_file", "failed to close %s: %s\n", file, strerror(errno));
+        return failure;
+    }
+    return 0;
+}
+
+void log_each_byte(const engine_t &e, std::string_view bytes) {
+    if (!log_is_on(e))
+        return;
+    const std::string lead = std::string(e.prefix) + "_print_ascii_file(): ";
+    std::string messages;
+    for (size_t i = 0; i < bytes.size(); i++) {
+        messages += lead;
+        messages += bytes[i];
+        if (messages.size() >= BUFSIZ || i + 1 == bytes.size()) {
+            fwrite(messages.data(), messages.size(), 1, *e.log_stream);
+            messages.clear();
+        }
+    }
+    fflush(*e.log_stream);
+}
+
+} // namespace
+
+syserr_t read_ascii_file(engine_t &e, const char *path) {
+    e.edit_refused = false;
+    if (e.traces_path)
+        log_operation(e, "read_ascii_file", "Reading ASCII file %s...\n", text_or_null(path));
+    else
+        log_operation(e, "read_ascii_file", "Reading ASCII file ...\n");
+
+    path_t file;
+    if (!path_to_asciicfg(e, path, file)) {
+        log_operation(e, "read_ascii_file", "failed to write out uncompress command: %s\n",
+                      strerror(errno));
+        return failure;
+    }
+    struct stat status;
+    if (stat(file, &status) != 0) {
+        log_operation(e, "read_ascii_file", "failed to get file size for %s: %s\n", file,
+                      strerror(errno));
+        return failure;
+    }
+    if (e.traces_path)
+        log_operation(e, "read_ascii_file", "got file %s\n", file);
+    const long size = status.st_size;
+    if (size <= 0) {
+        log_operation(e, "read_ascii_file", "file size for %s unexpectedly %ld\n", file, size);
+        return failure;
+    }
+    if (e.traces_size)
+        log_operation(e, "read_ascii_file", "file size %ld\n", size);
+    if (!allocate_text(e, size)) {
+        log_operation(e, "read_ascii_file", "failed to allocate memory for file %s: %s\n", file,
+                      strerror(errno));
+        return failure;
+    }
+    return read_text(e, file, size);
+}
+
+syserr_t write_ascii_file(engine_t &e, const char *path) {
+    log_operation(e, "write_ascii_file", "Writing ASCII file to %s ...\n", text_or_null(path));
+    path_t file;
+    if (!path_to_asciicfg(e, path, file))
+        return failure;
+    replace_file_t replacement;
+    if (!replacement.begin(file)) {
+        log_operation(e, "write_ascii_file", "failed to open %s: %s\n", file, strerror(errno));
+        return failure;
+    }
+    if (e.traces_path)
+        log_operation(e, "write_ascii_file", "writing file %s\n", file);
+    if (!replacement.write(e.text->saved_bytes())) {
+        log_operation(e, "write_ascii_file", "failed to write byteto %s: %s\n", file,
+                      strerror(errno));
+        return failure;
+    }
+    if (!replacement.commit()) {
+        log_operation(e, "write_ascii_file", "failed to close %s: %s\n", file, strerror(errno));
+        return failure;
+    }
+    log_operation(e, "write_ascii_file", "Wrote ASCII file succesfully!\n");
+    print_ascii_file(e);
+    if (!e.keeps_buffer) {
+        log_operation(e, "write_ascii_file", "Freeing block of memory at %p\n",
+                      static_cast<const void *>(e.text->memory()));
+        delete e.text;
+        e.text = nullptr;
+    }
+    return 0;
+}
+
+void print_ascii_file(const engine_t &e) {
+    log_operation(e, "print_ascii_file", "Printing ASCII file ...\n");
+    if (e.dump == dump_t::log) {
+        const std::string_view shown = e.text->up_to_zero();
+        if (log_is_on(e))
+            fwrite(shown.data(), shown.size(), 1, *e.log_stream);
+        return;
+    }
+    const std::string_view saved = e.text->saved_bytes();
+    fwrite(saved.data(), saved.size(), 1, stdout);
+    if (e.dump == dump_t::output_and_log)
+        log_each_byte(e, saved);
+}
+
+} // namespace engine

@@ -1,0 +1,127 @@
+// The routing of the QoS converter, and its two pipelines across 4.1(3).
+
+#include "ipqosmgr/qosmgrcnv_4_1_3.h"
+
+#include "ipqosmgr/qosmgrcnv_main.h"
+#include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
+#include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
+#include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
+#include "ipqosmgr/qosmgrcnv_util_config_4_2_1.h"
+
+#include <span>
+
+namespace {
+
+// One step of a pipeline. Where it fails, the pipeline logs `message`, if there is one, followed by
+// the status in words where `names_status` is set.
+struct step_t {
+    syserr_t (*run)();
+    const char *message;
+    bool names_status;
+};
+
+// Runs the steps until one fails. Returns its status, else 0.
+syserr_t run_steps(const char *pipeline, std::span<const step_t> steps) {
+    for (const step_t &step : steps) {
+        const syserr_t status = step.run();
+        if (status == 0)
+            continue;
+        if (step.message && step.names_status)
+            engine::log(qoscnv_engine, pipeline, "%s: %s\n", step.message, syserr2str(status));
+        else if (step.message)
+            engine::log(qoscnv_engine, pipeline, "%s\n", step.message);
+        return status;
+    }
+    return 0;
+}
+
+constexpr step_t upgrade_steps[] = {
+    {qoscnv_build_classmaps_db, "failed to build classmaps database", false},
+    {qoscnv_build_policymaps_db_upgrade, "failed to build policymaps database", false},
+    {qoscnv_assign_qosgrp_to_sysqos_policy, "failed to assign qos groups to attached system policy",
+     false},
+    {qoscnv_add_type_qos_to_classmaps, "Could not add \"type qos\" to existing class-maps", true},
+    {qoscnv_add_type_qos_to_policymaps, "Could not add \"type qos\" to existing policy-maps", true},
+    {[] { return qoscnv_rewrite_maps(true); }, "Could not write out updated maps", true},
+    {qoscnv_rewrite_attachments, "Could not write out updated attachments", true},
+};
+
+constexpr step_t downgrade_to_4_1_3_steps[] = {
+    {qoscnv_remove_description, nullptr, false},
+    {qoscnv_remove_match_any, nullptr, false},
+    {qoscnv_build_policymaps_db_downgrade, "failed to build policymaps database for downgrade",
+     false},
+    {[] { return qoscnv_rewrite_maps_4_2_1(false); }, "Could not write out updated maps", true},
+};
+
+constexpr step_t downgrade_below_4_1_3_steps[] = {
+    {qoscnv_remove_description, nullptr, false},
+    {qoscnv_build_policymaps_db_downgrade, "failed to build policymaps database", false},
+    {qoscnv_identify_empty_classmaps, nullptr, false},
+    {qoscnv_identify_empty_policymaps, nullptr, false},
+    {qoscnv_delete_type_qos_attachments, nullptr, false},
+    {qoscnv_remove_type_qos, nullptr, false},
+    {qoscnv_remove_type_queuing, nullptr, false},
+    {qoscnv_remove_type_nq, nullptr, false},
+    {qoscnv_remove_qos_groups, nullptr, false},
+    {qoscnv_remove_empty_classmaps, nullptr, false},
+    {qoscnv_replace_policymaps, nullptr, false},
+    {qoscnv_delete_duplicate_attachments, "Could not delete duplicate attachments", true},
+};
+
+syserr_t qosmgr_convert_ascii_4_1_3_upgrade() {
+    qoscnv_log("entering ...\n");
+    return run_steps(__func__, upgrade_steps);
+}
+
+bool from_ge_4_2_1() { return qoscnv_ver_from_eq_4_2_1() || qoscnv_ver_from_gt_4_2_1(); }
+bool to_ge_4_2_1() { return qoscnv_ver_to_eq_4_2_1() || qoscnv_ver_to_gt_4_2_1(); }
+
+syserr_t qosmgr_convert_ascii_4_1_3_downgrade() {
+    qoscnv_log("entering ...\n");
+    if (!from_ge_4_2_1() || !qoscnv_ver_to_eq_4_1_3())
+        return run_steps(__func__, downgrade_below_4_1_3_steps);
+    const syserr_t status = run_steps(__func__, downgrade_to_4_1_3_steps);
+    if (status == 0)
+        qoscnv_log("4_2_1 to 4_1_3 mtu conversion completed\n");
+    return status;
+}
+
+} // namespace
+
+bool qoscnv_ver_from_5_0_3_U2_to_U1() {
+    return qoscnv_ver_from_eq_5_0_3() && qoscnv_ver_to_eq_5_0_3() && qoscnv_product_from_eq_U() &&
+           qoscnv_product_to_eq_U() && qoscnv_subver_from_eq_2() && qoscnv_subver_to_eq_1();
+}
+
+// The conditions exclude one another.
+constinit const engine::rule_t qoscnv_rules[qoscnv_rule_count] = {
+    {.id = "IC-QOS-01",
+     .plain_words = "keeps typed QoS; removes descriptions and, from 5.0(2) on, \"match-any\"; "
+                    "raises MTU values by 38",
+     .applies = [] { return from_ge_4_2_1() && qoscnv_ver_to_eq_4_1_3(); },
+     .pipeline = qosmgr_convert_ascii_4_1_3_downgrade},
+    {.id = "IC-QOS-02",
+     .plain_words = "turns typed class-maps, policy-maps and attachments into untyped ones",
+     .applies = [] { return from_ge_4_2_1() && qoscnv_ver_to_lt_4_1_3(); },
+     .pipeline = qosmgr_convert_ascii_4_1_3_downgrade},
+    {.id = "IC-QOS-03",
+     .plain_words = "keeps typed QoS; removes descriptions, lowers MTU values by 38 and, to 5.0(2) "
+                    "or later, adds \"match-any\"",
+     .applies = [] { return qoscnv_ver_from_eq_4_1_3() && to_ge_4_2_1(); },
+     .pipeline = qosmgr_convert_ascii_4_2_1_upgrade},
+    {.id = "IC-QOS-04",
+     .plain_words = "turns untyped class-maps, policy-maps and attachments into typed ones",
+     .applies =
+         [] { return qoscnv_ver_from_lt_4_1_3() && (to_ge_4_2_1() || qoscnv_ver_to_eq_4_1_3()); },
+     .pipeline = qosmgr_convert_ascii_4_1_3_upgrade},
+    {.id = "IC-QOS-05",
+     .plain_words = "removes control-plane class-maps, policy-maps, classes and police lines",
+     .applies = qoscnv_ver_from_5_0_3_U2_to_U1,
+     .pipeline = qosmgr_convert_ascii_5_0_3_downgrade},
+};
+
+syserr_t qosmgr_convert_ascii_btw_diff_versions() {
+    qoscnv_db_init();
+    return engine::run_rules(qoscnv_conversion);
+}
