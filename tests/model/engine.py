@@ -135,7 +135,8 @@ def parse_release(text, pattern, fields, pair, side):
     """Read a release string into one side of a version pair.
 
     Fields are assigned from the left; the first character that does not fit
-    ends the reading, and the fields behind it keep what they held."""
+    ends the reading, and the fields behind it keep what they held. Gives the
+    number of fields assigned."""
     names = list(fields)
     position = 0
     i = 0
@@ -143,20 +144,21 @@ def parse_release(text, pattern, fields, pair, side):
         if pattern[i:i + 2] == b"%d":
             number, position = read_number(text, position)
             if number is None:
-                return
+                break
             pair[side + names.pop(0)] = release_number(number)
             i += 2
         elif pattern[i:i + 2] == b"%c":
             if position >= len(text):
-                return
+                break
             pair[side + names.pop(0)] = text[position]
             position += 1
             i += 2
         else:
             if byte_at(text, position) != pattern[i]:
-                return
+                break
             position += 1
             i += 1
+    return len(fields) - len(names)
 
 
 # ---------------------------------------------------------------- the engine
@@ -456,12 +458,13 @@ class Engine:
         path = self.world.environment.get(variable)
         text = b"" if path is None else as_bytes(self.world.release_file_text(path))
         short = dict.fromkeys(("_major", "_minor", "_patch", "_kesto_major", "_kesto_minor"), 0)
-        parse_release(text, b"%d.%d(%d", ("major", "minor", "patch"), short, "_")
+        read = parse_release(text, b"%d.%d(%d", ("major", "minor", "patch"), short, "_")
         result = b"%d.%d(%d)" % (short["_major"], short["_minor"], short["_patch"])
         if self.corrected_keeps_k:
-            if b")" in text:
-                parse_release(text[text.index(b")"):], b")K%d(%d)",
-                              ("kesto_major", "kesto_minor"), short, "_")
+            close = text.find(b")", text.find(b"("))
+            if read == 3 and close >= 0:
+                parse_release(text[close:], b")K%d(%d)", ("kesto_major", "kesto_minor"),
+                              short, "_")
             result += b"K%d(%d)" % (short["_kesto_major"], short["_kesto_minor"])
         return result
 

@@ -110,7 +110,8 @@ def mutate(rng, text):
             cut = rng.randrange(len(words))
             lines[at:at + 1] = [b" ".join(words[:cut]), b" ".join(words[cut:])]
         elif kind == 6:
-            lines[at] = lines[at] + rng.choice([b" ", b"\t", b"\r", b" x", b"  class c1", b" mtu 7"])
+            lines[at] = lines[at] + rng.choice([b" ", b"\t", b"\r", b" x", b"  class c1",
+                                                b" mtu 7"])
         elif kind == 7:
             lines[at] = lines[at] + b" " + b"y" * max(0, rng.choice([196, 197, 198, 199, 200, 210])
                                                       - len(lines[at]) - 1)
@@ -205,7 +206,8 @@ def untyped_qos(rng):
     if chance(rng, 5):
         stanzas.append(list(rng.choice(stanzas)))
     if chance(rng, 4):
-        stanzas.append([rng.choice([b"snmp policy-map px", b"hello policy-map type unified-fabric pu",
+        stanzas.append([rng.choice([b"snmp policy-map px",
+                                    b"hello policy-map type unified-fabric pu",
                                     b"x policy-map " + rng.choice(policies),
                                     b"snmp class-map cx", b"xpolicy-map\tpz"]),
                         b"  class " + rng.choice(classes), b"    bandwidth percent 3"])
@@ -384,6 +386,39 @@ def control_plane(rng):
     return finish(rng, lines)
 
 
+UNTYPED_SOUP = [
+    b"class-map c1", b"class-map c1", b"  match cos 3", b"policy-map p1", b"policy-map p1",
+    b"  class c1", b"  class c1", b"    bandwidth 5", b"    mtu 9000", b"    set qos-group 2",
+    b"system qos", b"  service-policy p1", b"interface e1", b"  service-policy input p1",
+    b"class-map", b"policy-map", b"class-map\tc1", b"  class class-fcoe", b"  class",
+    b"  class class-all-flood", b"x policy-map p2", b"", b"!", b"hostname h",
+    b"    description   class", b" service-policy p1", b"  service-policy",
+]
+
+TYPED_SOUP = [
+    b"class-map type qos match-any c1", b"class-map type  qos match-any c1", b"class-map type",
+    b"class-map type qos c1", b"  match cos 3", b"policy-map type network-qos p1",
+    b"policy-map type qos p1", b"policy-map type network-qos", b"  class type network-qos c1",
+    b"  class c1", b"  class type", b"    mtu 9000", b"    mtu", b"    set qos-group 3",
+    b"  match qos-group 2", b"match qos-group 2", b"  description d", b"  description",
+    b"system qos", b"  service-policy type queuing input p1",
+    b"  service-policy type network-qos p1", b" service-policy input p1",
+    b"  service-policy type qos input p1", b"interface e1", b"", b"!", b"hostname h",
+    b"policy-map type queuing type qos p1", b"  class type queuing type qos c1",
+    b"    bandwidth type type qos qos 3",
+]
+
+
+def soup(rng, pool):
+    """Give lines of a pool in no order at all, behind a line of their own."""
+    lines = [b"hostname switch"]
+    for _ in range(rng.choice([1, 2, 3, 4, 6, 9])):
+        lines.append(rng.choice(pool))
+    if chance(rng, 50):
+        lines.append(b"line vty")
+    return finish(rng, lines)
+
+
 # ---------------------------------------------------------------- feature lines
 
 def vlan_list(rng):
@@ -509,6 +544,8 @@ def qos_case(rng):
         text, pairs = typed_qos(rng), QOS_DOWN_OLD
     else:
         text, pairs = control_plane(rng), QOS_SUB
+    if kind < 92 and chance(rng, 12):
+        text = soup(rng, UNTYPED_SOUP if kind < 45 else TYPED_SOUP)
     if chance(rng, 3):
         pairs = QOS_UPGRADE + QOS_MTU + QOS_DOWN_4_1_3 + QOS_DOWN_OLD + QOS_SUB
     return text, pairs

@@ -455,10 +455,11 @@ def qoscnv_create_qosgrp_policymap(qos, policymap, type_bits, upgrade):
             line = action.text
             if b"mtu" in action.text:
                 if upgrade:
-                    side, pattern = "to", b"convert %s, ver to 4.2(1) %d, gt 4.2(1) %d, ge 5.0(2) %d\n"
+                    side = "to"
+                    pattern = b"convert %s, ver to 4.2(1) %d, gt 4.2(1) %d, ge 5.0(2) %d\n"
                 else:
-                    side, pattern = ("from", b"convert %s, ver from eq 4.2(1) %d, gt 4.2(1) %d, "
-                                     b"ge 5.0(2) %d\n")
+                    side = "from"
+                    pattern = b"convert %s, ver from eq 4.2(1) %d, gt 4.2(1) %d, ge 5.0(2) %d\n"
                 qos.log(name, pattern, after_mtu(action.text),
                         predicate(qos.triple(side) == (4, 2, 1)),
                         predicate(qos.triple(side) > (4, 2, 1)),

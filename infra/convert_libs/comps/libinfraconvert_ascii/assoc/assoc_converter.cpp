@@ -96,7 +96,7 @@ uint32_t assoc_update_ascii_vlan(position cp) {
     for (size_t i = 0; i < vrange.size(); i++) {
         assoc_log("  Proc range %d  [%d-%d] \n", static_cast<int>(i),
                   static_cast<int>(vrange[i].lower_int), static_cast<int>(vrange[i].upper_int));
-        if (!writer.write(vrange[i]))
+        if (!vrange[i].lacks_upper && !writer.write(vrange[i]))
             return nowhere;
     }
     return writer.flush() ? writer.total() : nowhere;

@@ -42,11 +42,11 @@ bool skip(std::string_view &list, char c) {
 bool read_range(std::string_view &list, assoc_int_multi_range_t &vrange) {
     const uint32_t lower = assoc_get_value(list).value;
     if (!skip(list, '-')) {
-        vrange.push_back({lower, lower});
+        vrange.push_back({lower, lower, false});
         return skip(list, ',');
     }
     const number_t upper = assoc_get_value(list);
-    vrange.push_back({lower, upper.value});
+    vrange.push_back({lower, upper.value, upper.digits == 0});
     return upper.digits > 0 && skip(list, ',');
 }
 

@@ -8,6 +8,7 @@
 struct assoc_int_mono_range_t {
     uint32_t lower_int;
     uint32_t upper_int; // equal to lower_int for a single VLAN
+    bool lacks_upper;   // "5-": stands for no VLAN at all
 };
 
 // The ranges in the order of the list; at most 512, the rest is ignored.

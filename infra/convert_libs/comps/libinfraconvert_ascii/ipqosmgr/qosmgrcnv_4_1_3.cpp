@@ -42,7 +42,7 @@ constexpr step_t upgrade_steps[] = {
      false},
     {qoscnv_add_type_qos_to_classmaps, "Could not add \"type qos\" to existing class-maps", true},
     {qoscnv_add_type_qos_to_policymaps, "Could not add \"type qos\" to existing policy-maps", true},
-    {[] { return qoscnv_rewrite_maps(true); }, "Could not write out updated maps", true},
+    {qoscnv_rewrite_maps, "Could not write out updated maps", true},
     {qoscnv_rewrite_attachments, "Could not write out updated attachments", true},
 };
 

@@ -38,10 +38,8 @@ bool write_action(const typed_policymap_pass_t &pass, const char *action, positi
     const std::string converted = qoscnv_convert_mtu(behind_mtu, pass.upgrade);
     if (converted.empty())
         return qoscnv_write(pass.name, at, action);
-    const bool written = qoscnv_write(pass.name, at, converted);
-    if (written)
-        engine::log(qoscnv_engine, pass.name, "converted %s\n", converted.c_str());
-    return written;
+    engine::log(qoscnv_engine, pass.name, "converted %s\n", converted.c_str());
+    return qoscnv_write(pass.name, at, converted);
 }
 
 bool write_class(const typed_policymap_pass_t &pass, const class_elem_t &cls, position &at) {

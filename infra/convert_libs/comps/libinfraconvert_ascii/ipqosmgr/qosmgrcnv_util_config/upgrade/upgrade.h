@@ -23,7 +23,7 @@ syserr_t qoscnv_add_type_qos_to_policymaps();
 
 // Splits every policy-map into its type qos policy, in place, and new policy-maps of type queuing
 // and network-qos, with the class-maps that these need.
-syserr_t qoscnv_rewrite_maps(bool is_upgrade);
+syserr_t qoscnv_rewrite_maps();
 
 // The middle of the above: make the existing policy-map a type qos policy. The first drops all
 // actions of its classes; the second serves a policy that has qos actions only, and keeps them.

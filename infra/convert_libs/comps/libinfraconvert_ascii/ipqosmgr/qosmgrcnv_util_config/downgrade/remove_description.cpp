@@ -1,0 +1,56 @@
+// Takes out the description that is the first body line of a class-map or policy-map:
+//
+//     class-map type qos match-any c1        class-map type qos match-any c1
+//       description voice                      match cos 5
+//       match cos 5
+
+#include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
+#include "ipqosmgr/qosmgrcnv_util_config/words/search_ahead.h"
+
+namespace {
+
+constexpr const char *pass = "qoscnv_remove_description";
+
+// So much of a line tells whether it begins a map of the kind.
+constexpr uint32_t compared_length = length("class-map");
+// So much of it is logged, of a shorter line with what follows.
+constexpr uint32_t traced_length = length("class-map type qos ");
+// From a line's start to the last byte of the line above.
+constexpr uint32_t back_to_line_above = newline_length + 1;
+
+// Removes the next description behind the map line `map` when it stands directly below a map line,
+// of this map or of a later one.
+void remove_next(std::string_view keyword, search_ahead_t &descriptions, position map) {
+    const position found = descriptions.from(map);
+    const position next_line = found == nowhere ? nowhere : qoscnv_nextline(found);
+    if (next_line == nowhere)
+        return;
+    const position above = qoscnv_prevline(found - back_to_line_above, 0);
+    const std::string traced = qoscnv_engine.text->copy(above, traced_length);
+    if (!traced.starts_with(keyword.substr(0, compared_length)))
+        return;
+    engine::log(qoscnv_engine, pass, "found %s description %s\n", keyword.data(), traced.c_str());
+    qoscnv_delete_text(found, next_line - found);
+    descriptions.edited(found);
+}
+
+void sweep(std::string_view keyword) {
+    const std::string header = '\n' + std::string(keyword);
+    search_ahead_t descriptions("  description");
+    position found = qoscnv_file_start_qossection();
+    while ((found = qoscnv_find(header, found)) != nowhere) {
+        engine::log(qoscnv_engine, pass, "found %s at byte %d\n", keyword.data(),
+                    static_cast<int>(found));
+        found += newline_length;
+        remove_next(keyword, descriptions, found);
+    }
+}
+
+} // namespace
+
+syserr_t qoscnv_remove_description() {
+    qoscnv_log("Removing description strings from class-maps and policy-maps ...\n");
+    sweep("class-map");
+    sweep("policy-map");
+    return 0;
+}

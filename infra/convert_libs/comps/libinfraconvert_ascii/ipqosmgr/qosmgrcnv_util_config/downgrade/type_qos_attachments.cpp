@@ -1,0 +1,18 @@
+// Attachments of type qos go; those of the other types lose their type word later:
+//
+//     system qos                                    system qos
+//       service-policy type qos input p1              service-policy type queuing input p1
+//       service-policy type queuing input p1
+
+#include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
+#include "ipqosmgr/qosmgrcnv_util_config/words/words.h"
+
+syserr_t qoscnv_delete_type_qos_attachments() {
+    position cp = qoscnv_file_start_qossection();
+    while ((cp = qoscnv_find("\n  service-policy type qos", cp)) != nowhere) {
+        qoscnv_log("found service-policy %s at byte %d\n", "type qos", static_cast<int>(cp));
+        const position line = cp + newline_length;
+        qoscnv_delete_text(line, qoscnv_line_after(line) - line);
+    }
+    return 0;
+}

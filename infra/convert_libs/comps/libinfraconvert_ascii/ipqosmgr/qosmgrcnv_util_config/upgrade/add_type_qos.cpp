@@ -1,0 +1,45 @@
+// "class-map c1" to "class-map type qos c1" and "policy-map p1" to "policy-map type qos p1", and a
+// stanza at the top of the QoS section for each special class that a policy uses.
+
+#include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
+#include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
+
+namespace {
+
+constexpr std::string_view type_qos = "type qos ";
+
+// Inserts "type qos " behind each `keyword` at a line start, and its blank. Returns false after a
+// refused insertion.
+bool mark(const char *pass, std::string_view keyword) {
+    constexpr uint32_t blank_length = 1;
+    const std::string line_start = '\n' + std::string(keyword);
+    position found = qoscnv_file_start_qossection();
+    while ((found = qoscnv_find(line_start, found)) != nowhere) {
+        engine::log(qoscnv_engine, pass, "found %s at byte %d\n", keyword.data(),
+                    static_cast<int>(found));
+        found += length(line_start) + blank_length;
+        if (!qoscnv_insert_text(found, type_qos))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+syserr_t qoscnv_add_type_qos_to_classmaps() {
+    if (!mark(__func__, "class-map"))
+        return engine::failure;
+    position top = qoscnv_file_start_qossection() + newline_length;
+    for (const auto *map = classmaps.first; map; map = map->next) {
+        if (map->name != class_ip_multicast && map->name != class_all_flood)
+            continue;
+        qoscnv_log("Found special class %s\n", map->name);
+        if (!qoscnv_write(__func__, top, std::string("class-map type qos ") + map->name + '\n'))
+            return engine::failure;
+    }
+    return 0;
+}
+
+syserr_t qoscnv_add_type_qos_to_policymaps() {
+    return mark(__func__, "policy-map") ? 0 : engine::failure;
+}

@@ -1,0 +1,287 @@
+// The existing policy-map as the type qos policy of its name. With actions of other types it loses
+// all its actions, and under "system qos" each class sets its qos-group instead:
+//
+//     policy-map type qos p1            policy-map type qos p1
+//       class c1                          class type qos c1
+//         bandwidth percent 20              set qos-group 2
+//
+// With qos actions only it keeps them.
+
+#include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
+#include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::string_view class_keyword = "class";
+constexpr std::string_view class_line_start = "  class";
+constexpr std::string_view type_qos = "type qos ";
+constexpr uint32_t blank_length = 1;
+
+// What failed is always the pass.
+syserr_t failed(const char *pass, const char *message) {
+    engine::log(qoscnv_engine, pass, "%s; aborting\n", message);
+    return engine::failure;
+}
+
+// Finds the header line of the type qos policy-map `name`: nowhere in `header` when the text has
+// none. Returns 0, or -1 with a message at a header that is not of type qos.
+syserr_t find_policymap(const char *pass, std::string_view name, position &header) {
+    engine::log(qoscnv_engine, pass, "Altering existing policy-map %s to be of type qos ...\n",
+                name.data());
+    constexpr std::string_view line_start = "\npolicy-map";
+    position found = qoscnv_file_start_qossection();
+    for (; (found = qoscnv_find(line_start, found)) != nowhere; found = header + newline_length) {
+        engine::log(qoscnv_engine, pass, "found policy-map at byte %d\n", static_cast<int>(found));
+        header = found + newline_length;
+        const words_t words = scan_words(*qoscnv_engine.text, header, "policy-map type qos %s");
+        if (!qoscnv_words_fit(pass, words))
+            return engine::failure;
+        if (words.count == 0)
+            return failed(pass, "unexpected format for policy-map");
+        engine::log(qoscnv_engine, pass, "found policy-map name %s\n", words.word[0].c_str());
+        if (words.word[0] == name)
+            return 0;
+    }
+    header = nowhere;
+    return 0;
+}
+
+// The body of the policy-map.
+struct body_t {
+    position first; // of its lines
+    position end;
+};
+
+body_t body_of(position header) {
+    const position next = qoscnv_find("policy-map", header + 1);
+    return {qoscnv_line_after(header), next != nowhere ? next : qoscnv_stanza_after(header)};
+}
+
+// A class line that has just been marked "type qos".
+struct class_line_t {
+    std::string name;
+    position behind_line;  // start of the line behind it, before it was marked
+    position behind_class; // behind "class" and its blank
+};
+
+// Marks the class line at `line`. Returns 0, or -1 with a message.
+syserr_t mark_class(const char *pass, position line, class_line_t &marked) {
+    const words_t found = scan_words(*qoscnv_engine.text, line, "  class %s");
+    if (!qoscnv_words_fit(pass, found))
+        return engine::failure;
+    if (found.count == 0)
+        return failed(pass, "unexpected format for class");
+    marked.behind_line = qoscnv_line_after(line);
+    engine::log(qoscnv_engine, pass, "found class name %s\n", found.word[0].c_str());
+    const position keyword = qoscnv_find(class_keyword, line);
+    if (keyword == nowhere)
+        return failed(pass, "unexpected error during class processing");
+    marked.behind_class = keyword + length(class_keyword) + blank_length;
+    if (!qoscnv_insert_text(marked.behind_class, type_qos))
+        return engine::failure;
+    const words_t name = scan_words(*qoscnv_engine.text, marked.behind_class, "type qos %s\n");
+    if (!qoscnv_words_fit(pass, name))
+        return engine::failure;
+    if (name.count == 0)
+        return failed(pass, "unexpected error during class name processing");
+    marked.name = name.word[0];
+    return 0;
+}
+
+// The next class line that does not lie behind the end of the body, else nowhere.
+position next_class(const class_line_t &cls, position body_end) {
+    const position next = qoscnv_find(class_line_start, cls.behind_class);
+    return next != nowhere && next <= body_end ? next : nowhere;
+}
+
+std::string set_qos_group_line(uint8_t group) {
+    return "    set qos-group " + std::to_string(group) + '\n';
+}
+
+// Writes the line of a special class at `at`, which moves behind it.
+bool put_back(const char *pass, std::string_view name, position &at) {
+    engine::log(qoscnv_engine, pass, "inserting %s back into policy\n", name.data());
+    return qoscnv_write(pass, at, "  class type qos " + std::string(name) + '\n');
+}
+
+// The rewriting of one policy-map with queuing or unified-fabric actions.
+class alteration {
+  public:
+    alteration(const policymap_elem_t &policymap, body_t policymap_body)
+        : pmap(policymap), body(policymap_body), cp(policymap_body.first) {}
+
+    syserr_t run() {
+        while (cp < body.end && !done) {
+            const syserr_t status = alter_class();
+            if (status != 0)
+                return status;
+        }
+        // The second goes in at the same place, so it ends up first.
+        const bool put = put_special_back(class_all_flood, all_flood_group) &&
+                         put_special_back(class_ip_multicast, ip_multicast_group);
+        return put ? 0 : engine::failure;
+    }
+
+    static constexpr const char *pass = "qoscnv_alter_existing_policymap";
+
+  private:
+    syserr_t alter_class() {
+        class_line_t cls;
+        if (mark_class(pass, cp, cls) != 0)
+            return engine::failure;
+        const bool special = trace_special(cls.name);
+        uint8_t group = qos_group_unassigned;
+        if (qoscnv_classmap_to_qosgrp(cls.name.c_str(), &group) != 0) {
+            engine::log(qoscnv_engine, pass, "Could not find qos-group for %s; aborting\n",
+                        cls.name.c_str());
+            return engine::failure;
+        }
+        remember(cls.name, group);
+        body.end += length(type_qos);
+        const position next = next_class(cls, body.end);
+        done = next == nowhere;
+        const position end = done ? body.end : next;
+        const position actions = special ? cp : qoscnv_line_after(cls.behind_class);
+        if (actions > end)
+            return failed(pass, "unexpected format for class");
+        remove(actions, end - actions);
+        engine::log(qoscnv_engine, pass, "Deleted existing actions for %s\n", cls.name.c_str());
+        if (special)
+            return 0; // the next class stands here now
+        return group == qos_group_unassigned ? remove_class(cls) : set_group(cls, actions, group);
+    }
+
+    // A class without a qos-group has no place in a type qos policy.
+    syserr_t remove_class(const class_line_t &cls) {
+        remove(cp, cls.behind_line + length(type_qos) - cp);
+        engine::log(qoscnv_engine, pass,
+                    "Deleted existing class %s since no type qos action for it\n",
+                    cls.name.c_str());
+        return 0;
+    }
+
+    syserr_t set_group(const class_line_t &cls, position actions, uint8_t group) {
+        cp = actions;
+        if (!pmap.sysqos)
+            return 0;
+        if (!qoscnv_write(pass, cp, set_qos_group_line(group)))
+            return engine::failure;
+        body.end += cp - actions;
+        engine::log(qoscnv_engine, pass, "Added 'set qos-group %u' action to %s\n", group,
+                    cls.name.c_str());
+        return 0;
+    }
+
+    void remove(position from, uint32_t size) {
+        qoscnv_delete_text(from, size);
+        body.end -= size;
+    }
+
+    bool trace_special(const std::string &name) {
+        static constexpr struct {
+            std::string_view name;
+            const char *trace;
+        } special_classes[] = {{class_default, "found class-default class\n"},
+                               {class_fcoe, "found class-fcoe class\n"},
+                               {class_ip_multicast, "found class-ip-multicast\n"},
+                               {class_all_flood, "found class-all-flood\n"}};
+        for (const auto &special : special_classes) {
+            if (name != special.name)
+                continue;
+            engine::log(qoscnv_engine, pass, "%s", special.trace);
+            return true;
+        }
+        return false;
+    }
+
+    void remember(const std::string &name, uint8_t group) {
+        if (name == class_ip_multicast)
+            ip_multicast_group = group;
+        if (name == class_all_flood)
+            all_flood_group = group;
+    }
+
+    bool put_special_back(std::string_view name, uint8_t group) {
+        if (group == qos_group_unassigned)
+            return true;
+        position at = body.first;
+        return put_back(pass, name, at) &&
+               (!pmap.sysqos || qoscnv_write(pass, at, set_qos_group_line(group)));
+    }
+
+    const policymap_elem_t &pmap;
+    body_t body;
+    position cp; // the class at hand
+    bool done = false;
+    uint8_t ip_multicast_group = qos_group_unassigned;
+    uint8_t all_flood_group = qos_group_unassigned;
+};
+
+// The rewriting of one policy-map with qos actions only.
+class marking {
+  public:
+    explicit marking(body_t policymap_body) : body(policymap_body) {}
+
+    syserr_t run() {
+        for (position cp = body.first; cp != nowhere && cp < body.end;) {
+            const syserr_t status = mark_next(cp);
+            if (status != 0)
+                return status;
+        }
+        const bool put = put_special_back(class_all_flood, all_flood_seen) &&
+                         put_special_back(class_ip_multicast, ip_multicast_seen);
+        return put ? 0 : engine::failure;
+    }
+
+    static constexpr const char *pass = "qoscnv_alter_existing_type_qos_policymap";
+
+  private:
+    // Marks the class at `cp`, which moves to the next one.
+    syserr_t mark_next(position &cp) {
+        class_line_t cls;
+        if (mark_class(pass, cp, cls) != 0)
+            return engine::failure;
+        body.end += length(type_qos);
+        if (cls.name != class_ip_multicast && cls.name != class_all_flood) {
+            cp = qoscnv_find(class_line_start, cls.behind_class);
+            return 0;
+        }
+        (cls.name == class_ip_multicast ? ip_multicast_seen : all_flood_seen) = true;
+        engine::log(qoscnv_engine, pass, "found %s\n", cls.name.c_str());
+        const uint32_t size = std::min(next_class(cls, body.end), body.end) - cp;
+        qoscnv_delete_text(cp, size);
+        body.end -= size;
+        engine::log(qoscnv_engine, pass, "Deleted special class %s\n", cls.name.c_str());
+        cp = qoscnv_find(class_line_start, cp);
+        return 0;
+    }
+
+    bool put_special_back(std::string_view name, bool seen) {
+        position at = body.first;
+        return !seen || put_back(pass, name, at);
+    }
+
+    body_t body;
+    bool ip_multicast_seen = false;
+    bool all_flood_seen = false;
+};
+
+} // namespace
+
+syserr_t qoscnv_alter_existing_policymap(const policymap_elem_t &pmap) {
+    position header = nowhere;
+    const syserr_t status = find_policymap(alteration::pass, pmap.name, header);
+    if (status != 0 || header == nowhere)
+        return status;
+    return alteration(pmap, body_of(header)).run();
+}
+
+syserr_t qoscnv_alter_existing_type_qos_policymap(const char *pmap_name) {
+    position header = nowhere;
+    const syserr_t status = find_policymap(marking::pass, pmap_name, header);
+    if (status != 0 || header == nowhere)
+        return status;
+    return marking(body_of(header)).run();
+}

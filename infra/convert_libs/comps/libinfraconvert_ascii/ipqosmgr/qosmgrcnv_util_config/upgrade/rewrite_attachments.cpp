@@ -1,0 +1,137 @@
+// One untyped attachment to a line for each type that its policy-map has:
+//
+//     system qos                      system qos
+//       service-policy p1               service-policy type qos input p1
+//                                       service-policy type queuing input p1
+//                                       service-policy type queuing output p1
+//                                       service-policy type network-qos p1
+
+#include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
+#include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
+
+namespace {
+
+constexpr const char *pass = "qoscnv_rewrite_attachments";
+constexpr std::string_view attachment_line_start = "\n  service-policy";
+constexpr std::string_view indentation = "  ";
+constexpr size_t longest_direction = 9;
+
+syserr_t failed(const char *message) {
+    engine::log(qoscnv_engine, pass, "%s; aborting\n", message);
+    return engine::failure;
+}
+
+struct attachment_t {
+    std::string direction; // empty under "system qos"
+    const policymap_elem_t *pmap;
+    bool on_system_qos() const { return direction.empty(); }
+};
+
+// Reads the attachment whose word "service-policy" stands at `word`. Returns 0, or -1 with a
+// message.
+syserr_t read_attachment(position word, attachment_t &attachment) {
+    if (!qoscnv_fits(pass, qoscnv_getline(word, engine::area_size + newline_length)))
+        return engine::failure;
+    const words_t words = scan_words(qoscnv_linebuf(word), "service-policy %s %s\n");
+    if (words.count == 0)
+        return failed("unexpected format for service-policy");
+    const bool on_interface = words.count == 2;
+    const std::string &name = words.word[on_interface ? 1 : 0];
+    if (on_interface) {
+        attachment.direction = words.word[0];
+        if (attachment.direction.size() > longest_direction)
+            return failed("unexpected format for service-policy");
+        engine::log(qoscnv_engine, pass, "service-policy %s is on an interface: dir %s\n",
+                    name.c_str(), attachment.direction.c_str());
+    } else {
+        engine::log(qoscnv_engine, pass, "service-policy %s is on system qos\n", name.c_str());
+    }
+    attachment.pmap = qoscnv_lookup(policymaps, name);
+    if (!attachment.pmap) {
+        engine::log(qoscnv_engine, pass,
+                    "could not find policy-map for service-policy %s; aborting\n", name.c_str());
+        return engine::failure;
+    }
+    return 0;
+}
+
+// Walks the attachments behind the start of the QoS section.
+class rewriting {
+  public:
+    explicit rewriting(position section) : cp(section), stanza_end(section) {}
+
+    syserr_t run() {
+        position found = cp;
+        while ((found = qoscnv_find(attachment_line_start, found)) != nowhere) {
+            engine::log(qoscnv_engine, pass, "found service-policy at byte %d\n",
+                        static_cast<int>(found));
+            const syserr_t status = rewrite(found);
+            if (status != 0)
+                return status;
+            found = cp - newline_length; // in front of the line that comes next
+        }
+        return 0;
+    }
+
+  private:
+    // Rewrites the attachment behind the newline at `newline`.
+    syserr_t rewrite(position newline) {
+        const position line = newline + newline_length;
+        if (newline >= stanza_end) {
+            stanza_end = qoscnv_stanza_after(line);
+            wrote_qos = false;
+        }
+        attachment_t attachment;
+        const syserr_t status = read_attachment(line + length(indentation), attachment);
+        if (status != 0)
+            return status;
+        const uint32_t line_length = qoscnv_line_after(line) - line;
+        qoscnv_delete_text(line, line_length);
+        stanza_end -= line_length;
+        cp = line;
+        return write_typed(attachment);
+    }
+
+    syserr_t write_typed(const attachment_t &attachment) {
+        const policymap_elem_t &pmap = *attachment.pmap;
+        if (!wrote_qos && pmap.sysqos) {
+            if (!write("type qos input", pmap.name))
+                return engine::failure;
+            wrote_qos = true;
+        }
+        if ((pmap.type & QOSCNV_TYPE_QUEUING) && !write_queuing(attachment))
+            return engine::failure;
+        if (!(pmap.type & QOSCNV_TYPE_UF))
+            return 0;
+        if (!attachment.on_system_qos())
+            return failed("Unexpected type unified-fabric service-policy on an interface");
+        return write("type network-qos", pmap.name) ? 0 : engine::failure;
+    }
+
+    bool write_queuing(const attachment_t &attachment) {
+        const char *name = attachment.pmap->name;
+        if (attachment.on_system_qos())
+            return write("type queuing input", name) && write("type queuing output", name);
+        return write("type queuing " + attachment.direction, name);
+    }
+
+    bool write(const std::string &type, const char *name) {
+        const std::string line = "  service-policy " + type + ' ' + name + '\n';
+        if (!qoscnv_write(pass, cp, line))
+            return false;
+        stanza_end += length(line);
+        engine::log(qoscnv_engine, pass, "inserted \"%s\"", line.c_str());
+        return true;
+    }
+
+    position cp;         // behind the last line written
+    position stanza_end; // of the stanza that holds the attachment at hand
+    bool wrote_qos = false;
+};
+
+} // namespace
+
+syserr_t qoscnv_rewrite_attachments() {
+    const position section = qoscnv_file_start_qossection();
+    return section == nowhere ? 0 : rewriting(section).run();
+}

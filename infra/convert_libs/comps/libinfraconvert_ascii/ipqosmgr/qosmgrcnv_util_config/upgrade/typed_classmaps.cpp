@@ -1,0 +1,166 @@
+// For a class c1 of qos-group 2
+//
+//     class-map type queuing c1              class-map type network-qos c1
+//       match qos-group 2                      match qos-group 2
+
+#include "ipqosmgr/qosmgrcnv_util_config/upgrade/typed_classmaps.h"
+
+#include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
+
+#include <cerrno>
+#include <cstring>
+
+namespace {
+
+constexpr const char *pass = "qoscnv_create_qosgrp_classmap";
+
+// Numbers by which those who read the logs know two messages.
+constexpr int number_no_stanza = 526;
+constexpr int number_no_classmap = 618;
+
+position end_of_stanzas(const char *for_pass, const char *header, const char *type) {
+    engine::log(qoscnv_engine, for_pass, "Finding end of type %s stanzas ...\n", type);
+    return qoscnv_behind_last_stanza(std::string(header) + " type " + type);
+}
+
+// Where the typed class-maps of one policy go.
+struct place_t {
+    position qos;   // behind the last class-map of type qos
+    position point; // behind what was written last
+};
+
+// True when the class-map still has to be written: `map` is then its record, or null when there is
+// none.
+bool find_unwritten(const class_elem_t &cls, classmap_elem_t *&map) {
+    bool skipped = false;
+    for (map = classmaps.first; map; map = map->next) {
+        if (std::string_view(map->name) != cls.name)
+            continue;
+        if (!(map->type & cls.type))
+            break;
+        engine::log(qoscnv_engine, pass,
+                    "class-map %s of type %d has already been written; skipping\n", map->name,
+                    cls.type);
+        skipped = true;
+    }
+    return !skipped;
+}
+
+// Makes the record of a special class, and writes its class-map of type qos. Null with a message
+// when the insertion was refused, and without one when there is no memory.
+classmap_elem_t *add_special_classmap(const char *name, place_t &place) {
+    classmap_elem_t *map = qoscnv_new_classmap(pass, name);
+    if (!map)
+        return nullptr;
+    classmaps.append(map);
+    const std::string line = std::string("class-map type qos ") + name + '\n';
+    if (place.qos == nowhere)
+        return qoscnv_write(pass, place.point, line) ? map : nullptr;
+    place.point += length(line);
+    return qoscnv_write(pass, place.qos, line) ? map : nullptr;
+}
+
+std::string classmap_stanza(const class_elem_t &cls, uint8_t type, uint8_t group) {
+    const std::string header =
+        std::string("class-map ") + qoscnv_type_words(type) + ' ' + cls.name + '\n';
+    if (group == qos_group_unassigned)
+        return header + '\n';
+    return header + "  match qos-group " + std::to_string(group) + '\n';
+}
+
+// Writes the class-map of `type` for `cls`, unless that is done. Returns false with a message.
+bool write_classmap(const class_elem_t &cls, uint8_t type, place_t &place) {
+    engine::log(qoscnv_engine, pass, "Finding type %d class %s ...\n", cls.type, cls.name);
+    classmap_elem_t *map = nullptr;
+    if (!find_unwritten(cls, map))
+        return true;
+    const bool is_special = cls.name == class_ip_multicast || cls.name == class_all_flood;
+    if (!map && is_special)
+        map = add_special_classmap(cls.name, place);
+    else if (!map)
+        engine::log(qoscnv_engine, pass,
+                    "%d: Could not find class-map for type %d name %s; aborting\n",
+                    number_no_classmap, type, cls.name);
+    if (!map)
+        return false;
+
+    uint8_t group = qos_group_unassigned;
+    if (qoscnv_classmap_to_qosgrp(cls.name, &group) != 0) {
+        engine::log(qoscnv_engine, pass, "Could not find qos-group for %s; aborting\n", cls.name);
+        return false;
+    }
+    engine::log(qoscnv_engine, pass, "Adding class-map of type %d, name %s, qos group %u\n", type,
+                cls.name, group);
+    map->type |= cls.type;
+    return qoscnv_write(pass, place.point, classmap_stanza(cls, type, group));
+}
+
+bool has_network_qos_class(const policymap_elem_t &pmap, std::string_view name) {
+    for (const auto *cls = pmap.classes.first; cls; cls = cls->next) {
+        if (name == cls->name && cls->type == QOSCNV_TYPE_UF)
+            return true;
+    }
+    return false;
+}
+
+// Puts a class of type network-qos without actions behind `cls` when the policy has none of that
+// name. Returns false with a message.
+bool add_network_qos_class(policymap_elem_t &pmap, class_elem_t &cls) {
+    if (has_network_qos_class(pmap, cls.name))
+        return true;
+    class_elem_t *added = qoscnv_new_class(pass, cls.name);
+    if (!added) {
+        engine::log(qoscnv_engine, pass, "could not allocate memory for class: %s\n",
+                    strerror(errno));
+        return false;
+    }
+    added->type = QOSCNV_TYPE_UF;
+    pmap.classes.insert_after(&cls, added);
+    return true;
+}
+
+} // namespace
+
+position stanza_ends_t::insertion_point(uint8_t type) const {
+    if (type == QOSCNV_TYPE_UF && unified_fabric != nowhere)
+        return unified_fabric;
+    return queuing != nowhere ? queuing : qos;
+}
+
+stanza_ends_t qoscnv_find_stanza_ends(const char *for_pass, const char *header, const char *kind) {
+    stanza_ends_t ends;
+    ends.qos = end_of_stanzas(for_pass, header, "qos");
+    if (ends.qos == nowhere)
+        engine::log(qoscnv_engine, for_pass, "Warning: Unexpected lack of type qos %ss; ignoring\n",
+                    kind);
+    ends.queuing = end_of_stanzas(for_pass, header, "queuing");
+    // Written as network-qos by now, so this finds only what stood in the file.
+    ends.unified_fabric = end_of_stanzas(for_pass, header, "unified-fabric");
+    return ends;
+}
+
+syserr_t qoscnv_create_qosgrp_classmap(policymap_elem_t &pmap, uint8_t type) {
+    qoscnv_log("Creating new class-maps of type %d for policy-map %s\n", type, pmap.name);
+    if (type != QOSCNV_TYPE_QUEUING && type != QOSCNV_TYPE_UF) {
+        qoscnv_log("Unexpected type %u\n", type);
+        return engine::failure;
+    }
+    const stanza_ends_t ends = qoscnv_find_stanza_ends(pass, "\nclass-map", "class-map");
+    place_t place = {ends.qos, ends.insertion_point(type)};
+    if (place.point == nowhere) {
+        qoscnv_log("%d: Could not find class-maps for type %d name %s; aborting\n",
+                   number_no_stanza, type, pmap.name);
+        return 0;
+    }
+    for (class_elem_t *cls = pmap.classes.first; cls; cls = cls->next) {
+        if (cls->name == class_fcoe || cls->name == class_default)
+            continue;
+        if (cls->type & type) {
+            if (!write_classmap(*cls, type, place))
+                return engine::failure;
+        } else if (type == QOSCNV_TYPE_UF && !add_network_qos_class(pmap, *cls)) {
+            return engine::failure;
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,22 @@
+// Class-maps of type queuing and network-qos, and where new stanzas of a kind go.
+#pragma once
+
+#include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
+
+// Positions behind the last stanza of each type; nowhere for a type that has none, or when no
+// stanza follows.
+struct stanza_ends_t {
+    position qos, queuing, unified_fabric;
+
+    // Where new stanzas of `type` go; nowhere without any stanza to go behind.
+    position insertion_point(uint8_t type) const;
+};
+
+// Finds the ends of the stanzas that begin with `header` and a type, for the pass `pass`; a header
+// that begins with a newline stands at line starts only. `kind` names them in the log.
+stanza_ends_t qoscnv_find_stanza_ends(const char *pass, const char *header, const char *kind);
+
+// Writes a class-map of `type` for each class of `pmap` that has none yet. Adds a class of type
+// network-qos to the policy's list for each class that has no actions of that type. Returns 0 or
+// -1.
+syserr_t qoscnv_create_qosgrp_classmap(policymap_elem_t &pmap, uint8_t type);

@@ -1,0 +1,104 @@
+// The logs are led elsewhere by an fopen() of the program, which takes the C library's place for
+// the shared library too: what is tested is the library as it ships.
+
+#include "support/converter_process.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <dlfcn.h>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <sstream>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+std::string log_directory;      // empty: logs go where the library says
+bool logs_fail_to_open = false; // as on a machine without /mnt/pss
+
+bool is_log(std::string_view path) {
+    return path.starts_with("/mnt/pss/") || path.starts_with("/bootflash/");
+}
+
+void redirect(FILE *stream, const std::string &path) {
+    if (!freopen(path.c_str(), "w", stream))
+        _exit(EXIT_FAILURE);
+}
+
+} // namespace
+
+extern "C" __attribute__((visibility("default"))) FILE *fopen(const char *path, const char *mode) {
+    static const auto next =
+        reinterpret_cast<FILE *(*)(const char *, const char *)>(dlsym(RTLD_NEXT, "fopen"));
+    if (!path || !is_log(path))
+        return next(path, mode);
+    if (logs_fail_to_open) {
+        errno = ENOENT;
+        return nullptr;
+    }
+    const std::string name = std::filesystem::path(path).filename();
+    return next((log_directory + '/' + name).c_str(), mode);
+}
+
+namespace support {
+
+std::string read_file(const std::string &path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
+}
+
+void write_file(const std::string &path, std::string_view bytes) {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+temporary_directory::temporary_directory() {
+    std::string pattern = std::filesystem::temp_directory_path() / "infraconvert-XXXXXX";
+    if (!mkdtemp(pattern.data()))
+        abort();
+    name = pattern;
+}
+
+temporary_directory::~temporary_directory() {
+    std::error_code ignored;
+    std::filesystem::remove_all(name, ignored);
+}
+
+outcome_t run_in_process(const std::function<int()> &call, bool logs_open) {
+    const temporary_directory place;
+    const std::string logs = place.path() + "/logs";
+    std::filesystem::create_directory(logs);
+    fflush(nullptr);
+    const pid_t child = fork();
+    if (child == 0) {
+        redirect(stdout, place.path() + "/output");
+        redirect(stderr, place.path() + "/errors");
+        log_directory = logs;
+        logs_fail_to_open = !logs_open;
+        const int status = call();
+        fflush(nullptr);
+        _exit(status & 0xFF);
+    }
+    int ended = 0;
+    waitpid(child, &ended, 0);
+    outcome_t outcome;
+    outcome.crashed = !WIFEXITED(ended);
+    outcome.status = WEXITSTATUS(ended);
+    outcome.output = read_file(place.path() + "/output");
+    outcome.errors = read_file(place.path() + "/errors");
+    for (const auto &entry : std::filesystem::directory_iterator(logs))
+        outcome.logs[entry.path().filename()] = read_file(entry.path());
+    return outcome;
+}
+
+std::string without_addresses(std::string_view log) {
+    static const std::regex address("(at |end_cp )(0x[0-9a-f]+|\\(nil\\))");
+    return std::regex_replace(std::string(log), address, "$1<ptr>");
+}
+
+} // namespace support

@@ -1,0 +1,40 @@
+// One call of the library in a process of its own: fresh state, captured output, and logs that land
+// in a private directory instead of /mnt/pss and /bootflash.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+
+namespace support {
+
+struct outcome_t {
+    bool crashed = false;
+    int status = 0; // the low 8 bits of what the call returned
+    std::string output, errors;
+    std::map<std::string, std::string> logs; // by file name, such as "npiv.log"
+};
+
+// Runs `call` in a child process. `logs_open` false makes every log fail to open.
+outcome_t run_in_process(const std::function<int()> &call, bool logs_open = true);
+
+// A directory below the system's temporary one, gone with its owner.
+class temporary_directory {
+  public:
+    temporary_directory();
+    ~temporary_directory();
+    temporary_directory(const temporary_directory &) = delete;
+    temporary_directory &operator=(const temporary_directory &) = delete;
+    const std::string &path() const { return name; }
+
+  private:
+    std::string name;
+};
+
+std::string read_file(const std::string &path);
+void write_file(const std::string &path, std::string_view bytes);
+
+// Log texts with every address in place of "<ptr>", so that two runs compare equal.
+std::string without_addresses(std::string_view log);
+
+} // namespace support

@@ -1,0 +1,27 @@
+// What the user sees: data on standard output, messages on standard error.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace infraconvert {
+
+// "infraconvert: TEXT" on standard error.
+void message(std::string_view text);
+// Lines that belong to the message before them.
+void message_lines(std::string_view lines);
+
+// Writes data on standard output. Throws run_error when it does not take them.
+void write_output(std::string_view data);
+
+// True when `mode` ("auto", "always", "never") asks for colours on standard output: "auto" on a
+// terminal, unless NO_COLOR is set and not empty.
+bool wants_color(const std::string &mode);
+
+// `text` in lines of at most `width` characters, each behind the first indented by `indent`.
+std::string wrapped(std::string_view text, size_t indent, size_t width = 100);
+
+// `text` padded with blanks up to `width`.
+std::string padded(std::string_view text, size_t width);
+
+} // namespace infraconvert

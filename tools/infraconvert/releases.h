@@ -1,0 +1,16 @@
+// Release texts, checked before anything runs.
+#pragma once
+
+#include <string>
+
+namespace infraconvert {
+
+struct release_pair_t {
+    std::string from, to;
+};
+
+// The pair of `from` and `to`. Throws usage_error for a text that is missing or that no converter
+// can read; a text that they read only in part is told to the user in a message.
+release_pair_t checked_releases(const std::string &from, const std::string &to);
+
+} // namespace infraconvert
