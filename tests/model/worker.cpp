@@ -51,11 +51,14 @@ int main() {
             auto outcome = support::run_in_process([&] {
                 if (service.debug_switch)
                     *service.debug_switch = static_cast<boolean>(std::stoul(on));
-                return static_cast<int>(service.start(directory.c_str(), "package", to.c_str(), from.c_str()));
+                return static_cast<int>(
+                    service.start(directory.c_str(), "package", to.c_str(), from.c_str()));
             });
             support::write_file(directory + "/output", outcome.output);
-            support::write_file(directory + "/log", support::without_addresses(outcome.logs[service.log]));
-            std::cout << (outcome.crashed ? -99 : static_cast<signed char>(outcome.status)) << std::endl;
+            support::write_file(directory + "/log",
+                                support::without_addresses(outcome.logs[service.log]));
+            std::cout << (outcome.crashed ? -99 : static_cast<signed char>(outcome.status))
+                      << std::endl;
         }
     }
 }

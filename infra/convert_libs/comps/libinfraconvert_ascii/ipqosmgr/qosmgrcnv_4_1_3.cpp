@@ -3,39 +3,15 @@
 #include "ipqosmgr/qosmgrcnv_4_1_3.h"
 
 #include "ipqosmgr/qosmgrcnv_main.h"
+#include "ipqosmgr/qosmgrcnv_pipeline.h"
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
 #include "ipqosmgr/qosmgrcnv_util_config_4_2_1.h"
 
-#include <span>
-
 namespace {
 
-// One step of a pipeline. Where it fails, the pipeline logs `message`, if there is one, followed by
-// the status in words where `names_status` is set.
-struct step_t {
-    syserr_t (*run)();
-    const char *message;
-    bool names_status;
-};
-
-// Runs the steps until one fails. Returns its status, else 0.
-syserr_t run_steps(const char *pipeline, std::span<const step_t> steps) {
-    for (const step_t &step : steps) {
-        const syserr_t status = step.run();
-        if (status == 0)
-            continue;
-        if (step.message && step.names_status)
-            engine::log(qoscnv_engine, pipeline, "%s: %s\n", step.message, syserr2str(status));
-        else if (step.message)
-            engine::log(qoscnv_engine, pipeline, "%s\n", step.message);
-        return status;
-    }
-    return 0;
-}
-
-constexpr step_t upgrade_steps[] = {
+constexpr qoscnv_step_t upgrade_steps[] = {
     {qoscnv_build_classmaps_db, "failed to build classmaps database", false},
     {qoscnv_build_policymaps_db_upgrade, "failed to build policymaps database", false},
     {qoscnv_assign_qosgrp_to_sysqos_policy, "failed to assign qos groups to attached system policy",
@@ -46,7 +22,7 @@ constexpr step_t upgrade_steps[] = {
     {qoscnv_rewrite_attachments, "Could not write out updated attachments", true},
 };
 
-constexpr step_t downgrade_to_4_1_3_steps[] = {
+constexpr qoscnv_step_t downgrade_to_4_1_3_steps[] = {
     {qoscnv_remove_description, nullptr, false},
     {qoscnv_remove_match_any, nullptr, false},
     {qoscnv_build_policymaps_db_downgrade, "failed to build policymaps database for downgrade",
@@ -54,7 +30,7 @@ constexpr step_t downgrade_to_4_1_3_steps[] = {
     {[] { return qoscnv_rewrite_maps_4_2_1(false); }, "Could not write out updated maps", true},
 };
 
-constexpr step_t downgrade_below_4_1_3_steps[] = {
+constexpr qoscnv_step_t downgrade_below_4_1_3_steps[] = {
     {qoscnv_remove_description, nullptr, false},
     {qoscnv_build_policymaps_db_downgrade, "failed to build policymaps database", false},
     {qoscnv_identify_empty_classmaps, nullptr, false},
@@ -71,7 +47,7 @@ constexpr step_t downgrade_below_4_1_3_steps[] = {
 
 syserr_t qosmgr_convert_ascii_4_1_3_upgrade() {
     qoscnv_log("entering ...\n");
-    return run_steps(__func__, upgrade_steps);
+    return qoscnv_run_steps(__func__, upgrade_steps);
 }
 
 bool from_ge_4_2_1() { return qoscnv_ver_from_eq_4_2_1() || qoscnv_ver_from_gt_4_2_1(); }
@@ -80,8 +56,8 @@ bool to_ge_4_2_1() { return qoscnv_ver_to_eq_4_2_1() || qoscnv_ver_to_gt_4_2_1()
 syserr_t qosmgr_convert_ascii_4_1_3_downgrade() {
     qoscnv_log("entering ...\n");
     if (!from_ge_4_2_1() || !qoscnv_ver_to_eq_4_1_3())
-        return run_steps(__func__, downgrade_below_4_1_3_steps);
-    const syserr_t status = run_steps(__func__, downgrade_to_4_1_3_steps);
+        return qoscnv_run_steps(__func__, downgrade_below_4_1_3_steps);
+    const syserr_t status = qoscnv_run_steps(__func__, downgrade_to_4_1_3_steps);
     if (status == 0)
         qoscnv_log("4_2_1 to 4_1_3 mtu conversion completed\n");
     return status;

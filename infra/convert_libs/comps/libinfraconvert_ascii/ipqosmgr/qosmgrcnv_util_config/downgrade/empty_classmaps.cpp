@@ -1,9 +1,9 @@
-// Class-maps that matched a qos-group only are empty by now and go, but for the first one of each
-// name that is to be kept:
+// Class-maps that matched nothing but a qos-group are empty by now and go, except the first one of
+// each name that is to be kept:
 //
-//     class-map c1           (kept)        class-map c1
-//       match cos 5                          match cos 5
-//     class-map c1                         policy-map p1
+//     class-map c1        (kept)        class-map c1
+//       match cos 5                       match cos 5
+//     class-map c1                      policy-map p1
 //     policy-map p1
 
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
@@ -13,13 +13,46 @@ namespace {
 
 constexpr const char *pass = "qoscnv_remove_empty_classmaps";
 
-// Reads the name in the class-map line at `line`; empty when that has none. Returns false, with a
-// message, when it does not fit.
-bool read_name(position line, std::string &name) {
-    const position line_end = qoscnv_line_after(line);
-    const position first_word = line + length("class-map");
-    const words_t words = scan_words(*qoscnv_engine.text, first_word, " %s");
+// Takes `name` off the list of class-maps to keep. Returns false when it is not on it.
+bool consume_kept(const std::string &name) {
+    list_elem_t **link = &empty_classmaps.first;
+    while (*link && name != (*link)->name)
+        link = &(*link)->next;
+    if (!*link)
+        return false;
+    engine::log(qoscnv_engine, pass,
+                "class-map name %s matches user class-map name %s; skipping delete\n", name.c_str(),
+                (*link)->name);
+    qoscnv_free_list_elem(pass, empty_classmaps.unlink(link));
     return true;
 }
 
+// Looks at the class-map at `map`. Returns where the search for the next one goes on, or nowhere,
+// with a message, at a name that does not fit.
+position keep_or_delete(position map) {
+    const words_t words = scan_words(*qoscnv_engine.text, map, "class-map %s");
+    if (!qoscnv_words_fit(pass, words))
+        return nowhere;
+    const std::string &name = words.word[0]; // empty when the text ends there
+    const position next_line = qoscnv_past_empty_lines(qoscnv_line_after(map));
+    engine::log(qoscnv_engine, pass, "found class-map name %s\n", name.c_str());
+    if (consume_kept(name) || next_line != qoscnv_goto_nextstanza(map))
+        return next_line - newline_length;
+    engine::log(qoscnv_engine, pass, "deleting empty class-map name %s\n", name.c_str());
+    qoscnv_delete_text(map, next_line - map);
+    return map - newline_length;
+}
+
 } // namespace
+
+syserr_t qoscnv_remove_empty_classmaps() {
+    qoscnv_log("Removing non-user empty classmaps ...\n");
+    position cp = qoscnv_file_start_qossection();
+    while ((cp = qoscnv_find("\nclass-map", cp)) != nowhere) {
+        qoscnv_log("found class-map at byte %d\n", static_cast<int>(cp));
+        cp = keep_or_delete(cp + newline_length);
+        if (cp == nowhere)
+            return engine::failure;
+    }
+    return 0;
+}

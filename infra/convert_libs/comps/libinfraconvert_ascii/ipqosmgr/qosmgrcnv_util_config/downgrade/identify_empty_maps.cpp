@@ -1,4 +1,5 @@
-// Notes, while the text is still as the user wrote it, the maps that the later passes must not lose:
+// Notes, while the text is still as the user wrote it, the maps that the later passes must not
+// lose:
 //
 //     class-map type qos c1        kept when a policy uses c1, or when nothing stands below it
 //     policy-map type qos p1       noted when nothing stands below it: the database has no record

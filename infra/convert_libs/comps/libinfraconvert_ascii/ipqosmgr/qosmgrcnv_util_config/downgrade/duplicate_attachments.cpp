@@ -1,0 +1,273 @@
+// What were attachments of several types are now several attachments of one policy. "system qos"
+// keeps its first one, without a direction; an interface keeps one for each direction:
+//
+//     system qos                        system qos
+//       service-policy input p1           service-policy p1
+//       service-policy output p1        interface Ethernet1/1
+//       service-policy p2                 service-policy input p1
+//     interface Ethernet1/1
+//       service-policy input p1
+//       service-policy input p1
+
+#include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
+#include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
+#include "ipqosmgr/qosmgrcnv_util_config/words/search_ahead.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace {
+
+constexpr const char *pass = "qoscnv_delete_duplicate_attachments";
+constexpr std::string_view keyword = "service-policy";
+constexpr const char *words_pattern = "service-policy %s %s";
+constexpr std::string_view indentation = "  ";
+
+// Memory for one line or name, traced like a record of the database.
+class work_area_t {
+  public:
+    work_area_t() : area(static_cast<char *>(calloc(1, engine::area_size))) {
+        engine::log(qoscnv_engine, pass, "Allocating block of memory at %p\n",
+                    static_cast<void *>(area));
+    }
+    work_area_t(const work_area_t &) = delete;
+    work_area_t &operator=(const work_area_t &) = delete;
+    ~work_area_t() { free(area); }
+
+    bool allocated() const { return area; }
+    void hold(const std::string &text) { area[text.copy(area, engine::area_length)] = '\0'; }
+    const char *text() const { return area; }
+    // The trace of the release, which comes with the end of the half.
+    void trace_release() const {
+        if (area)
+            engine::log(qoscnv_engine, pass, "Freeing block of memory at %p\n",
+                        static_cast<void *>(area));
+    }
+
+  private:
+    char *const area;
+};
+
+syserr_t no_memory() {
+    engine::log(qoscnv_engine, pass, "could not allocate memory\n");
+    return engine::failure;
+}
+
+// What the search for the next attachment of a stanza came to.
+enum class outcome_t {
+    found,
+    stanza_ended,
+    none_left, // in the whole text
+    failed,    // with a message
+};
+
+// The attachments of one stanza after another.
+class stanza_walk_t {
+  public:
+    // Starts at the stanza whose first line is `line`.
+    void enter(position line) {
+        cp = line;
+        end = qoscnv_stanza_after(line);
+    }
+    position stanza_end() const { return end; }
+    bool is_past_end() const { return cp >= end; }
+
+    // Finds the next attachment, and copies its line to `line`. `where` is what the log calls the
+    // stanza.
+    outcome_t next(const char *where, work_area_t &line) {
+        attachment = keywords.from(cp);
+        if (attachment == nowhere) {
+            engine::log(qoscnv_engine, pass, "no more service-policies in the configuration\n");
+            return outcome_t::none_left;
+        }
+        if (attachment >= end) {
+            engine::log(qoscnv_engine, pass, "No more service-policies on %s\n", where);
+            return outcome_t::stanza_ended;
+        }
+        engine::log(qoscnv_engine, pass, "found service-policy at byte %d\n",
+                    static_cast<int>(attachment));
+        const std::string copy = qoscnv_getline(attachment, engine::area_size + 1);
+        if (!qoscnv_fits(pass, copy))
+            return outcome_t::failed;
+        engine::log(qoscnv_engine, pass, "Line: %s\n", copy.c_str());
+        line.hold(copy);
+        return outcome_t::found;
+    }
+
+    void keep_line() { cp = qoscnv_line_after(attachment); }
+
+    void delete_line() {
+        cp = attachment - length(indentation);
+        const uint32_t size = qoscnv_line_after(attachment) - cp;
+        qoscnv_delete_text(cp, size);
+        end -= size;
+        keywords.edited(cp);
+    }
+
+    // Puts `written` where the deleted line stood, and goes on behind it.
+    bool replace_deleted(const std::string &written) {
+        keywords.edited(cp);
+        end += length(written);
+        return qoscnv_write(pass, cp, written);
+    }
+
+  private:
+    search_ahead_t keywords{keyword};
+    position cp = 0;
+    position end = 0;
+    position attachment = nowhere; // the one found last
+};
+
+// Keeps the first attachment of the stanza of `walk`, without its direction.
+syserr_t keep_first(stanza_walk_t &walk, work_area_t &name, work_area_t &line) {
+    for (bool first = true; !walk.is_past_end(); first = false) {
+        const outcome_t outcome = walk.next("system qos", line);
+        if (outcome != outcome_t::found)
+            return outcome == outcome_t::failed ? engine::failure : 0;
+        const words_t words = scan_words(line.text(), words_pattern);
+        if (words.count == 0) {
+            engine::log(qoscnv_engine, pass, "unexpected service-policy format; aborting\n");
+            return engine::failure;
+        }
+        name.hold(words.word[static_cast<size_t>(words.count - 1)]); // the last one
+        engine::log(qoscnv_engine, pass, "found service-policy name %s\n", name.text());
+        walk.delete_line();
+        if (first && !walk.replace_deleted(std::string("  service-policy ") + name.text() + '\n'))
+            return engine::failure;
+    }
+    return 0;
+}
+
+syserr_t clean_system_qos() {
+    work_area_t name, line;
+    if (!name.allocated() || !line.allocated())
+        return no_memory();
+    const position found = qoscnv_find("\nsystem qos", 0);
+    if (found == nowhere)
+        return 0;
+    engine::log(qoscnv_engine, pass, "found system qos at byte %d\n", static_cast<int>(found));
+    const position start = found + newline_length;
+    stanza_walk_t walk;
+    walk.enter(start);
+    engine::log(qoscnv_engine, pass, "start of stanza: byte %d, end of stanza: byte %d\n",
+                static_cast<int>(start), static_cast<int>(walk.stanza_end()));
+    const syserr_t status = keep_first(walk, name, line);
+    if (status == 0) {
+        name.trace_release();
+        line.trace_release();
+    }
+    return status;
+}
+
+// The attachment of an interface in one direction.
+struct direction_t {
+    const char *word;
+    work_area_t name = {};
+    bool seen = false; // in the interface at hand
+};
+
+class interface_cleaning {
+  public:
+    bool allocated() const {
+        return std::ranges::all_of(directions, [](const auto &d) { return d.name.allocated(); }) &&
+               line.allocated();
+    }
+
+    void trace_release() const {
+        for (const direction_t &direction : directions)
+            direction.name.trace_release();
+        line.trace_release();
+    }
+
+    syserr_t run() {
+        // From the end of a stanza back to where the newline in front of the next one is seen.
+        constexpr uint32_t back_into_stanza = 2;
+        position found = qoscnv_file_start_qossection();
+        while ((found = qoscnv_find("\ninterface", found)) != nowhere) {
+            engine::log(qoscnv_engine, pass, "found interface at byte %d\n",
+                        static_cast<int>(found));
+            walk.enter(found + newline_length);
+            const outcome_t outcome = clean_interface();
+            if (outcome == outcome_t::failed)
+                return engine::failure;
+            if (outcome == outcome_t::none_left)
+                return 0;
+            found = walk.stanza_end() - back_into_stanza;
+        }
+        return 0;
+    }
+
+  private:
+    outcome_t clean_interface() {
+        for (direction_t &direction : directions)
+            direction.seen = false;
+        while (!walk.is_past_end()) {
+            const outcome_t outcome = walk.next("this interface", line);
+            if (outcome != outcome_t::found)
+                return outcome;
+            if (!keep_or_delete())
+                return outcome_t::failed;
+        }
+        return outcome_t::stanza_ended;
+    }
+
+    // Keeps the attachment just found when it is the first in its direction. Returns false, with a
+    // message, when it is neither that nor the same as the first.
+    bool keep_or_delete() {
+        const words_t words = scan_words(line.text(), words_pattern);
+        const auto &[dir, name, unused] = words.word;
+        engine::log(qoscnv_engine, pass, "found service-policy name %s, dir %s\n", name.c_str(),
+                    dir.c_str());
+        for (direction_t &direction : directions) {
+            if (dir == direction.word)
+                return keep_or_delete(direction, name);
+        }
+        engine::log(qoscnv_engine, pass, "Unexpected service-policy direction %s\n", dir.c_str());
+        return false;
+    }
+
+    bool keep_or_delete(direction_t &direction, const std::string &name) {
+        if (!direction.seen) {
+            direction.name.hold(name);
+            direction.seen = true;
+            walk.keep_line();
+            return true;
+        }
+        if (name == direction.name.text()) {
+            walk.delete_line();
+            return true;
+        }
+        engine::log(qoscnv_engine, pass,
+                    "Non-matching service-policy names in %s direction: %s and %s\n",
+                    direction.word, name.c_str(), direction.name.text());
+        return false;
+    }
+
+    direction_t directions[2] = {{"input"}, {"output"}};
+    work_area_t line;
+    stanza_walk_t walk;
+};
+
+syserr_t clean_interfaces() {
+    interface_cleaning cleaning;
+    const syserr_t status = cleaning.allocated() ? cleaning.run() : no_memory();
+    cleaning.trace_release();
+    return status;
+}
+
+} // namespace
+
+syserr_t qoscnv_delete_duplicate_attachments() {
+    static constexpr struct {
+        syserr_t (*run)();
+        const char *place;
+    } halves[] = {{clean_system_qos, "system qos"}, {clean_interfaces, "interfaces"}};
+    for (const auto &half : halves) {
+        const syserr_t status = half.run();
+        if (status == 0)
+            continue;
+        qoscnv_log("could not delete duplicate attachments on %s\n", half.place);
+        return status;
+    }
+    return 0;
+}

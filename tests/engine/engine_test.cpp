@@ -1,0 +1,269 @@
+// The engine from inside: releases, scanning, edits at the borders of the text, navigation.
+
+#include "engine/engine.h"
+#include "fc_port_sec/fcportsec_engine.h"
+#include "fwm/fwmcnv_engine.h"
+#include "ipqosmgr/qosmgrcnv_engine.h"
+#include "npiv/npiv_engine.h"
+#include "satmgr/satcnv_engine.h"
+#include "support/converter_process.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+
+using namespace engine;
+
+namespace {
+
+// Gives an instance a text, with as much room as a load would.
+void load(engine_t &e, std::string_view bytes) {
+    const support::temporary_directory place;
+    support::write_file(place.path() + "/ascii/system.cfg", bytes);
+    ASSERT_EQ(read_ascii_file(e, place.path().c_str()), 0u);
+}
+
+std::string text_of(const engine_t &e) { return e.text->copy(0, e.text->size()); }
+
+} // namespace
+
+TEST(releases, a_text_sets_the_fields_that_it_supplies) {
+    struct {
+        release_format format;
+        const char *text;
+        release_t expected;
+    } const rows[] = {
+        {release_format::product, "5.0(3)U2(1)", {5, 0, 3, 9, 9, 'U', 2}},
+        {release_format::product, "4.1(3)", {4, 1, 3, 9, 9, 'x', 9}},
+        {release_format::product, "4.1", {4, 1, 9, 9, 9, 'x', 9}},
+        {release_format::k_train, "4.1(3)K2(1)", {4, 1, 3, 2, 1, 'x', 9}},
+        {release_format::k_train, "4.1(3)K2", {4, 1, 3, 2, 9, 'x', 9}},
+        {release_format::k_train, "4.1(3u)K2(1u)", {4, 1, 3, 9, 9, 'x', 9}},
+        {release_format::k_train_or_u, "4.1(3u)K2(1u)", {4, 1, 3, 2, 1, 'x', 9}},
+        {release_format::k_train_or_u, "4.1(3)K2(1)", {4, 1, 3, 2, 1, 'x', 9}},
+        {release_format::k_train, "4294967300.1(3)", {4, 1, 3, 9, 9, 'x', 9}},
+        {release_format::k_train, "next", {9, 9, 9, 9, 9, 'x', 9}},
+    };
+    for (const auto &row : rows) {
+        release_t r = {9, 9, 9, 9, 9, 'x', 9};
+        read_release(r, row.format, row.text);
+        EXPECT_EQ(quintuple(r), quintuple(row.expected)) << row.text;
+        EXPECT_EQ(r.product, row.expected.product) << row.text;
+        EXPECT_EQ(r.subversion, row.expected.subversion) << row.text;
+    }
+}
+
+TEST(releases, a_missing_text_comes_from_the_platform) {
+    const support::temporary_directory place;
+    const std::string file = place.path() + "/release";
+    struct {
+        const char *content, *plain, *with_k_train;
+    } const rows[] = {
+        {"4.1(3)K2(1)\nmore", "4.1(3)", "4.1(3)K2(1)"},
+        {"4.1(3x)K2(1)", "4.1(3)", "4.1(3)K2(1)"},
+        {"5.0(3)U2(1)", "5.0(3)", "5.0(3)K0(0)"},
+        {"7.2", "7.2(0)", "7.2(0)K0(0)"},
+        {"", "0.0(0)", "0.0(0)K0(0)"},
+    };
+    for (const auto &row : rows) {
+        support::write_file(file, row.content);
+        setenv(to_release_file_variable, file.c_str(), 1);
+        EXPECT_EQ(release_from_platform(to_release_file_variable, false), row.plain);
+        EXPECT_EQ(release_from_platform(to_release_file_variable, true), row.with_k_train);
+    }
+    unsetenv(to_release_file_variable);
+    EXPECT_EQ(release_from_platform(to_release_file_variable, false), "0.0(0)");
+    EXPECT_TRUE(npiv_read_versions("4.1(3)", nullptr));
+    EXPECT_TRUE(npiv_ver_to_lt_4_1_3_K_2_1());
+    EXPECT_FALSE(npiv_read_versions(nullptr, nullptr));
+}
+
+TEST(releases, fields_stay_from_the_call_before) {
+    fcportsec_read_versions("4.1(3)K2(1)", "4.1(3)K2(2)");
+    EXPECT_FALSE(fcportsec_ver_sam());
+    EXPECT_TRUE(fcportsec_read_versions("4.1(3)", "4.1(3)K2(1)"));
+    EXPECT_TRUE(fcportsec_ver_sam());
+}
+
+TEST(scan, words_as_formatted_scanning_reads_them) {
+    const std::string longest(area_length, 'w');
+    struct {
+        std::string line;
+        const char *pattern;
+        int count;
+        std::string last;
+    } const rows[] = {
+        {"class-map type qos c1", "class-map type %s %s", 2, "c1"},
+        {"class-map\n type\tqos\n\n c1 rest", "class-map type %s %s", 2, "c1"},
+        {"class-map typeqos", "class-map type %s %s", 1, "qos"},
+        {"class-map c1", "class-map type %s %s", 0, ""},
+        {"  class", "  class %s\n", 0, ""},
+        {"   classy", "  class %s\n", 1, "y"},
+        {"class \xFF", "class %s", 0, ""},
+        {"class c\xFF", "class %s", 1, "c\xFF"},
+        {"class " + longest, "class %s", 1, longest},
+        {"class " + longest + "x y", "class %s %s", 1, longest + "x"},
+    };
+    for (const auto &row : rows) {
+        const words_t words = scan_words(row.line, row.pattern);
+        EXPECT_EQ(words.count, row.count) << row.line;
+        if (row.count > 0 && words.count == row.count) {
+            EXPECT_EQ(words.word[static_cast<size_t>(row.count) - 1], row.last);
+        }
+        EXPECT_EQ(words.too_long() != nullptr, row.last.size() > area_length);
+    }
+}
+
+TEST(scan, numbers_are_limited_to_32_bits) {
+    EXPECT_EQ(scan_number(" \n+12x"), 12);
+    EXPECT_EQ(scan_number("-0012"), -12);
+    EXPECT_EQ(scan_number("99999999999999999999"), INT32_MAX);
+    EXPECT_EQ(scan_number("-99999999999999999999"), INT32_MIN);
+    for (const char *none : {"", " ", "x1", "-", "+-1"})
+        EXPECT_FALSE(scan_number(none)) << none;
+}
+
+TEST(edits, deletions_are_cut_to_the_text) {
+    struct {
+        position from;
+        uint32_t size;
+        const char *result;
+    } const rows[] = {
+        {2, 3, "abfg\n"},
+        {5, 99, "abcde"},
+        {0, 7, ""},
+        {7, 1, "abcdefg"},
+        {99, 1, "abcdefg"},
+        {2, UINT32_MAX, "ab"},
+        {position(-2), 5, "defg\n"},
+        {position(-2), 2, "abcdefg\n"},
+    };
+    for (const auto &row : rows) {
+        const std::string before =
+            row.result[0] && row.result[strlen(row.result) - 1] == '\n' ? "abcdefg\n" : "abcdefg";
+        load(fwmcnv_engine, before);
+        fwmcnv_delete_text(row.from, row.size);
+        EXPECT_EQ(text_of(fwmcnv_engine), row.result) << row.from << ' ' << row.size;
+        EXPECT_EQ(fwmcnv_engine.text->at(fwmcnv_engine.text->size()), end_marker);
+    }
+}
+
+TEST(edits, insertions_that_do_harm_are_refused) {
+    load(npiv_engine, "abcd"); // room for 20 bytes, marker and zero included
+    EXPECT_TRUE(npiv_insert_text(2, "12"));
+    EXPECT_TRUE(npiv_insert_text(6, "e"));
+    EXPECT_EQ(text_of(npiv_engine), "ab12cde");
+    EXPECT_FALSE(npiv_engine.edit_refused);
+    EXPECT_FALSE(npiv_insert_text(8, "x"));
+    EXPECT_FALSE(npiv_insert_text(nowhere, "x"));
+    EXPECT_FALSE(npiv_insert_text(0, "a\xFF"));
+    EXPECT_FALSE(npiv_insert_text(0, std::string(12, 'x')));
+    EXPECT_EQ(text_of(npiv_engine), "ab12cde");
+    EXPECT_TRUE(npiv_engine.edit_refused);
+    EXPECT_TRUE(npiv_insert_text(0, std::string(11, 'x')));
+    load(npiv_engine, "abcd");
+    EXPECT_FALSE(npiv_engine.edit_refused);
+}
+
+TEST(edits, removal_goes_on_until_nothing_is_left) {
+    struct {
+        const char *text, *wanted;
+        uint32_t before, after;
+        const char *result;
+    } const rows[] = {
+        {"aabb", "ab", 0, 0, ""},
+        {"aaabbb\n", "ab", 0, 0, "\n"},
+        {"x  match qos-group 2\n  match qos-group 3\ny", "  match qos-group", 0, 3, "xy"},
+        {"a\nmatch qos-group 3\nb", "\nmatch qos-group", UINT32_MAX, 3, "a\nb"},
+        {"    set qos-group 12\n", "set qos-group", 4, 3, "\n"},
+        {" ab", "ab", 4, 0, ""},            // cut at the start
+        {"abc", "ab", 0, 9, ""},            // cut at the end
+        {"abc", "b", UINT32_MAX, 0, "abc"}, // removes nothing, and ends
+        {"abc", "", 0, 1, "abc"},
+        {"abc", "d", 0, 1, "abc"},
+    };
+    for (const auto &row : rows) {
+        load(qoscnv_engine, row.text);
+        EXPECT_EQ(qoscnv_remove_regexp(row.wanted, row.before, row.after), 0u);
+        EXPECT_EQ(text_of(qoscnv_engine), row.result) << row.text;
+    }
+}
+
+namespace {
+
+// The operations of one instance by their prefixed names.
+struct instance_t {
+    engine_t &e;
+    position (*nextline)(position);
+    bool (*nextstanza)(position);
+    position (*goto_nextstanza)(position);
+    std::string (*getline)(position, uint32_t);
+    void (*delete_text)(position, uint32_t);
+    bool (*insert_text)(position, std::string_view);
+    syserr_t (*remove_substring)(const char *);
+};
+
+#define INSTANCE(p)                                                                                \
+    instance_t {                                                                                   \
+        p##_engine, p##_nextline, p##_nextstanza, p##_goto_nextstanza, p##_getline,                \
+            p##_delete_text, p##_insert_text, p##_remove_substring                                 \
+    }
+
+const instance_t instances[] = {INSTANCE(qoscnv), INSTANCE(fcportsec), INSTANCE(npiv),
+                                INSTANCE(fwmcnv)};
+
+} // namespace
+
+TEST(navigation, lines_and_stanzas_of_every_instance) {
+    const std::string text = "policy-map p\n  class c\n!\ninterface e\n";
+    const auto stanza = static_cast<position>(text.find("interface"));
+    const auto size = static_cast<position>(text.size());
+    for (const instance_t &i : instances) {
+        load(i.e, text);
+        EXPECT_EQ(i.goto_nextstanza(0), stanza);
+        EXPECT_EQ(i.goto_nextstanza(15), stanza);
+        EXPECT_EQ(i.goto_nextstanza(stanza + 1), nowhere);
+        EXPECT_EQ(i.nextline(stanza), size);
+        EXPECT_EQ(i.nextline(size), nowhere);
+        EXPECT_TRUE(i.nextstanza(0) && i.nextstanza(stanza));
+        EXPECT_FALSE(i.nextstanza(13) || i.nextstanza(size));
+        EXPECT_EQ(i.getline(0, 8), "policy-");
+        EXPECT_EQ(i.getline(12, 8), "");
+        EXPECT_EQ(i.getline(size, 8), "\xFF");
+        EXPECT_EQ(i.remove_substring("class"), 0u);
+        i.delete_text(0, 13);
+        EXPECT_TRUE(i.insert_text(0, "x\n"));
+        EXPECT_EQ(text_of(i.e), "x\n   c\n!\ninterface e\n");
+    }
+}
+
+TEST(navigation, previous_lines_and_sections) {
+    load(qoscnv_engine, "a\n  b\npolicy-map p\n");
+    EXPECT_EQ(qoscnv_prevline(3, 0), 2u);
+    EXPECT_EQ(qoscnv_prevline(5, 0), 2u);
+    EXPECT_EQ(qoscnv_prevline(0, 0), 0u);
+    EXPECT_EQ(qoscnv_prevline(3, 3), 3u);
+    EXPECT_EQ(qoscnv_prevline(nowhere, 0), nowhere);
+    EXPECT_EQ(qoscnv_file_start_qossection(), 5u);
+    load(qoscnv_engine, "class-map c\n");
+    EXPECT_EQ(qoscnv_file_start_qossection(), nowhere);
+}
+
+TEST(navigation, a_zero_byte_ends_the_text_behind_it) {
+    load(qoscnv_engine, std::string_view("ab\nc\0d\nclass", 12));
+    EXPECT_EQ(qoscnv_find("d", 0), nowhere);
+    EXPECT_EQ(qoscnv_find("d", 5), 5u);
+    EXPECT_EQ(qoscnv_nextline(3), nowhere);
+    EXPECT_EQ(qoscnv_getline(3, 99), "c");
+    EXPECT_EQ(qoscnv_engine.text->end(0), 4u);
+    EXPECT_EQ(qoscnv_engine.text->end(5), 12u);
+    EXPECT_EQ(qoscnv_goto_nextstanza(5), 7u);
+}
+
+TEST(loading, failures_say_why) {
+    const support::temporary_directory place;
+    EXPECT_EQ(satcnv_read_ascii_file(nullptr), failure);
+    EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
+    support::write_file(place.path() + "/ascii/system.cfg", "");
+    EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
+    EXPECT_EQ(satcnv_read_ascii_file(std::string(300, '/').c_str()), failure);
+}

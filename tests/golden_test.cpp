@@ -1,0 +1,111 @@
+// Whole conversions: golden/SERVICE/FROM__TO/CASE/in.cfg must become out.cfg, or stay as it is
+// where there is no out.cfg, with the log in `log`. Where `fails` stands, the conversion must fail,
+// the file stay, and the last line of the log be its text.
+//
+// With GOLDEN_ACCEPT set the results become the expectation; `./dev golden` shows what that
+// changes.
+
+#include "support/services.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path golden = GOLDEN_DIRECTORY;
+
+struct case_t {
+    fs::path folder;
+    std::string service, from, to;
+};
+
+std::vector<case_t> all_cases() {
+    std::vector<case_t> cases;
+    for (const auto &entry : fs::recursive_directory_iterator(golden)) {
+        if (entry.path().filename() != "in.cfg")
+            continue;
+        const fs::path folder = entry.path().parent_path();
+        const std::string pair = folder.parent_path().filename();
+        const size_t middle = pair.find("__");
+        cases.push_back({folder, folder.parent_path().parent_path().filename(),
+                         pair.substr(0, middle), pair.substr(middle + 2)});
+    }
+    return cases;
+}
+
+// Without the dump of the saved text: out.cfg shows that already.
+std::string without_dump(const std::string &log) {
+    constexpr std::string_view dump = "Printing ASCII file ...\n";
+    const size_t at = log.find(dump);
+    return at == log.npos ? log : log.substr(0, at + dump.size());
+}
+
+std::string last_line(const std::string &log) {
+    if (log.empty())
+        return log;
+    const size_t before = log.rfind('\n', log.size() - 2);
+    return log.substr(before == log.npos ? 0 : before + 1);
+}
+
+// A difference as a unified diff, which a failure prints.
+std::string difference(const std::string &expected, const std::string &result) {
+    if (expected == result)
+        return "";
+    const support::temporary_directory place;
+    support::write_file(place.path() + "/expected", expected);
+    support::write_file(place.path() + "/result", result);
+    const std::string command = "cd " + place.path() + " && diff -u expected result > difference";
+    if (std::system(command.c_str()) == -1)
+        return "no diff";
+    return support::read_file(place.path() + "/difference");
+}
+
+void accept(const fs::path &folder, const std::string &in, const support::conversion_t &result) {
+    support::write_file(folder / "log", without_dump(result.log));
+    fs::remove(folder / "out.cfg");
+    fs::remove(folder / "fails");
+    if (result.status != 0)
+        support::write_file(folder / "fails", last_line(result.log));
+    else if (result.file != in)
+        support::write_file(folder / "out.cfg", result.file);
+}
+
+class golden_case : public testing::TestWithParam<case_t> {};
+
+TEST_P(golden_case, converts_as_expected) {
+    const auto &[folder, service, from, to] = GetParam();
+    const std::string in = support::read_file(folder / "in.cfg");
+    const auto result =
+        support::convert(support::service_named(service), in, from.c_str(), to.c_str());
+    ASSERT_FALSE(result.process.crashed);
+    if (std::getenv("GOLDEN_ACCEPT")) {
+        accept(folder, in, result);
+        return;
+    }
+    const bool changes = fs::exists(folder / "out.cfg");
+    const std::string expected = changes ? support::read_file(folder / "out.cfg") : in;
+    EXPECT_EQ(difference(expected, result.file), "");
+    EXPECT_EQ(difference(support::read_file(folder / "log"), without_dump(result.log)), "");
+    if (fs::exists(folder / "fails")) {
+        EXPECT_EQ(result.status, -1);
+        EXPECT_EQ(last_line(result.log), support::read_file(folder / "fails"));
+        EXPECT_EQ(result.process.output, "");
+    } else {
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.process.output, service == "assoc" ? "" : expected);
+    }
+}
+
+std::string name_of(const testing::TestParamInfo<case_t> &info) {
+    std::string name = fs::relative(info.param.folder, golden);
+    for (char &c : name)
+        c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+    return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(golden, golden_case, testing::ValuesIn(all_cases()), name_of);
+
+} // namespace

@@ -1,0 +1,74 @@
+#include "commands/common.h"
+
+#include "errors.h"
+#include "messages.h"
+
+namespace infraconvert {
+
+void declare_releases(CLI::App &arguments, options_t &options) {
+    arguments.add_option("--from", options.from, "Release that wrote the configuration")
+        ->type_name("RELEASE");
+    arguments.add_option("--to", options.to, "Release that will read it")->type_name("RELEASE");
+}
+
+void declare_services(CLI::App &arguments, options_t &options) {
+    arguments
+        .add_option("--service", options.services,
+                    "Only this service (qos, fcportsec, npiv, fwm, assoc, satmgr, or the "
+                    "platform's name or number); may be repeated")
+        ->type_name("NAME|all")
+        ->delimiter(',')
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+void declare_path(CLI::App &arguments, options_t &options) {
+    arguments
+        .add_option("PATH", options.path,
+                    "Configuration file, directory that holds ascii/system.cfg, or - for standard "
+                    "input")
+        ->type_name("");
+}
+
+void declare_json(CLI::App &arguments, options_t &options) {
+    arguments.add_flag("--json", options.json, "Print one JSON object on standard output");
+}
+
+void declare_logs(CLI::App &arguments, options_t &options) {
+    arguments.add_flag("--log", options.log, "Show the converters' logs on standard error");
+    arguments.add_option("--log-dir", options.log_dir, "Keep the converters' logs in this directory")
+        ->type_name("DIR");
+}
+
+void declare_keep_going(CLI::App &arguments, options_t &options) {
+    arguments.add_flag("--keep-going", options.keep_going,
+                       "Use what the other services made of it even when one fails, as the "
+                       "installer does");
+}
+
+job_t read_job(const options_t &options) {
+    const release_pair_t releases = checked_releases(options.from, options.to);
+    const auto chosen = services_named(options.services);
+    if (options.path.empty())
+        throw usage_error("missing PATH of the configuration");
+    const std::string file = configuration_file(options.path);
+    return {.file = file,
+            .request = {.text = read_configuration(file),
+                        .releases = releases,
+                        .services = chosen,
+                        .keep_going = options.keep_going,
+                        .wants_logs = options.log,
+                        .log_directory = options.log_dir}};
+}
+
+conversion_t run_job(const conversion_request_t &request) {
+    conversion_t conversion = convert(request);
+    message_lines(conversion.logs);
+    return conversion;
+}
+
+std::string shown_name(const std::string &file) {
+    return file == standard_stream ? "standard input" : file;
+}
+
+} // namespace infraconvert

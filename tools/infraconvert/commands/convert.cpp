@@ -1,0 +1,166 @@
+// convert: the conversion that preview shows, applied. All or nothing.
+
+#include "backup.h"
+#include "commands/common.h"
+#include "engine/replace_file.h"
+#include "errors.h"
+#include "json_report.h"
+#include "messages.h"
+#include "plan_file.h"
+#include "summary.h"
+
+#include <cerrno>
+#include <cstring>
+#include <optional>
+
+namespace infraconvert {
+
+namespace {
+
+constexpr const char *default_suffix = ".bak";
+
+void declare(CLI::App &arguments, options_t &options) {
+    declare_releases(arguments, options);
+    declare_services(arguments, options);
+    declare_keep_going(arguments, options);
+    arguments
+        .add_option("-o,--output", options.output,
+                    "Write the result to this file, or - for standard output, instead of PATH")
+        ->type_name("FILE");
+    arguments
+        .add_flag(std::string("--backup{") + default_suffix + "}", options.backup_suffix,
+                  "Keep the original beside the file, with this suffix [.bak]")
+        ->type_name("=SUFFIX");
+    auto *plan =
+        arguments
+            .add_option("--plan", options.plan,
+                        "Apply exactly what preview --save-plan saved; PATH may be left out")
+            ->type_name("FILE");
+    for (const char *chosen_by_plan : {"--from", "--to", "--service", "--keep-going"})
+        plan->excludes(arguments.get_option(chosen_by_plan));
+    declare_json(arguments, options);
+    declare_logs(arguments, options);
+    declare_path(arguments, options);
+}
+
+// What the command is to do, once the plan, if there is one, has had its say.
+struct task_t {
+    std::optional<plan_t> plan;
+    job_t job;
+    std::string destination; // a file or standard_stream
+    std::string backup;      // empty: none
+    bool keep_going;
+
+    bool in_place() const { return destination == job.file && destination != standard_stream; }
+};
+
+options_t with_plan(options_t options, const plan_t &plan) {
+    options.from = plan.releases.from;
+    options.to = plan.releases.to;
+    options.services = plan.services;
+    options.keep_going = plan.keep_going;
+    if (options.path.empty())
+        options.path = plan.path;
+    return options;
+}
+
+std::string destination_of(const options_t &options, const std::string &file) {
+    if (options.output.empty())
+        return file;
+    std::error_code ignored;
+    const bool same = options.output != standard_stream &&
+                      std::filesystem::equivalent(options.output, file, ignored);
+    return same ? file : options.output;
+}
+
+task_t task_of(const options_t &given) {
+    task_t task;
+    if (!given.plan.empty())
+        task.plan = read_plan(given.plan);
+    const options_t options = task.plan ? with_plan(given, *task.plan) : given;
+    task.job = read_job(options);
+    task.keep_going = options.keep_going;
+    task.destination = destination_of(options, task.job.file);
+    if (options.json && task.destination == standard_stream)
+        throw usage_error("--json needs standard output for itself: name a file with --output");
+    if (!options.backup_suffix.empty()) {
+        if (!task.in_place())
+            throw usage_error("--backup goes with a conversion in place only");
+        task.backup = task.job.file + options.backup_suffix;
+        refuse_existing_backup(task.backup);
+    }
+    return task;
+}
+
+void replace(const std::string &file, std::string_view bytes) {
+    engine::replace_file_t replacement;
+    if (!replacement.begin(file.c_str()) || !replacement.write(bytes) || !replacement.commit())
+        throw run_error("cannot write " + file + ": " + strerror(errno));
+}
+
+// Writes the result where it belongs. Returns false when there was nothing to write.
+bool write_result(const task_t &task, const conversion_t &conversion) {
+    if (task.destination == standard_stream) {
+        write_output(*conversion.result);
+        return true;
+    }
+    if (task.in_place()) {
+        if (!conversion.changes())
+            return false;
+        if (read_file(task.job.file) != *conversion.original)
+            throw run_error(task.job.file + " has changed during the conversion; nothing is written");
+        if (!task.backup.empty())
+            make_backup(task.job.file, *conversion.original, task.backup);
+    }
+    replace(task.destination, *conversion.result);
+    return true;
+}
+
+std::string outcome(const task_t &task, const conversion_t &conversion, bool usable, bool written) {
+    if (!usable)
+        return "nothing is written, because a service failed (--keep-going uses what the others "
+               "made of it)";
+    if (!written)
+        return "nothing changes; the file is untouched";
+    std::string text = "written to " + (task.destination == standard_stream
+                                            ? std::string("standard output")
+                                            : task.destination);
+    if (!conversion.changes())
+        text += ", unchanged";
+    if (!task.backup.empty())
+        text += ", the original is kept in " + task.backup;
+    return text;
+}
+
+int run(const options_t &options) {
+    const task_t task = task_of(options);
+    if (task.plan)
+        check_input(*task.plan, *task.job.request.text);
+    const conversion_t conversion = run_job(task.job.request);
+    const std::string name = shown_name(task.job.file);
+    tell_summary(name, conversion);
+    const bool usable = task.keep_going || !conversion.failed();
+    if (task.plan && usable)
+        check_result(*task.plan, *conversion.result);
+    const bool written = usable && write_result(task, conversion);
+    message(name + ": " + outcome(task, conversion, usable, written));
+    if (options.json)
+        write_output(convert_json(name, conversion, written ? task.destination : "",
+                                  written ? task.backup : ""));
+    return conversion.failed() ? exit_failed : exit_done;
+}
+
+} // namespace
+
+const command_t convert_command = {
+    .name = "convert",
+    .summary = "Convert a configuration, in place or to another file",
+    .examples = "infraconvert convert --from '4.0(1)' --to '4.1(3)' --backup switch.cfg\n"
+                "infraconvert convert --from '4.0(1)' --to '4.1(3)' --output new.cfg switch.cfg\n"
+                "infraconvert convert --from '4.0(1)' --to '4.1(3)' - < switch.cfg > new.cfg\n"
+                "infraconvert convert --plan window.json\n",
+    .declare = declare,
+    .run = run,
+};
+
+} // namespace infraconvert

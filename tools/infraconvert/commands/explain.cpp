@@ -1,0 +1,76 @@
+// explain: what a rule does, and for which releases.
+
+#include "commands/common.h"
+#include "json_report.h"
+#include "messages.h"
+#include "rule_scope.h"
+
+namespace infraconvert {
+
+namespace {
+
+void declare(CLI::App &arguments, options_t &options) {
+    arguments.add_option("RULE", options.rule, "Rule, such as IC-QOS-04; without it all are listed")
+        ->type_name("");
+    declare_json(arguments, options);
+}
+
+std::vector<found_rule_t> all_rules() {
+    std::vector<found_rule_t> rules;
+    for (const service_t &service : services()) {
+        for (const engine::rule_t &rule : service.rules())
+            rules.push_back({&service, &rule});
+    }
+    return rules;
+}
+
+std::string list(const std::vector<found_rule_t> &rules) {
+    constexpr size_t id_width = 12;
+    std::string text;
+    for (const found_rule_t &found : rules)
+        text += padded(found.rule->id, id_width) + wrapped(std::string(found.service->title) + ": " +
+                                                           found.rule->plain_words, id_width) + '\n';
+    return text;
+}
+
+std::string joined(const std::vector<std::string> &words) {
+    std::string text;
+    for (const std::string &word : words)
+        text += (text.empty() ? "" : " ") + word;
+    return text;
+}
+
+std::string details(const found_rule_t &found) {
+    constexpr size_t indent = 9;
+    std::string text = std::string(found.rule->id) + " (" + found.service->title + ", service " +
+                       found.service->name + ")\n\n" + "What it does:\n  " +
+                       wrapped(found.rule->plain_words, 2) + "\n\nWhen it applies:\n";
+    for (const scope_t &scope : scope_of(*found.service, *found.rule))
+        text += "  from   " + wrapped(joined(scope.from), indent) + "\n  to     " +
+                wrapped(joined(scope.to), indent) + "\n\n";
+    return text + wrapped("The rule was asked about " + joined(asked_releases()) +
+                          "; infraconvert plan tells about any other pair.", 0) + '\n';
+}
+
+int run(const options_t &options) {
+    const bool one = !options.rule.empty();
+    const auto rules = one ? std::vector{rule_named(options.rule)} : all_rules();
+    if (options.json)
+        write_output(rules_json(rules));
+    else
+        write_output(one ? details(rules[0]) : list(rules));
+    return 0;
+}
+
+} // namespace
+
+const command_t explain_command = {
+    .name = "explain",
+    .summary = "Tell what a conversion rule does and when it applies",
+    .examples = "infraconvert explain IC-QOS-04\n"
+                "infraconvert explain\n",
+    .declare = declare,
+    .run = run,
+};
+
+} // namespace infraconvert

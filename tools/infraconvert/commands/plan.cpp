@@ -1,0 +1,36 @@
+// plan: which rule applies to a pair of releases, without any configuration.
+
+#include "commands/common.h"
+#include "json_report.h"
+#include "messages.h"
+#include "summary.h"
+
+namespace infraconvert {
+
+namespace {
+
+void declare(CLI::App &arguments, options_t &options) {
+    declare_releases(arguments, options);
+    declare_services(arguments, options);
+    declare_json(arguments, options);
+}
+
+int run(const options_t &options) {
+    const release_pair_t releases = checked_releases(options.from, options.to);
+    const auto chosen = services_named(options.services);
+    write_output(options.json ? plan_json(chosen, releases) : plan_table(chosen, releases));
+    return 0;
+}
+
+} // namespace
+
+const command_t plan_command = {
+    .name = "plan",
+    .summary = "Tell which conversion rules apply to a pair of releases",
+    .examples = "infraconvert plan --from '4.0(1)' --to '5.0(2)'\n"
+                "infraconvert plan --from '5.0(3)U2(1)' --to '5.0(3)U1(1)' --service qos --json\n",
+    .declare = declare,
+    .run = run,
+};
+
+} // namespace infraconvert

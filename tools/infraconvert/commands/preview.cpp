@@ -1,0 +1,182 @@
+// preview: what a conversion would change, as a diff, without changing anything.
+
+#include "commands/common.h"
+#include "errors.h"
+#include "json_report.h"
+#include "messages.h"
+#include "plan_file.h"
+#include "summary.h"
+#include "unified.h"
+
+#include <algorithm>
+#include <set>
+
+namespace infraconvert {
+
+namespace {
+
+void declare(CLI::App &arguments, options_t &options) {
+    declare_releases(arguments, options);
+    declare_services(arguments, options);
+    declare_keep_going(arguments, options);
+    arguments.add_option("-U,--unified", options.context, "Unchanged lines around each change [3]")
+        ->type_name("N");
+    arguments
+        .add_option("--label", options.labels,
+                    "Name in the head of the diff, for the original; given twice, also for the "
+                    "result")
+        ->type_name("NAME")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    arguments.add_option("--color", options.color, "Colours: auto (on a terminal), always, never")
+        ->type_name("WHEN")
+        ->check(CLI::IsMember({"auto", "always", "never"}));
+    auto *explain = arguments.add_flag("--explain", options.explain,
+                                       "Name the rule behind each changed line in a margin");
+    auto *rollback = arguments.add_flag("--rollback", options.rollback,
+                                        "Convert there and back again, and show what differs then");
+    rollback->excludes(explain);
+    arguments.add_flag("--exit-code", options.exit_code,
+                       "Exit with 3 when something would change");
+    arguments
+        .add_option("--save-plan", options.save_plan,
+                    "Save this conversion for infraconvert convert --plan")
+        ->type_name("FILE")
+        ->excludes(rollback);
+    declare_json(arguments, options);
+    declare_logs(arguments, options);
+    declare_path(arguments, options);
+}
+
+// A label may be given as two names of releases would: the release stands behind a tab, where patch
+// does not take it for a part of the file's name.
+std::string label(const options_t &options, size_t number, const std::string &file,
+                  const std::string &state) {
+    return number < options.labels.size() ? options.labels[number] : file + '\t' + state;
+}
+
+struct view_t {
+    const conversion_t &conversion; // whose steps changed the lines
+    const std::string &file;
+    std::string after_state; // in the head of the diff
+};
+
+std::string diff_of(const options_t &options, const view_t &view, bool may_color) {
+    const conversion_t &c = view.conversion;
+    unified_t format = {.before_label = label(options, 0, view.file, c.releases.from),
+                        .after_label = label(options, 1, view.file, view.after_state),
+                        .context = options.context,
+                        .color = may_color && wants_color(options.color),
+                        .annotation = {},
+                        .margin = 0};
+    if (options.explain && may_color) {
+        format.annotation = [&](const script_line_t &line) { return c.rule_of(line); };
+        for (const step_t &step : c.steps)
+            format.margin = std::max(format.margin, step.routing.ids().size());
+    }
+    return unified_diff(split_lines(*c.original), split_lines(*c.result), c.script, format);
+}
+
+// The rules that stand in the margin.
+std::string legend(const conversion_t &conversion) {
+    std::string text;
+    for (const step_t &step : conversion.steps) {
+        const std::string head = step.routing.ids() + "  " + step.service->title + ": ";
+        if (step.changes())
+            text += head + wrapped(step.routing.words(), head.size()) + '\n';
+    }
+    return text.empty() ? "" : '\n' + text;
+}
+
+void tell_outcome(const std::string &name, const conversion_t &c, bool keep_going) {
+    if (c.failed() && !keep_going)
+        message(name + ": nothing would be written, because a service fails (--keep-going uses "
+                       "what the others make of it)");
+    else if (!c.changes())
+        message(name + ": nothing changes");
+}
+
+int status_of(const options_t &options, bool failed, bool changes) {
+    if (failed)
+        return exit_failed;
+    return options.exit_code && changes ? exit_would_change : exit_done;
+}
+
+int preview(const options_t &options, const job_t &job) {
+    const conversion_t conversion = run_job(job.request);
+    const std::string name = shown_name(job.file);
+    const view_t view = {conversion, job.file, conversion.releases.to};
+    if (options.json)
+        write_output(preview_json({name, diff_of(options, view, false), conversion}));
+    else
+        write_output(diff_of(options, view, true) + (options.explain ? legend(conversion) : ""));
+    tell_summary(name, conversion);
+    tell_outcome(name, conversion, options.keep_going);
+    if (!options.save_plan.empty() && (!conversion.failed() || options.keep_going))
+        save_plan(plan_of(conversion, job.file, options.keep_going), options.save_plan);
+    else if (!options.save_plan.empty())
+        message("no plan is saved");
+    return status_of(options, conversion.failed(), conversion.changes());
+}
+
+// There and back: the difference between the original and what comes back.
+conversion_t round_trip(const conversion_t &forward, const conversion_t &back) {
+    conversion_t both = forward;
+    both.result = back.result;
+    both.script = difference(split_lines(*both.original), split_lines(*both.result));
+    return both;
+}
+
+int rollback(const options_t &options, job_t job) {
+    const std::string logs = job.request.log_directory;
+    job.request.log_directory = logs.empty() ? "" : logs + "/forward";
+    const conversion_t forward = run_job(job.request);
+    const std::string name = shown_name(job.file);
+    tell_summary(name, forward);
+    if (forward.failed() && !options.keep_going) {
+        tell_outcome(name, forward, false);
+        return exit_failed;
+    }
+    job.request.text = forward.result;
+    job.request.log_directory = logs.empty() ? "" : logs + "/back";
+    std::swap(job.request.releases.from, job.request.releases.to);
+    const conversion_t back = run_job(job.request);
+    tell_summary(name + ", converted", back);
+
+    const conversion_t both = round_trip(forward, back);
+    const view_t view = {both, job.file,
+                         both.releases.from + ", after " + both.releases.to + " and back"};
+    const bool usable = !back.failed() || options.keep_going;
+    const std::string diff = usable ? diff_of(options, view, !options.json) : "";
+    write_output(options.json ? preview_json({name, diff, forward, &back}) : diff);
+    if (!usable)
+        message(name + ": cannot be converted back");
+    else
+        message(name + (both.changes() ? ": not reversible: the diff shows what a rollback leaves "
+                                         "different"
+                                       : ": reversible: a rollback gives back every byte"));
+    return status_of(options, forward.failed() || back.failed(), both.changes());
+}
+
+int run(const options_t &options) {
+    if (options.labels.size() > 2)
+        throw usage_error("--label may be given twice at most");
+    const job_t job = read_job(options);
+    return options.rollback ? rollback(options, job) : preview(options, job);
+}
+
+} // namespace
+
+const command_t preview_command = {
+    .name = "preview",
+    .summary = "Show what a conversion would change, as a unified diff",
+    .examples = "infraconvert preview --from '4.0(1)' --to '4.1(3)' switch.cfg\n"
+                "infraconvert preview --from '4.0(1)' --to '4.1(3)' --explain switch.cfg\n"
+                "infraconvert preview --from '4.0(1)' --to '4.1(3)' --rollback switch.cfg\n"
+                "infraconvert preview --from '4.0(1)' --to '4.1(3)' --save-plan window.json "
+                "switch.cfg\n",
+    .declare = declare,
+    .run = run,
+};
+
+} // namespace infraconvert

@@ -1,0 +1,92 @@
+#include "conversion.h"
+
+#include "errors.h"
+#include "history.h"
+#include "installer_call.h"
+#include "logs.h"
+
+#include <algorithm>
+
+namespace infraconvert {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The private copy of the configuration while the services work on it.
+class workplace_t {
+  public:
+    explicit workplace_t(const std::string &text) {
+        fs::create_directories(configuration.parent_path());
+        fs::create_directory(logs);
+        write_plainly(configuration, text);
+    }
+
+    // Has one service convert `text`, which is replaced by what the service makes of it.
+    step_t convert(const service_t &service, const release_pair_t &releases, text_t &text) {
+        step_t step{&service, route(service, releases), {}, {}};
+        const call_result_t call = call_installer(directory.path, logs, releases, service);
+        if (!call.came_back) {
+            step.failure = failure_t{.reason = "the converter " + call.trouble};
+            write_plainly(configuration, *text);
+        } else if (call.status != 0) {
+            step.failure = explain_failure(read_log(logs / service.log_name), *text);
+        }
+        if (std::string converted = read_file(configuration); converted != *text)
+            text = std::make_shared<const std::string>(std::move(converted));
+        return step;
+    }
+
+  private:
+    const private_directory_t directory;
+    const fs::path configuration = directory.path / configuration_in_directory;
+
+  public:
+    const fs::path logs = directory.path / "logs";
+};
+
+} // namespace
+
+const char *step_t::state() const {
+    if (failure)
+        return "failed";
+    if (changes())
+        return "converted";
+    return routing.rules.empty() ? "not concerned" : "unchanged";
+}
+
+bool conversion_t::failed() const {
+    return std::any_of(steps.begin(), steps.end(), [](const step_t &s) { return s.failure; });
+}
+
+std::string conversion_t::rule_of(const script_line_t &line) const {
+    return line.step < 0 ? "-" : steps[static_cast<size_t>(line.step)].routing.ids();
+}
+
+conversion_t convert(const conversion_request_t &request) {
+    conversion_t conversion = {.releases = request.releases,
+                               .original = request.text,
+                               .result = request.text,
+                               .steps = {},
+                               .script = {},
+                               .logs = {}};
+    workplace_t workplace(*request.text);
+    history_t history(request.text);
+    text_t text = request.text;
+    for (const service_t *service : request.services) {
+        step_t step = workplace.convert(*service, request.releases, text);
+        step.changed = history.record(static_cast<int>(conversion.steps.size()), text);
+        conversion.steps.push_back(std::move(step));
+    }
+    const bool counts = request.keep_going || !conversion.failed();
+    if (counts)
+        conversion.result = text;
+    conversion.script = counts ? history.script() : history_t(request.text).script();
+    if (request.wants_logs)
+        conversion.logs = readable_logs(workplace.logs);
+    if (!request.log_directory.empty())
+        keep_logs(workplace.logs, request.log_directory);
+    return conversion;
+}
+
+} // namespace infraconvert

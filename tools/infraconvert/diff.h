@@ -1,0 +1,45 @@
+// Lines that two texts have in common, and what became of the others.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace infraconvert {
+
+// The lines of a text, each with its newline; only the last may lack it.
+using lines_t = std::vector<std::string_view>;
+lines_t split_lines(std::string_view text);
+
+// Line `before` of the one text stays as line `after` of the other, both counted from 0.
+struct match_t {
+    uint32_t before, after;
+};
+
+// A longest common subsequence.
+std::vector<match_t> common_lines(const lines_t &before, const lines_t &after);
+
+enum class edit_t { keep, remove, add };
+
+// One line of an edit script.
+struct script_line_t {
+    edit_t edit;
+    uint32_t before, after; // line numbers from 0; where the line is missing, of the next one
+    int step = -1;          // the conversion step that removed or added it, -1: not known
+};
+using script_t = std::vector<script_line_t>;
+
+// The script for `before` and `after` lines of which these stay; removals stand before additions.
+script_t script_of(size_t before, size_t after, const std::vector<match_t> &matches);
+
+// The script that leads from one text to the other.
+inline script_t difference(const lines_t &before, const lines_t &after) {
+    return script_of(before.size(), after.size(), common_lines(before, after));
+}
+
+struct count_t {
+    size_t added = 0, removed = 0;
+};
+count_t count_changes(const script_t &script);
+
+} // namespace infraconvert

@@ -1,0 +1,44 @@
+// Reading configurations, and the private directory in which a conversion takes place.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace infraconvert {
+
+// The bytes of a text that several may look at, its lines included.
+using text_t = std::shared_ptr<const std::string>;
+
+// Name of standard input and standard output in place of a file.
+constexpr const char *standard_stream = "-";
+
+// Below a directory that the user or the installer names.
+constexpr const char *configuration_in_directory = "ascii/system.cfg";
+
+// The bytes of a file. Throws usage_error, naming the file, when it cannot be read.
+std::string read_file(const std::string &path);
+
+// The file that the user means with `path`: itself, or for a directory its ascii/system.cfg.
+std::string configuration_file(const std::string &path);
+
+// The configuration in `file`, which may be standard_stream. Throws usage_error when it cannot be
+// read or when the converters would not see all of it: an empty one, a zero byte, a 0xFF byte.
+text_t read_configuration(const std::string &file);
+
+// Writes a file that nobody else looks at. Throws run_error.
+void write_plainly(const std::filesystem::path &file, std::string_view bytes);
+
+// A directory for this process alone, removed with its owner.
+class private_directory_t {
+  public:
+    private_directory_t(); // throws run_error
+    private_directory_t(const private_directory_t &) = delete;
+    private_directory_t &operator=(const private_directory_t &) = delete;
+    ~private_directory_t();
+
+    const std::filesystem::path path;
+};
+
+} // namespace infraconvert

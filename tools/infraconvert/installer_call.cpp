@@ -1,0 +1,58 @@
+#include "installer_call.h"
+
+#include "child.h"
+#include "errors.h"
+
+#include <fstream>
+#include <unistd.h>
+
+namespace infraconvert {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char *runner_name = "infraconvert-run";
+
+// Beside this program in a build, in ../libexec/infraconvert once installed.
+fs::path find_runner() {
+    const fs::path here = fs::read_symlink("/proc/self/exe").parent_path();
+    for (const fs::path &directory : {here, here / "../libexec/infraconvert"}) {
+        if (access((directory / runner_name).c_str(), X_OK) == 0)
+            return directory / runner_name;
+    }
+    throw run_error(std::string(runner_name) + " stands neither in " + here.string() +
+                    " nor in its ../libexec/infraconvert");
+}
+
+std::string first_line(const fs::path &file) {
+    std::ifstream stream(file);
+    std::string line;
+    std::getline(stream, line);
+    return line;
+}
+
+} // namespace
+
+call_result_t call_installer(const fs::path &directory, const fs::path &logs,
+                             const release_pair_t &releases, const service_t &service) {
+    const fs::path status_file = logs / "status";
+    const fs::path error_file = logs / (std::string(service.name) + ".stderr");
+    fs::remove(status_file);
+    const std::string trouble =
+        run_child({find_runner(), "--path", directory, "--logs", logs, "--from", releases.from,
+                   "--to", releases.to, "--service", std::to_string(service.uuid)},
+                  logs / (std::string(service.name) + ".stdout"), error_file);
+    std::ifstream status(status_file);
+    call_result_t result;
+    uint32_t uuid = 0;
+    result.came_back = trouble.empty() && status >> uuid >> result.status && uuid == service.uuid;
+    if (!result.came_back) {
+        result.trouble = trouble.empty() ? "gave no status" : trouble;
+        if (const std::string said = first_line(error_file); said.starts_with(runner_name))
+            result.trouble += " (" + said + ")";
+    }
+    return result;
+}
+
+} // namespace infraconvert

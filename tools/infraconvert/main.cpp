@@ -1,0 +1,131 @@
+// infraconvert: what a release change does to a saved configuration, and then the change itself.
+
+#include "child.h"
+#include "command.h"
+#include "errors.h"
+#include "json_report.h"
+#include "messages.h"
+#include "suggest.h"
+
+#include <CLI/CLI.hpp>
+
+#include <csignal>
+#include <cstdio>
+
+namespace infraconvert {
+namespace {
+
+constexpr const command_t *commands[] = {&plan_command, &preview_command, &convert_command,
+                                         &explain_command};
+
+constexpr const char *about =
+    "infraconvert converts the saved configuration of a switch between software releases.\n"
+    "\n"
+    "Examples:\n"
+    "  infraconvert plan --from '4.0(1)' --to '4.1(3)'\n"
+    "  infraconvert preview --from '4.0(1)' --to '4.1(3)' switch.cfg\n"
+    "  infraconvert convert --from '4.0(1)' --to '4.1(3)' --backup switch.cfg\n"
+    "\n"
+    "Exit status: 0 done, 1 a conversion failed, 2 wrong usage or unusable input.\n"
+    "infraconvert COMMAND --help tells about a command.";
+
+std::string indented(const std::string &lines) {
+    std::string text = "  ";
+    for (const char c : lines)
+        text += c == '\n' ? std::string("\n  ") : std::string(1, c);
+    return text.substr(0, text.find_last_not_of(" \n") + 1);
+}
+
+// The names that may stand where a word was not understood.
+std::vector<std::string> names_like(const CLI::App &arguments, const std::string &word) {
+    std::vector<std::string> names;
+    if (word.starts_with("-")) {
+        for (const CLI::Option *option : arguments.get_options()) {
+            for (const std::string &name : option->get_lnames())
+                names.push_back("--" + name);
+        }
+    } else {
+        for (const CLI::App *command : arguments.get_subcommands({}))
+            names.push_back(command->get_name());
+    }
+    return names;
+}
+
+// What is wrong, with the words that were not understood and what they may have meant.
+std::string usage_problem(const CLI::App &arguments, const CLI::ParseError &error) {
+    const auto chosen = arguments.get_subcommands();
+    const CLI::App &at = chosen.empty() ? arguments : *chosen[0];
+    std::vector<std::string> words = at.remaining();
+    std::stable_partition(words.begin(), words.end(),
+                          [](const std::string &word) { return word.starts_with("-"); });
+    if (words.empty())
+        return error.what();
+    const std::string word = words[0].substr(0, words[0].find('='));
+    const char *kind = word.starts_with("-") ? "unknown option '"
+                       : chosen.empty()      ? "unknown command '"
+                                             : "one argument too many: '";
+    return kind + word + "'" + suggestion(word, names_like(at, word));
+}
+
+int report(const std::string &command, bool json, const std::string &error, int exit_status) {
+    message(error);
+    if (json)
+        write_output(error_json(command, error, exit_status));
+    return exit_status;
+}
+
+// Runs a command whose arguments are read.
+int run(const command_t &command, const options_t &options) try {
+    return command.run(options);
+} catch (const usage_error &e) {
+    return report(command.name, options.json, e.what(), exit_usage);
+} catch (const interrupted &) {
+    throw;
+} catch (const std::exception &e) {
+    return report(command.name, options.json, e.what(), exit_failed);
+}
+
+int parse_and_run(int argc, char **argv) {
+    options_t options;
+    CLI::App arguments(about, "infraconvert");
+    arguments.set_version_flag("--version", "infraconvert " INFRACONVERT_VERSION);
+    arguments.require_subcommand(0, 1);
+    for (const command_t *command : commands) {
+        CLI::App *own = arguments.add_subcommand(command->name, command->summary);
+        own->footer("");
+        command->declare(*own, options);
+    }
+    try {
+        arguments.parse(argc, argv);
+    } catch (const CLI::CallForHelp &) {
+        const auto chosen = arguments.get_subcommands();
+        write_output(arguments.help());
+        return exit_done;
+    } catch (const CLI::CallForVersion &) {
+        write_output("infraconvert " INFRACONVERT_VERSION "\n");
+        return exit_done;
+    } catch (const CLI::ParseError &e) {
+        message(usage_problem(arguments, e));
+        return exit_usage;
+    }
+    for (const command_t *command : commands) {
+        if (arguments.got_subcommand(command->name))
+            return run(*command, options);
+    }
+    message_lines(arguments.help());
+    return exit_usage;
+}
+
+} // namespace
+} // namespace infraconvert
+
+int main(int argc, char **argv) {
+    infraconvert::catch_interruptions();
+    try {
+        return infraconvert::parse_and_run(argc, argv);
+    } catch (const infraconvert::interrupted &e) {
+        signal(e.signal, SIG_DFL);
+        raise(e.signal);
+    }
+    return infraconvert::exit_failed;
+}
