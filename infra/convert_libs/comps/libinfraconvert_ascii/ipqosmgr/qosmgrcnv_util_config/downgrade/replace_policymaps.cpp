@@ -39,7 +39,8 @@ position behind_last_policymap(position from) {
     return qoscnv_stanza_after(qoscnv_line_after(last));
 }
 
-// End of the group of policy-maps that begins at `group`, when no class-maps follow it.
+// End of the group of policy-maps that begins at `group`, when no class-maps follow it. A "system
+// qos" ahead of the group does not end it.
 position end_of_group(position group, position system_qos) {
     return system_qos != nowhere && system_qos > group ? system_qos : behind_last_policymap(group);
 }

@@ -1,4 +1,4 @@
-// Attachments of type qos go; those of the other types lose their type word later:
+// Attachments of type qos go; those of the other types keep their line:
 //
 //     system qos                                    system qos
 //       service-policy type qos input p1              service-policy type queuing input p1
@@ -10,7 +10,7 @@
 syserr_t qoscnv_delete_type_qos_attachments() {
     position cp = qoscnv_file_start_qossection();
     while ((cp = qoscnv_find("\n  service-policy type qos", cp)) != nowhere) {
-        qoscnv_log("found service-policy %s at byte %d\n", "type qos", static_cast<int>(cp));
+        qoscnv_log("found service-policy type qos at byte %d\n", static_cast<int>(cp));
         const position line = cp + newline_length;
         qoscnv_delete_text(line, qoscnv_line_after(line) - line);
     }
