@@ -87,7 +87,7 @@ bool read_versions(engine_t &e, const char *from_version, const char *to_version
 // Loads `path`/ascii/system.cfg. Returns 0, or -1 with a message.
 syserr_t read_ascii_file(engine_t &e, const char *path);
 // Saves the text over the same file and shows it. Returns 0, or -1 with a message; the file is then
-// as it was.
+// as it was, but for the few failures that engine/replace_file.h names.
 syserr_t write_ascii_file(engine_t &e, const char *path);
 void print_ascii_file(const engine_t &e);
 

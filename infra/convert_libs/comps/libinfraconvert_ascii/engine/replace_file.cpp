@@ -19,6 +19,8 @@ namespace engine {
 namespace {
 
 constexpr int attempts_for_a_free_name = 100;
+constexpr size_t block_size = 1 << 16;
+constexpr const char *access_list = "system.posix_acl_access";
 
 // Calls until the call was not interrupted.
 template<class Call> auto uninterrupted(Call call) {
@@ -28,15 +30,33 @@ template<class Call> auto uninterrupted(Call call) {
     return result;
 }
 
+int open_at(int directory, const char *name, int flags, mode_t mode = 0) {
+    return uninterrupted([&] { return openat(directory, name, flags | O_CLOEXEC, mode); });
+}
+
 bool write_all(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
+        errno = EIO; // for a device that takes nothing and gives no reason
         const ssize_t count =
             uninterrupted([&] { return ::write(descriptor, bytes.data(), bytes.size()); });
-        if (count < 0)
+        if (count <= 0)
             return false;
         bytes.remove_prefix(static_cast<size_t>(count));
     }
     return true;
+}
+
+// Hands the bytes of the file to `consume` block by block, until that returns false.
+template<class Consume> bool read_all(int descriptor, Consume consume) {
+    std::vector<char> block(block_size);
+    for (;;) {
+        const ssize_t count =
+            uninterrupted([&] { return read(descriptor, block.data(), block.size()); });
+        if (count <= 0)
+            return count == 0;
+        if (!consume(std::string_view(block.data(), static_cast<size_t>(count))))
+            return false;
+    }
 }
 
 bool sync(int descriptor) {
@@ -50,6 +70,11 @@ bool copy_attribute(int from, int to, const char *name) {
     std::vector<char> value(static_cast<size_t>(size));
     return fgetxattr(from, name, value.data(), value.size()) == size &&
            fsetxattr(to, name, value.data(), value.size(), 0) == 0;
+}
+
+// The directory may have given a new file an access list that the old one does not have.
+bool remove_access_list(int descriptor) {
+    return fremovexattr(descriptor, access_list) == 0 || errno == ENODATA || errno == ENOTSUP;
 }
 
 // The access list is one of the extended attributes.
@@ -69,34 +94,41 @@ bool copy_attributes(int from, int to) {
 
 } // namespace
 
+// An interrupted close has closed: everything was synced before, so nothing is lost with it.
 bool replace_file_t::file_t::close() {
     const int open_descriptor = std::exchange(descriptor, -1);
-    return open_descriptor < 0 || ::close(open_descriptor) == 0;
+    return open_descriptor < 0 || ::close(open_descriptor) == 0 || errno == EINTR;
 }
 
 replace_file_t::~replace_file_t() {
     const int error = errno;
-    remove_beside();
+    beside.close(); // its room is given back only then
+    if (!beside_name.empty())
+        unlinkat(directory.descriptor, beside_name.c_str(), 0);
     if (created)
-        unlinkat(directory.descriptor, target_name.c_str(), 0);
+        unlink(target_path.c_str());
+    else if (touched && old_contents)
+        put_old_contents_back();
     errno = error;
 }
 
 bool replace_file_t::open_target(const char *path) {
-    target.descriptor = open(path, O_WRONLY | O_CLOEXEC);
+    target.descriptor = open_at(AT_FDCWD, path, O_WRONLY);
     if (!target.is_open() && errno == ENOENT) {
-        target.descriptor = open(path, O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+        target.descriptor = open_at(AT_FDCWD, path, O_WRONLY | O_CREAT, 0666);
         created = target.is_open();
     }
     return target.is_open() && fstat(target.descriptor, &status) == 0;
 }
 
-bool replace_file_t::open_beside(const std::string &name) {
-    const std::string stem = "." + name + ".infraconvert-" + std::to_string(getpid()) + "-";
+bool replace_file_t::open_beside() {
+    const std::string stem = "." + target_name + ".infraconvert-" + std::to_string(getpid()) + "-";
     for (int attempt = 0; attempt < attempts_for_a_free_name; attempt++) {
-        beside_name = stem + std::to_string(attempt);
-        beside.descriptor = openat(directory.descriptor, beside_name.c_str(),
-                                   O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        const std::string name = stem + std::to_string(attempt);
+        beside.descriptor =
+            open_at(directory.descriptor, name.c_str(), O_WRONLY | O_CREAT | O_EXCL, 0600);
+        if (beside.is_open())
+            beside_name = name;
         if (beside.is_open() || errno != EEXIST)
             break;
     }
@@ -109,65 +141,91 @@ bool replace_file_t::begin(const char *path) {
     const std::unique_ptr<char, decltype(&free)> real(realpath(path, nullptr), free);
     if (!real)
         return false;
-    const std::string_view whole = real.get();
-    const size_t slash = whole.rfind('/');
-    target_name = whole.substr(slash + 1);
-    const std::string directory_name(whole.substr(0, std::max<size_t>(slash, 1)));
-    directory.descriptor = open(directory_name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    target_path = real.get();
+    const size_t slash = target_path.rfind('/');
+    target_name = target_path.substr(slash + 1);
+    const std::string directory_name = target_path.substr(0, std::max<size_t>(slash, 1));
+    directory.descriptor = open_at(AT_FDCWD, directory_name.c_str(), O_RDONLY | O_DIRECTORY);
     const bool replaceable = S_ISREG(status.st_mode) && status.st_nlink == 1 && directory.is_open();
-    if (replaceable)
-        open_beside(target_name);
-    return true;
+    return (replaceable && open_beside()) || keep_old_contents();
 }
 
 bool replace_file_t::write(std::string_view bytes) {
     return beside.is_open() ? write_all(beside.descriptor, bytes) : write_in_place(bytes);
 }
 
+bool replace_file_t::take_over_attributes() const {
+    const int to = beside.descriptor;
+    return remove_access_list(to) && fchown(to, status.st_uid, status.st_gid) == 0 &&
+           fchmod(to, status.st_mode & ~static_cast<mode_t>(S_IFMT)) == 0 &&
+           copy_attributes(target.descriptor, to);
+}
+
+// A target that may be written but not read has no old contents to put back.
+bool replace_file_t::keep_old_contents() {
+    if (!S_ISREG(status.st_mode))
+        return true;
+    file_t old;
+    old.descriptor = open_at(AT_FDCWD, target_path.c_str(), O_RDONLY);
+    if (!old.is_open())
+        return errno == EACCES;
+    std::string contents;
+    const bool complete = read_all(old.descriptor, [&](std::string_view bytes) {
+        contents += bytes;
+        return true;
+    });
+    if (complete)
+        old_contents = std::move(contents);
+    return complete;
+}
+
+void replace_file_t::put_old_contents_back() const {
+    file_t again;
+    again.descriptor = open_at(AT_FDCWD, target_path.c_str(), O_WRONLY);
+    const auto size = static_cast<off_t>(old_contents->size());
+    if (write_all(again.descriptor, *old_contents) && ftruncate(again.descriptor, size) == 0)
+        sync(again.descriptor);
+}
+
+// False when there is no room; a file system that cannot reserve tells nothing about that.
+bool replace_file_t::reserve(off_t size) {
+    touched = true;
+    if (size <= status.st_size)
+        return true;
+    const auto call = [&] { return fallocate(target.descriptor, FALLOC_FL_KEEP_SIZE, 0, size); };
+    return uninterrupted(call) == 0 || (errno != ENOSPC && errno != EDQUOT && errno != EFBIG);
+}
+
 bool replace_file_t::write_in_place(std::string_view bytes) {
     const off_t end = written + static_cast<off_t>(bytes.size());
-    const bool grows = end > status.st_size;
-    if (grows && fallocate(target.descriptor, FALLOC_FL_KEEP_SIZE, 0, end) != 0 && errno == ENOSPC)
-        return false;
-    if (!write_all(target.descriptor, bytes))
+    if (!reserve(end) || !write_all(target.descriptor, bytes))
         return false;
     written = end;
     return true;
 }
 
-bool replace_file_t::take_over_attributes() const {
-    const int to = beside.descriptor;
-    return fchown(to, status.st_uid, status.st_gid) == 0 &&
-           fchmod(to, status.st_mode & ~static_cast<mode_t>(S_IFMT)) == 0 &&
-           copy_attributes(target.descriptor, to);
-}
-
 bool replace_file_t::copy_in_place() {
     file_t complete;
-    complete.descriptor = openat(directory.descriptor, beside_name.c_str(), O_RDONLY | O_CLOEXEC);
-    if (!complete.is_open())
-        return false;
-    std::vector<char> block(1 << 16);
-    for (;;) {
-        const ssize_t count =
-            uninterrupted([&] { return read(complete.descriptor, block.data(), block.size()); });
-        if (count < 0)
-            return false;
-        if (count == 0)
-            return finish_in_place();
-        if (!write_in_place({block.data(), static_cast<size_t>(count)}))
-            return false;
-    }
+    complete.descriptor = open_at(directory.descriptor, beside_name.c_str(), O_RDONLY);
+    struct stat size;
+    return complete.is_open() && fstat(complete.descriptor, &size) == 0 && keep_old_contents() &&
+           reserve(size.st_size) &&
+           read_all(complete.descriptor,
+                    [&](std::string_view bytes) { return write_in_place(bytes); }) &&
+           finish_in_place();
 }
 
 bool replace_file_t::finish_in_place() {
+    touched = true;
     const bool is_file = S_ISREG(status.st_mode);
-    if (is_file && ftruncate(target.descriptor, written) != 0)
+    if (is_file && uninterrupted([&] { return ftruncate(target.descriptor, written); }) != 0)
         return false;
     if (!sync(target.descriptor) && (is_file || (errno != EINVAL && errno != EROFS)))
         return false;
-    created = false;
-    return target.close();
+    if (!target.close())
+        return false;
+    created = touched = false;
+    return true;
 }
 
 bool replace_file_t::rename_over_target() {
@@ -189,11 +247,6 @@ bool replace_file_t::commit() {
     if (!rename_over_target())
         return (errno == EBUSY || errno == EXDEV) && copy_in_place();
     return sync(directory.descriptor) || errno == EINVAL || errno == EBADF;
-}
-
-void replace_file_t::remove_beside() {
-    if (!beside_name.empty())
-        unlinkat(directory.descriptor, beside_name.c_str(), 0);
 }
 
 } // namespace engine

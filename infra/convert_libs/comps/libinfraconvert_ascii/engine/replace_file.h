@@ -12,10 +12,15 @@
 //   - its directory cannot be opened, or no file can be made there;
 //   - its owner, mode, access list or an extended attribute cannot be given to another file;
 //   - the rename answers EBUSY or EXDEV, as for a file that is a mount point of its own.
-// A failure while writing in place can leave the target partly written. Room for the new contents
-// is reserved first where the file system can, so that a full disk is not such a failure.
+// Room for the new contents is reserved first where the file system can, and a failure puts the old
+// contents back. What can tear a target that is written in place is a kill, a power cut, or a
+// failure that also meets the attempt to put them back.
+//
+// One failure leaves the new contents: a directory that cannot be synced after the rename. They are
+// whole; whether they outlast a power cut is not known.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -46,21 +51,26 @@ class replace_file_t {
     };
 
     bool open_target(const char *path);
-    bool open_beside(const std::string &name);
+    bool open_beside();
     bool take_over_attributes() const;
+    bool keep_old_contents();
+    bool reserve(off_t size);
     bool write_in_place(std::string_view bytes);
     bool copy_in_place();
     bool finish_in_place();
+    void put_old_contents_back() const;
     bool rename_over_target();
-    void remove_beside();
 
-    file_t target;    // open for writing
-    file_t directory; // of the target
-    file_t beside;    // the file that will replace the target; not open: write in place
-    std::string target_name, beside_name; // within the directory
+    file_t target;           // open for writing
+    file_t directory;        // of the target
+    file_t beside;           // the file that will replace the target; not open: write in place
+    std::string target_path; // without symbolic links
+    std::string target_name, beside_name; // within the directory; no name beside: nothing to remove
     struct stat status = {};              // of the target
     bool created = false;                 // the target did not exist
     off_t written = 0;                    // in place
+    std::optional<std::string> old_contents; // where it will be written in place
+    bool touched = false;                    // in place, and not finished
 };
 
 } // namespace engine
