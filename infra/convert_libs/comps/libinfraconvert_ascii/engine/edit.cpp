@@ -2,54 +2,101 @@
 
 #include "engine/operation.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace engine {
 
 namespace {
 
-bool refuse(engine_t &e, uint32_t size) {
-    e.edit_refused = true;
-    log_operation(e, "insert_text", "refusing to insert text of length %d\n",
-                  static_cast<int>(size));
-    return false;
+// No header of a section is longer.
+constexpr uint32_t longest_section_header = 32;
+
+void tell_watchers(engine_t &e, const edit_t &edit) {
+    const position untouched = edit.at - std::min(edit.at, longest_section_header);
+    for (position &clear_to : e.no_section_before)
+        clear_to = std::min(clear_to, untouched);
+    for (edit_watcher_t *watcher = e.watchers; watcher; watcher = watcher->next())
+        watcher->edited(edit);
+}
+
+void erase(engine_t &e, position from, uint32_t size) {
+    const uint32_t size_before = e.text->size();
+    e.text->erase(from, size);
+    tell_watchers(e, {from, size_before - e.text->size(), 0});
+}
+
+// Inserts, or refuses with a message.
+bool insert(engine_t &e, position from, std::string_view text) {
+    const auto size = static_cast<uint32_t>(text.size());
+    if (!e.text->has_room(from, size) || text.find(end_marker) != text.npos) {
+        e.edit_refused = true;
+        log_operation(e, "insert_text", "refusing to insert text of length %d\n",
+                      static_cast<int>(size));
+        return false;
+    }
+    e.text->insert(from, text);
+    tell_watchers(e, {from, 0, size});
+    return true;
 }
 
 } // namespace
 
+edit_watcher_t::edit_watcher_t(engine_t &watched) : e(watched), next_watcher(watched.watchers) {
+    e.watchers = this;
+}
+
+edit_watcher_t::~edit_watcher_t() {
+    edit_watcher_t **link = &e.watchers;
+    while (*link != this)
+        link = &(*link)->next_watcher;
+    *link = next_watcher;
+}
+
 void delete_text(engine_t &e, position from, uint32_t size) {
     const auto bytes_in_front = -static_cast<int32_t>(from);
     if (bytes_in_front <= 0)
-        e.text->erase(from, size);
+        erase(e, from, size);
     else if (size > static_cast<uint32_t>(bytes_in_front))
-        e.text->erase(0, size - static_cast<uint32_t>(bytes_in_front));
+        erase(e, 0, size - static_cast<uint32_t>(bytes_in_front));
     if (e.traces_edits)
         log_operation(e, "delete_text", "deleting text of length %d\n", static_cast<int>(size));
 }
 
 bool insert_text(engine_t &e, position from, std::string_view text) {
-    const auto size = static_cast<uint32_t>(text.size());
-    if (!e.text->has_room(from, size) || text.find(end_marker) != text.npos)
-        return refuse(e, size);
-    e.text->insert(from, text);
+    if (!insert(e, from, text))
+        return false;
     if (e.traces_edits)
-        log_operation(e, "insert_text", "inserting text of length %d\n", static_cast<int>(size));
+        log_operation(e, "insert_text", "inserting text of length %d\n",
+                      static_cast<int>(text.size()));
     return true;
 }
 
 namespace {
 
-// One pass over the text, true when another one may find more. Each search goes on at the position
-// of the last occurrence, which may then stand inside the text that followed it.
-bool remove_once_through(engine_t &e, std::string_view wanted, uint32_t before, uint32_t length) {
-    bool removed = false;
-    for (position at = 0; (at = e.text->find(wanted, at)) != nowhere; removed = true) {
+// A removal: the bytes from `before` bytes in front of an occurrence on.
+struct removal_t {
+    std::string_view wanted;
+    uint32_t before, length;
+};
+
+// One pass over the text behind `from`. Each search goes on at the position of the last occurrence,
+// which may then stand inside the text that followed it, so that an occurrence can be left over
+// there or where a removal joined two texts. Returns where the first of these may begin, nowhere
+// when there is none.
+position remove_once_through(engine_t &e, const removal_t &removal, position from) {
+    position left_over = nowhere;
+    for (position at = from; (at = e.text->find(removal.wanted, at)) != nowhere;) {
         const uint32_t size_before = e.text->size();
-        delete_text(e, at - before, length);
+        delete_text(e, at - removal.before, removal.length);
         if (e.text->size() == size_before) // the same occurrence would be found for ever
-            return false;
+            return nowhere;
+        const auto reach = static_cast<position>(removal.before + removal.wanted.size());
+        const position joined = static_cast<int32_t>(reach) > 0 ? at - std::min(at, reach) : at;
+        if (left_over == nowhere && e.text->find(removal.wanted, joined, at) != nowhere)
+            left_over = joined;
     }
-    return removed;
+    return left_over;
 }
 
 } // namespace
@@ -60,9 +107,10 @@ syserr_t remove_regexp(engine_t &e, const char *wanted, uint32_t extra_before_ch
     const auto length = static_cast<uint32_t>(strlen(wanted));
     if (!e.text || length == 0)
         return 0;
-    while (remove_once_through(e, wanted, extra_before_chars,
-                               length + extra_before_chars + extra_after_chars)) {
-    }
+    const removal_t removal = {wanted, extra_before_chars,
+                               length + extra_before_chars + extra_after_chars};
+    for (position from = 0; from < e.text->end(0);)
+        from = remove_once_through(e, removal, from);
     return 0;
 }
 
@@ -70,32 +118,17 @@ syserr_t remove_substring(engine_t &e, const char *wanted) {
     return remove_regexp(e, wanted, 0, 0);
 }
 
-// Finds the occurrences one after another, with the positions that they have while everything in
-// front is already replaced, and writes the text behind the first one anew in one go: the cost
-// follows the length of the text, not the number of occurrences.
 syserr_t replace_all(engine_t &e, const char *function, const replacement_t &replacement) {
-    const std::string_view wanted = replacement.wanted;
-    const position first = find(e, wanted, 0);
-    if (first == nowhere)
-        return 0;
-    std::string rewritten;
-    position unread = first;
-    for (position at = first; at != nowhere; at = find(e, wanted, unread)) {
-        rewritten += e.text->copy(unread, at - unread);
-        const auto offset = static_cast<int>(first + rewritten.size());
-        log(e, function, "%s %d\n", replacement.found, offset);
+    const std::string_view wanted = replacement.wanted, put = replacement.replacement;
+    for (position at = 0; (at = find(e, wanted, at)) != nowhere;
+         at += static_cast<uint32_t>(put.size())) {
+        log(e, function, "%s %d\n", replacement.found, static_cast<int>(at));
+        erase(e, at, static_cast<uint32_t>(wanted.size()));
         if (replacement.deleted)
-            log(e, function, "%s %d\n", replacement.deleted, offset);
-        rewritten += replacement.replacement;
-        unread = at + static_cast<uint32_t>(wanted.size());
+            log(e, function, "%s %d\n", replacement.deleted, static_cast<int>(at));
+        if (!insert(e, at, put))
+            return failure;
     }
-    e.text->erase(first, unread - first);
-    const auto size = static_cast<uint32_t>(rewritten.size());
-    if (!e.text->has_room(first, size)) {
-        refuse(e, size);
-        return failure;
-    }
-    e.text->insert(first, rewritten);
     return 0;
 }
 

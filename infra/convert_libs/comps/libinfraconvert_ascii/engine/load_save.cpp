@@ -39,7 +39,8 @@ bool allocate_text(engine_t &e, long size) {
     errno = ENOMEM;
     if (fits)
         e.text = new (std::nothrow)
-            text_t(static_cast<uint32_t>(size) * e.capacity_factor + e.capacity_extra);
+            text_t(static_cast<uint32_t>(size),
+                   static_cast<uint32_t>(size) * e.capacity_factor + e.capacity_extra);
     if (e.text && !e.text->holds_memory()) {
         delete e.text;
         e.text = nullptr;
@@ -66,11 +67,28 @@ syserr_t read_text(engine_t &e, const char *file, long size) {
         return failure;
     }
     e.text->loaded(static_cast<uint32_t>(size));
+    e.no_section_before = {};
     if (fclose(stream.release()) != 0) {
         log_operation(e, "read_ascii_file", "failed to close %s: %s\n", file, strerror(errno));
         return failure;
     }
     return 0;
+}
+
+// Writes the bytes of the text, many short runs at once.
+bool write_runs(replace_file_t &file, const std::vector<std::string_view> &runs) {
+    constexpr size_t block_size = 1 << 16;
+    std::string block;
+    for (const std::string_view run : runs) {
+        if (block.size() + run.size() <= block_size) {
+            block += run;
+            continue;
+        }
+        if (!file.write(block) || !file.write(run))
+            return false;
+        block.clear();
+    }
+    return file.write(block);
 }
 
 void log_each_byte(const engine_t &e, std::string_view bytes) {
@@ -87,6 +105,15 @@ void log_each_byte(const engine_t &e, std::string_view bytes) {
         }
     }
     fflush(*e.log_stream);
+}
+
+// Writes the text up to its first zero byte, the marker included.
+void dump_up_to_zero(const text_t &text, FILE *stream) {
+    const position end = text.end(0);
+    for (const std::string_view shown : text.runs(end))
+        fwrite(shown.data(), shown.size(), 1, stream);
+    if (end == text.size())
+        fputc(end_marker, stream);
 }
 
 } // namespace
@@ -139,7 +166,7 @@ syserr_t write_ascii_file(engine_t &e, const char *path) {
     }
     if (e.traces_path)
         log_operation(e, "write_ascii_file", "writing file %s\n", file);
-    if (!replacement.write(e.text->saved_bytes())) {
+    if (!write_runs(replacement, e.text->saved_runs())) {
         log_operation(e, "write_ascii_file", "failed to write byteto %s: %s\n", file,
                       strerror(errno));
         return failure;
@@ -162,15 +189,15 @@ syserr_t write_ascii_file(engine_t &e, const char *path) {
 void print_ascii_file(const engine_t &e) {
     log_operation(e, "print_ascii_file", "Printing ASCII file ...\n");
     if (e.dump == dump_t::log) {
-        const std::string_view shown = e.text->up_to_zero();
         if (log_is_on(e))
-            fwrite(shown.data(), shown.size(), 1, *e.log_stream);
+            dump_up_to_zero(*e.text, *e.log_stream);
         return;
     }
-    const std::string_view saved = e.text->saved_bytes();
-    fwrite(saved.data(), saved.size(), 1, stdout);
-    if (e.dump == dump_t::output_and_log)
-        log_each_byte(e, saved);
+    for (const std::string_view saved : e.text->saved_runs()) {
+        fwrite(saved.data(), saved.size(), 1, stdout);
+        if (e.dump == dump_t::output_and_log)
+            log_each_byte(e, saved);
+    }
 }
 
 } // namespace engine

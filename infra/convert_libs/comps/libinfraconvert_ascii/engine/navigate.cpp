@@ -14,12 +14,19 @@ position find(const engine_t &e, std::string_view wanted, position from, positio
     return e.text ? e.text->find(wanted, from, before) : nowhere;
 }
 
-position file_start_section(const engine_t &e, const char *section,
+// A pass that adds many texts asks for the section again and again, so the search goes on from
+// where the last one ended.
+position file_start_section(engine_t &e, const char *section,
                             std::initializer_list<const char *> headers) {
+    auto clear_to = e.no_section_before.begin();
     for (const char *header : headers) {
-        const position found = find(e, header, 0);
-        if (found == nowhere)
+        const position found = find(e, header, *clear_to);
+        if (found == nowhere) {
+            *clear_to = e.text ? e.text->end(*clear_to) : 0;
+            clear_to++;
             continue;
+        }
+        *clear_to = found;
         const std::string operation = std::string("file_start_") + section + "section";
         log_operation(e, operation.c_str(), "Found beginning of %s-related section at byte %u\n",
                       section, found);

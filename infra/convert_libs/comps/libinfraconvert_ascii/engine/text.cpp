@@ -1,85 +1,291 @@
-// The text as one run of bytes. An edit moves the bytes behind it, up to the marker; the headroom
-// is never touched before it is needed, so a large allocation costs nothing until then.
+// The text in pieces; text.h draws them.
 
 #include "engine/text.h"
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 namespace engine {
 
-text_t::text_t(uint32_t capacity)
-    : bytes(static_cast<char *>(calloc(capacity, 1))), allocated(capacity) {}
+text_t::text_t(uint32_t file_size, uint32_t capacity, uint32_t piece_length)
+    : memory_of_file(new (std::nothrow) char[file_size]), most(capacity),
+      short_length(piece_length) {}
 
 void text_t::loaded(uint32_t size) {
+    pieces.clear();
+    edited = looked = 0;
     marker = size;
-    bytes[marker] = end_marker;
-    has_zero = memchr(bytes.get(), 0, size) != nullptr;
+    if (size > 0)
+        pieces.push_back({.bytes = memory_of_file.get(), .length = size, .room = 0, .distance = 0});
+    zero_free = {0, find_byte('\0', 0, marker)};
 }
 
-char text_t::at(position at) const { return at <= marker ? bytes[at] : '\0'; }
+// ---- Looking ----
+
+// The piece that holds `at`, which lies in the text.
+size_t text_t::piece_at(position at) const {
+    if (holds(looked, at))
+        return looked;
+    size_t first = 0, behind = pieces.size();
+    while (behind - first > 1) {
+        const size_t middle = first + (behind - first) / 2;
+        (start(middle) <= at ? first : behind) = middle;
+    }
+    return looked = first;
+}
+
+// The bytes of [from, before) that stand together in memory.
+std::string_view text_t::run(position from, position before) const {
+    const size_t i = piece_at(from);
+    const uint32_t skipped = from - start(i);
+    return {pieces[i].bytes + skipped, std::min(pieces[i].length - skipped, before - from)};
+}
+
+// First `wanted` in [from, before), else `before`.
+position text_t::find_byte(char wanted, position from, position before) const {
+    while (from < before) {
+        const std::string_view bytes = run(from, before);
+        const size_t hit = bytes.find(wanted);
+        if (hit != bytes.npos)
+            return from + static_cast<position>(hit);
+        from += static_cast<position>(bytes.size());
+    }
+    return before;
+}
+
+char text_t::at(position at) const {
+    if (at >= marker)
+        return at == marker ? end_marker : '\0';
+    const size_t i = piece_at(at);
+    return pieces[i].bytes[at - start(i)];
+}
 
 position text_t::end(position from) const {
-    if (!has_zero || from >= marker)
+    if (from >= marker)
         return marker;
-    const void *zero = memchr(&bytes[from], 0, marker - from);
-    return zero ? static_cast<position>(static_cast<const char *>(zero) - bytes.get()) : marker;
+    if (from > zero_free.to) {
+        zero_free = {from, find_byte('\0', from, marker)};
+    } else if (from < zero_free.from) {
+        const position zero = find_byte('\0', from, zero_free.from);
+        zero_free = {from, zero < zero_free.from ? zero : zero_free.to};
+    }
+    return zero_free.to;
 }
 
 position text_t::find(std::string_view wanted, position from, position before) const {
     if (from >= marker || before <= from)
         return nowhere;
-    const size_t reach = std::min<size_t>(end(from), size_t{before} - 1 + wanted.size());
-    const void *hit = memmem(&bytes[from], reach - from, wanted.data(), wanted.size());
-    return hit ? static_cast<position>(static_cast<const char *>(hit) - bytes.get()) : nowhere;
+    const auto reach =
+        static_cast<position>(std::min<size_t>(end(from), size_t{before} - 1 + wanted.size()));
+    while (from < reach) {
+        const std::string_view bytes = run(from, reach);
+        const void *hit = memmem(bytes.data(), bytes.size(), wanted.data(), wanted.size());
+        if (hit)
+            return from + static_cast<position>(static_cast<const char *>(hit) - bytes.data());
+        const position seam = from + static_cast<position>(bytes.size());
+        const position over_seam = find_over_seam(wanted, seam, from, reach);
+        if (over_seam != nowhere)
+            return over_seam;
+        from = seam;
+    }
+    return nowhere;
+}
+
+// First `wanted` in [first, before) that begins in front of `seam` and ends behind it.
+position text_t::find_over_seam(std::string_view wanted, position seam, position first,
+                                size_t before) const {
+    const auto overlap = static_cast<position>(wanted.size() - 1);
+    if (overlap == 0 || seam >= before)
+        return nowhere;
+    const position from = seam - std::min(overlap, seam - first);
+    const auto length = static_cast<uint32_t>(std::min<size_t>(before, size_t{seam} + overlap));
+    const size_t hit = copy(from, length - from).find(wanted);
+    return hit == wanted.npos ? nowhere : from + static_cast<position>(hit);
 }
 
 position text_t::newline_before(position before, position first) const {
     before = std::min(before, marker);
-    if (before <= first)
-        return nowhere;
-    const void *hit = memrchr(&bytes[first], '\n', before - first);
-    return hit ? static_cast<position>(static_cast<const char *>(hit) - bytes.get()) : nowhere;
+    while (before > first) {
+        const position from = std::max(first, start(piece_at(before - 1)));
+        const size_t hit = run(from, before).rfind('\n');
+        if (hit != std::string_view::npos)
+            return from + static_cast<position>(hit);
+        before = from;
+    }
+    return nowhere;
 }
 
 std::string text_t::copy(position from, uint32_t length) const {
-    if (from >= marker)
-        return {};
-    return {&bytes[from], std::min(length, marker - from)};
+    std::string bytes;
+    const position behind = from < marker ? from + std::min(length, marker - from) : from;
+    while (from < behind) {
+        bytes += run(from, behind);
+        from += static_cast<position>(run(from, behind).size());
+    }
+    return bytes;
 }
 
 std::string text_t::line(position from, uint32_t length) const {
     if (from > marker)
         return {};
-    const char *first = &bytes[from];
-    return {first, std::min(size_t{length}, static_cast<size_t>(strchrnul(first, '\n') - first))};
+    const position last = end(from);
+    const position before = from + std::min(length, last - from);
+    const position newline = find_byte('\n', from, before);
+    std::string bytes = copy(from, newline - from);
+    if (newline == marker && bytes.size() < length)
+        bytes += end_marker;
+    return bytes;
 }
 
-std::string_view text_t::saved_bytes() const {
-    const char *first = bytes.get();
-    return {first, static_cast<size_t>(static_cast<const char *>(
-                                           memchr(first, end_marker & 0xFF, size_t{marker} + 1)) -
-                                       first)};
+std::vector<std::string_view> text_t::runs(position before) const {
+    std::vector<std::string_view> all;
+    for (position from = 0; from < before;) {
+        const std::string_view next = run(from, before);
+        if (!all.empty() && all.back().data() + all.back().size() == next.data())
+            all.back() = {all.back().data(), all.back().size() + next.size()};
+        else
+            all.push_back(next);
+        from += static_cast<position>(next.size());
+    }
+    return all;
+}
+
+std::vector<std::string_view> text_t::saved_runs() const {
+    return runs(find_byte(end_marker, 0, marker));
+}
+
+// ---- Making a place for an edit ----
+
+// Turns the counting of the pieces between the last edit and this one round.
+void text_t::make_edited(size_t piece) {
+    while (edited < piece)
+        count_from_other_side(++edited);
+    while (edited > piece)
+        count_from_other_side(edited--);
+}
+
+// Cuts the piece of the edit in two.
+void text_t::split(size_t piece, uint32_t head_length) {
+    piece_t &head = pieces[piece];
+    piece_t tail = {.bytes = head.bytes + head_length,
+                    .length = head.length - head_length,
+                    .room = head.room,
+                    .distance = marker - start(piece) - head_length};
+    if (head.own) {
+        tail.own.reset(new char[tail.length]);
+        memcpy(tail.own.get(), tail.bytes, tail.length);
+        tail.bytes = tail.own.get();
+        tail.room = 0;
+    }
+    const uint32_t head_room = head.own ? head.room + tail.length : 0;
+    pieces.insert(pieces.begin() + static_cast<ptrdiff_t>(piece) + 1, std::move(tail));
+    pieces[piece].length = head_length;
+    pieces[piece].room = head_room;
+}
+
+// Cuts a short piece that holds `at` out of a long one. Cuts lie at multiples of the short length,
+// and leave no piece shorter than that. Returns the piece, as the one of the edit.
+size_t text_t::make_short(size_t piece, position at) {
+    make_edited(piece);
+    const uint32_t length = pieces[piece].length;
+    if (length < 2 * short_length)
+        return piece;
+    const uint32_t last_cut = length / short_length * short_length - short_length;
+    const uint32_t cut = std::min((at - start(piece)) / short_length * short_length, last_cut);
+    if (cut < last_cut)
+        split(piece, cut + short_length);
+    if (cut == 0)
+        return piece;
+    split(piece, cut);
+    make_edited(piece + 1);
+    return piece + 1;
+}
+
+// Gives a piece memory of its own, with room for `length` bytes and some more.
+void text_t::make_room(piece_t &piece, uint32_t length) {
+    const uint32_t room = length + short_length / 4;
+    std::unique_ptr<char[]> memory(new char[piece.length + room]);
+    if (piece.length > 0)
+        memcpy(memory.get(), piece.bytes, piece.length);
+    piece.own = std::move(memory);
+    piece.bytes = piece.own.get();
+    piece.room = room;
+}
+
+// Removes the piece of the edit; the next one becomes that.
+void text_t::drop_edited() {
+    pieces.erase(pieces.begin() + static_cast<ptrdiff_t>(edited));
+    if (edited < pieces.size())
+        count_from_other_side(edited);
+    else if (edited > 0)
+        edited--;
+}
+
+// ---- Edits ----
+
+// Erases at most `length` bytes of the piece at `from`. Returns how many.
+uint32_t text_t::erase_in_piece(position from, uint32_t length) {
+    const size_t i = make_short(piece_at(from), from);
+    piece_t &piece = pieces[i];
+    const uint32_t skipped = from - start(i);
+    length = std::min(length, piece.length - skipped);
+    char *hole = piece.bytes + skipped;
+    memmove(hole, hole + length, piece.length - skipped - length);
+    piece.length -= length;
+    piece.room += length;
+    marker -= length;
+    if (piece.length == 0)
+        drop_edited();
+    return length;
 }
 
 void text_t::erase(position from, uint32_t length) {
     if (from >= marker)
         return;
     length = std::min(length, marker - from);
-    memmove(&bytes[from], &bytes[from + length], marker - from - length + 1);
-    marker -= length;
-    memset(&bytes[marker + 1], 0, length);
+    for (uint32_t left = length; left > 0;)
+        left -= erase_in_piece(from, left);
+    if (from > zero_free.to)
+        return;
+    const position behind = from + length;
+    zero_free.to = behind > zero_free.to ? find_byte('\0', from, marker) : zero_free.to - length;
+    if (zero_free.from > from)
+        zero_free.from -= std::min(length, zero_free.from - from);
 }
 
 bool text_t::has_room(position at, uint32_t length) const {
-    return at <= marker && size_t{marker} + length + 2 <= allocated;
+    return at <= marker && size_t{marker} + length + 2 <= most;
+}
+
+void text_t::insert_in_piece(position at, std::string_view inserted) {
+    if (pieces.empty())
+        pieces.push_back({.bytes = nullptr, .length = 0, .room = 0, .distance = 0});
+    const size_t i = make_short(at < marker ? piece_at(at) : pieces.size() - 1, at);
+    const auto length = static_cast<uint32_t>(inserted.size());
+    piece_t &piece = pieces[i];
+    if (piece.room < length)
+        make_room(piece, length);
+    char *hole = piece.bytes + (at - start(i));
+    memmove(hole + length, hole, piece.length - (at - start(i)));
+    memcpy(hole, inserted.data(), length);
+    piece.length += length;
+    piece.room -= length;
+    marker += length;
 }
 
 void text_t::insert(position at, std::string_view inserted) {
-    memmove(&bytes[at + inserted.size()], &bytes[at], marker - at + 1);
-    memcpy(&bytes[at], inserted.data(), inserted.size());
-    marker += static_cast<uint32_t>(inserted.size());
-    has_zero = has_zero || inserted.find('\0') != inserted.npos;
+    const auto length = static_cast<uint32_t>(inserted.size());
+    for (uint32_t done = 0; done < length; done += short_length)
+        insert_in_piece(at + done, inserted.substr(done, short_length));
+    const size_t zero = inserted.find('\0');
+    if (zero != inserted.npos) {
+        zero_free.from = zero_free.to = at + static_cast<position>(zero);
+    } else if (at <= zero_free.to) {
+        zero_free.to += length;
+        if (at < zero_free.from)
+            zero_free.from += length;
+    }
 }
 
 } // namespace engine

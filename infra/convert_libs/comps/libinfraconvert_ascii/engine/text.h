@@ -9,13 +9,30 @@
 // reach, and a zero byte inside the text ends them early.
 //
 // After an edit a position in front of it stands for the same text; one behind it does not.
+//
+// The bytes stand in pieces, so that an edit moves a few KB at most, wherever it is:
+//
+//      loaded memory   |aaaaaaaaaaaa|xxxxxxxxxx|bbbbbbb...|cccccccccccccccccccccc|
+//      own memory                   |dddddddddddddddd..|
+//
+//      the text         aaaaaaaaaaaa dddddddddddddddd bbbbbbb cccccccccccccccccccccc
+//      they know        their distance from the start ->|<- ... from the end
+//
+// At first one piece is the whole file as it was read. An edit cuts a short piece out of a long
+// one, without moving a byte, and then moves bytes in that one only (b). A deletion leaves room
+// behind the piece; an insertion that finds none gives the piece memory of its own (d), and what
+// it leaves behind (x) is not used again. The pieces up to the one edited last know their distance
+// from the start of the text, those behind it from its end, so that an edit changes neither.
+//
+// Invariants: no piece is empty; pieces that share memory do not overlap; own memory belongs to one
+// piece; the lengths add up to size().
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace engine {
 
@@ -28,23 +45,26 @@ constexpr char end_marker = '\xFF';
 
 class text_t {
   public:
-    // Makes room for `capacity` bytes, all zero. holds_memory() tells whether there was any.
-    explicit text_t(uint32_t capacity);
+    // Makes room for a file of `file_size` bytes that may grow to `capacity`, its marker and a zero
+    // byte included. holds_memory() tells whether there was memory for the file. The edited pieces
+    // are `piece_length` to twice as long.
+    text_t(uint32_t file_size, uint32_t capacity, uint32_t piece_length = 4096);
 
-    bool holds_memory() const { return bytes != nullptr; }
+    bool holds_memory() const { return memory_of_file != nullptr; }
     // Address of the memory, for traces and for the load.
-    char *memory() { return bytes.get(); }
+    char *memory() { return memory_of_file.get(); }
     // Takes the first `size` bytes of the memory as the text, and sets the marker behind them.
     void loaded(uint32_t size);
 
     uint32_t size() const { return marker; }
-    uint32_t capacity() const { return allocated; }
+    uint32_t capacity() const { return most; }
 
     // The byte at `at`: a byte of the text, the marker, or zero behind it.
     char at(position at) const;
     // End of the text as seen from `from`: the next zero byte, or the marker.
     position end(position from) const;
-    // First `wanted` that begins in [from, before), not beyond the end; else nowhere.
+    // First `wanted` that begins in [from, before), not beyond the end; else nowhere. `wanted` is
+    // not empty.
     position find(std::string_view wanted, position from, position before = nowhere) const;
     // Last newline in [first, before), else nowhere.
     position newline_before(position before, position first) const;
@@ -53,10 +73,10 @@ class text_t {
     // The line at `from` without its newline, at most `length` bytes. A line that no newline ends
     // runs to its zero byte, the marker included.
     std::string line(position from, uint32_t length) const;
-    // From the start up to the first zero byte, the marker included.
-    std::string_view up_to_zero() const { return bytes.get(); }
+    // The bytes of [0, before) as they stand in memory, in order. Valid until the next edit.
+    std::vector<std::string_view> runs(position before) const;
     // The bytes of the file to be saved: up to the first byte equal to the marker.
-    std::string_view saved_bytes() const;
+    std::vector<std::string_view> saved_runs() const;
 
     // Removes [from, from + length), both cut to the text.
     void erase(position from, uint32_t length);
@@ -67,13 +87,50 @@ class text_t {
     void insert(position at, std::string_view inserted);
 
   private:
-    struct releaser {
-        void operator()(char *memory) const { free(memory); }
+    struct piece_t {
+        char *bytes;
+        uint32_t length;
+        uint32_t room;                    // unused bytes behind them
+        uint32_t distance;                // of the first byte, see start()
+        std::unique_ptr<char[]> own = {}; // the memory, where it is not that of the file
     };
-    std::unique_ptr<char[], releaser> bytes;
-    uint32_t allocated;
+
+    position start(size_t piece) const {
+        const uint32_t distance = pieces[piece].distance;
+        return piece <= edited ? distance : marker - distance;
+    }
+    bool holds(size_t piece, position at) const {
+        return piece < pieces.size() && at - start(piece) < pieces[piece].length;
+    }
+    size_t piece_at(position at) const;
+    std::string_view run(position from, position before) const;
+    position find_byte(char wanted, position from, position before) const;
+    position find_over_seam(std::string_view wanted, position seam, position first,
+                            size_t before) const;
+
+    void count_from_other_side(size_t piece) {
+        pieces[piece].distance = marker - pieces[piece].distance;
+    }
+    void make_edited(size_t piece);
+    size_t make_short(size_t piece, position at);
+    void split(size_t piece, uint32_t head_length);
+    void make_room(piece_t &piece, uint32_t length);
+    void drop_edited();
+    uint32_t erase_in_piece(position from, uint32_t length);
+    void insert_in_piece(position at, std::string_view inserted);
+
+    std::unique_ptr<char[]> memory_of_file;
+    const uint32_t most;
+    const uint32_t short_length;
+    std::vector<piece_t> pieces;
+    size_t edited = 0;         // the piece of the last edit
+    mutable size_t looked = 0; // the piece of the last look, a guess for the next one
     uint32_t marker = 0;
-    bool has_zero = false; // a zero byte stands in the text, so every end must be searched for
+
+    // No zero byte stands in [from, to), and one or the marker at `to`.
+    struct {
+        position from, to;
+    } mutable zero_free = {0, 0};
 };
 
 } // namespace engine

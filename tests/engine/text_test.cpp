@@ -1,0 +1,163 @@
+// The text in pieces against the text as one plain string, over random edits with pieces of a few
+// bytes.
+
+#include "engine/text.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <random>
+
+namespace {
+
+using engine::nowhere;
+using engine::position;
+
+// Every operation in its plainest form.
+struct plain_text_t {
+    std::string bytes;
+    uint32_t capacity;
+
+    uint32_t size() const { return static_cast<uint32_t>(bytes.size()); }
+    char at(position at) const {
+        return at < size() ? bytes[at] : at == size() ? engine::end_marker : '\0';
+    }
+    position end(position from) const {
+        return static_cast<position>(std::min(bytes.find('\0', from), bytes.size()));
+    }
+    position find(std::string_view wanted, position from, position before) const {
+        const size_t hit = bytes.substr(0, end(from)).find(wanted, from);
+        return hit < before ? static_cast<position>(hit) : nowhere;
+    }
+    position newline_before(position before, position first) const {
+        if (before <= first || first >= size())
+            return nowhere;
+        const size_t hit = bytes.rfind('\n', before - 1);
+        return hit != bytes.npos && hit >= first ? static_cast<position>(hit) : nowhere;
+    }
+    std::string copy(position from, uint32_t length) const {
+        return from < size() ? bytes.substr(from, length) : "";
+    }
+    std::string line(position from, uint32_t length) const {
+        std::string line;
+        for (char c; line.size() < length && (c = at(from)) != '\n' && c != '\0'; from++)
+            line += c;
+        return line;
+    }
+    std::string saved() const { return bytes.substr(0, bytes.find(engine::end_marker)); }
+    void erase(position from, uint32_t length) {
+        if (from < size())
+            bytes.erase(from, length);
+    }
+    bool has_room(position at, uint32_t length) const {
+        return at <= size() && size_t{size()} + length + 2 <= capacity;
+    }
+    void insert(position at, std::string_view inserted) { bytes.insert(at, inserted); }
+};
+
+class text_test : public testing::TestWithParam<uint32_t> {
+  protected:
+    uint32_t below(uint32_t limit) {
+        return std::uniform_int_distribution<uint32_t>(0, limit - 1)(random);
+    }
+
+    // Few letters, so that searches hit; zero bytes and markers in some texts only.
+    std::string some_bytes(uint32_t length) {
+        std::string_view letters = "aab\n";
+        if (odd_bytes)
+            letters = {"aab\naab\naab\naab\n\0\xFF", 18};
+        std::string bytes;
+        while (bytes.size() < length)
+            bytes += letters[below(static_cast<uint32_t>(letters.size()))];
+        return bytes;
+    }
+
+    void begin(uint32_t size) {
+        plain = {some_bytes(size), 3 * size + 9};
+        text = std::make_unique<engine::text_t>(size, plain.capacity, piece_length);
+        memcpy(text->memory(), plain.bytes.data(), size);
+        text->loaded(size);
+    }
+
+    // Edits gather around a place that moves now and then, as those of the passes do.
+    void edit() {
+        place = below(8) == 0 ? below(plain.size() + 3) : place + below(4);
+        if (below(2) == 0) {
+            const uint32_t length = below(20) == 0 ? below(60) : below(6);
+            text->erase(place, length);
+            plain.erase(place, length);
+            return;
+        }
+        const std::string bytes = some_bytes(below(20) == 0 ? below(60) : below(6));
+        const auto length = static_cast<uint32_t>(bytes.size());
+        ASSERT_EQ(text->has_room(place, length), plain.has_room(place, length));
+        if (plain.has_room(place, length)) {
+            text->insert(place, bytes);
+            plain.insert(place, bytes);
+        }
+    }
+
+    void look() {
+        const position from = below(plain.size() + 3), before = below(plain.size() + 3);
+        const uint32_t length = below(20);
+        const std::string wanted = some_bytes(1 + below(5));
+        ASSERT_EQ(text->size(), plain.size());
+        ASSERT_EQ(text->at(from), plain.at(from));
+        ASSERT_EQ(text->end(from), from < plain.size() ? plain.end(from) : plain.size());
+        ASSERT_EQ(text->find(wanted, from), plain.find(wanted, from, nowhere));
+        ASSERT_EQ(text->find(wanted, from, before), plain.find(wanted, from, before));
+        ASSERT_EQ(text->newline_before(before, from), plain.newline_before(before, from));
+        ASSERT_EQ(text->copy(from, length), plain.copy(from, length));
+        ASSERT_EQ(text->line(from, length), plain.line(from, length));
+    }
+
+    void compare_whole() {
+        ASSERT_EQ(text->copy(0, nowhere), plain.bytes);
+        std::string saved;
+        for (const std::string_view run : text->saved_runs())
+            saved += run;
+        ASSERT_EQ(saved, plain.saved());
+    }
+
+    static constexpr uint32_t piece_length = 4;
+    std::mt19937 random{GetParam()};
+    const bool odd_bytes = GetParam() % 2 == 1;
+    position place = 0;
+    plain_text_t plain;
+    std::unique_ptr<engine::text_t> text;
+};
+
+TEST_P(text_test, random_edits) {
+    for (int round = 0; round < 20; round++) {
+        begin(1 + below(200));
+        for (int step = 0; step < 300 && !HasFatalFailure(); step++) {
+            edit();
+            look();
+            if (step % 50 == 0)
+                compare_whole();
+        }
+        compare_whole();
+        if (HasFatalFailure())
+            return;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(seeds, text_test, testing::Range(1u, 21u));
+
+TEST(text, edits_all_over_it_leave_few_pieces) {
+    constexpr uint32_t size = 100000, piece_length = 1000;
+    engine::text_t text(size, 3 * size, piece_length);
+    std::string plain(size, 'a');
+    memcpy(text.memory(), plain.data(), size);
+    text.loaded(size);
+    for (position at = 0; at < text.size(); at += 10) {
+        text.erase(at, 1);
+        text.insert(at, "bc");
+        plain.replace(at, 1, "bc");
+    }
+    EXPECT_EQ(text.copy(0, nowhere), plain);
+    EXPECT_LT(text.runs(text.size()).size(), 2 * size / piece_length);
+}
+
+} // namespace
