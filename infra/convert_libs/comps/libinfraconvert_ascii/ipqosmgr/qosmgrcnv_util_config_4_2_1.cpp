@@ -86,8 +86,9 @@ void trace_downgrade(const char *behind_mtu) {
 // stands once this conversion has written one there.
 void find_end_of_policymaps(position &at) {
     engine::log(qoscnv_engine, policymap_pass, "Finding end of type unified-fabric stanzas ...\n");
+    last_hit_t header("policy-map type network-qos");
     if (at == nowhere)
-        at = qoscnv_behind_last_stanza("policy-map type network-qos");
+        at = qoscnv_behind_last_stanza(header);
     else
         qoscnv_file_start_qossection(); // as each search for the end says where the section begins
 }

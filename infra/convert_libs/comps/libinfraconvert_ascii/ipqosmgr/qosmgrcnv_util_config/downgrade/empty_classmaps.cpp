@@ -9,17 +9,29 @@
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 
+#include <string>
+#include <unordered_set>
+
 namespace {
 
 constexpr const char *pass = "qoscnv_remove_empty_classmaps";
 
+// The names on the list of class-maps to keep; none is on it twice.
+std::unordered_set<std::string> names_to_keep() {
+    std::unordered_set<std::string> names;
+    for (const auto *elem = empty_classmaps.first; elem; elem = elem->next)
+        names.insert(elem->name);
+    return names;
+}
+
 // Takes `name` off the list of class-maps to keep. Returns false when it is not on it.
-bool consume_kept(const std::string &name) {
-    list_elem_t **link = &empty_classmaps.first;
-    while (*link && name != (*link)->name)
-        link = &(*link)->next;
-    if (!*link)
+bool consume_kept(const std::string &name, std::unordered_set<std::string> &kept) {
+    if (kept.erase(name) == 0)
         return false;
+    // The list is in the order of the text, so the name is one of its first.
+    list_elem_t **link = &empty_classmaps.first;
+    while (name != (*link)->name)
+        link = &(*link)->next;
     engine::log(qoscnv_engine, pass,
                 "class-map name %s matches user class-map name %s; skipping delete\n", name.c_str(),
                 (*link)->name);
@@ -29,14 +41,14 @@ bool consume_kept(const std::string &name) {
 
 // Looks at the class-map at `map`. Returns where the search for the next one goes on, or nowhere,
 // with a message, at a name that does not fit.
-position keep_or_delete(position map) {
+position keep_or_delete(position map, std::unordered_set<std::string> &kept) {
     const words_t words = scan_words(*qoscnv_engine.text, map, "class-map %s");
     if (!qoscnv_words_fit(pass, words))
         return nowhere;
     const std::string &name = words.word[0]; // empty when the text ends there
     const position next_line = qoscnv_past_empty_lines(qoscnv_line_after(map));
     engine::log(qoscnv_engine, pass, "found class-map name %s\n", name.c_str());
-    if (consume_kept(name) || next_line != qoscnv_goto_nextstanza(map))
+    if (consume_kept(name, kept) || next_line != qoscnv_goto_nextstanza(map))
         return next_line - newline_length;
     engine::log(qoscnv_engine, pass, "deleting empty class-map name %s\n", name.c_str());
     qoscnv_delete_text(map, next_line - map);
@@ -47,10 +59,11 @@ position keep_or_delete(position map) {
 
 syserr_t qoscnv_remove_empty_classmaps() {
     qoscnv_log("Removing non-user empty classmaps ...\n");
+    std::unordered_set<std::string> kept = names_to_keep();
     position cp = qoscnv_file_start_qossection();
     while ((cp = qoscnv_find("\nclass-map", cp)) != nowhere) {
         qoscnv_log("found class-map at byte %d\n", static_cast<int>(cp));
-        cp = keep_or_delete(cp + newline_length);
+        cp = keep_or_delete(cp + newline_length, kept);
         if (cp == nowhere)
             return engine::failure;
     }

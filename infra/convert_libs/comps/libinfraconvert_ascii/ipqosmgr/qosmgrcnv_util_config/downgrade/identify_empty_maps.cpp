@@ -5,7 +5,9 @@
 //     policy-map type qos p1       noted when nothing stands below it: the database has no record
 
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
-#include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
+#include "ipqosmgr/qosmgrcnv_util_config/mapdb/name_index.h"
+
+#include <unordered_set>
 
 namespace {
 
@@ -22,17 +24,29 @@ bool append(const char *pass, tail_queue_t<list_elem_t> &list, const std::string
 
 constexpr const char *classmap_pass = "qoscnv_identify_empty_classmaps";
 
-// Keeps the class-map `name` when a policy uses it, which `used` then tells. Returns false without
-// memory.
-bool keep_used_classmap(const std::string &name, bool &used) {
+// What the text's class-maps are compared with.
+struct known_names_t {
+    name_index_t<list_elem_t> kept{empty_classmaps};
+    std::unordered_set<std::string_view> used; // in some policy
+
+    known_names_t() {
+        for (const auto *pmap = policymaps.first; pmap; pmap = pmap->next) {
+            for (const auto *cls = pmap->classes.first; cls; cls = cls->next)
+                used.insert(cls->name);
+        }
+    }
+};
+
+// Keeps the class-map `name`, which some policy uses, with a trace of each class of each policy.
+// Returns false without memory.
+bool keep_used_classmap_traced(const std::string &name, known_names_t &known) {
     for (const auto *pmap = policymaps.first; pmap; pmap = pmap->next) {
         engine::log(qoscnv_engine, classmap_pass, "Looking through policy-map %s\n", pmap->name);
         for (const auto *cls = pmap->classes.first; cls; cls = cls->next) {
             engine::log(qoscnv_engine, classmap_pass, "Looking through class-map %s\n", cls->name);
             if (name != cls->name)
                 continue;
-            used = true;
-            if (qoscnv_lookup(empty_classmaps, name)) {
+            if (known.kept.first(name)) {
                 engine::log(qoscnv_engine, classmap_pass,
                             "class-map name %s already in empty classmaps list; skipping add\n",
                             name.c_str());
@@ -48,9 +62,17 @@ bool keep_used_classmap(const std::string &name, bool &used) {
     return true;
 }
 
+// Keeps the class-map `name` when a policy uses it. Returns false without memory.
+bool keep_used_classmap(const std::string &name, known_names_t &known) {
+    if (engine::log_is_on(qoscnv_engine))
+        return keep_used_classmap_traced(name, known);
+    return !known.used.contains(name) || known.kept.first(name) ||
+           append(classmap_pass, empty_classmaps, name);
+}
+
 // Keeps the class-map `name`, which has no body. Returns false without memory.
-bool keep_empty_classmap(const std::string &name) {
-    if (const list_elem_t *elem = qoscnv_lookup(empty_classmaps, name)) {
+bool keep_empty_classmap(const std::string &name, known_names_t &known) {
+    if (const list_elem_t *elem = known.kept.first(name)) {
         engine::log(qoscnv_engine, classmap_pass,
                     "class-map name %s matches user class-map name %s; skipping add\n",
                     name.c_str(), elem->name);
@@ -85,6 +107,7 @@ syserr_t qoscnv_identify_empty_policymaps() {
 }
 
 syserr_t qoscnv_identify_empty_classmaps() {
+    known_names_t known;
     position cp = qoscnv_file_start_qossection();
     while ((cp = qoscnv_find("\nclass-map", cp)) != nowhere) {
         qoscnv_log("found class-map at byte %d\n", static_cast<int>(cp));
@@ -97,11 +120,11 @@ syserr_t qoscnv_identify_empty_classmaps() {
         const std::string &name = words.word[1];
         qoscnv_log("found class-map name %s\n", name.c_str());
         qoscnv_log("Looking for class-map %s\n", name.c_str());
-        bool used = false;
-        if (!keep_used_classmap(name, used))
+        if (!keep_used_classmap(name, known))
             return engine::failure;
         cp = qoscnv_past_empty_lines(qoscnv_line_after(cp));
-        if (!used && qoscnv_nextstanza(cp) && !keep_empty_classmap(name))
+        const bool used = known.used.contains(name);
+        if (!used && qoscnv_nextstanza(cp) && !keep_empty_classmap(name, known))
             return engine::failure;
     }
     qoscnv_db_print_empty_classmaps();

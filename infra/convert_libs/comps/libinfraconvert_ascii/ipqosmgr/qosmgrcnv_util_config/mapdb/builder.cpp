@@ -17,7 +17,7 @@ bool qoscnv_read_map_name(const char *pass, position keyword, const char *patter
 }
 
 policymap_elem_t *qoscnv_policymap_named(const char *pass, const std::string &name) {
-    policymap_elem_t *pmap = qoscnv_lookup(policymaps, name);
+    policymap_elem_t *pmap = qoscnv_find_policymap(name);
     if (pmap)
         return pmap;
     pmap = qoscnv_new_policymap(pass, name);

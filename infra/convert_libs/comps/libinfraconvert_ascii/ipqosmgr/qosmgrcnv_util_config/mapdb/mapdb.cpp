@@ -1,6 +1,6 @@
 // The four lists and their records.
 
-#include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
+#include "ipqosmgr/qosmgrcnv_util_config/mapdb/name_index.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -30,6 +30,16 @@ template<class Record> Record *named(const char *function, std::string_view name
     return record;
 }
 
+struct indexes_t {
+    name_index_t<classmap_elem_t> classmaps{::classmaps};
+    name_index_t<policymap_elem_t> policymaps{::policymaps};
+};
+
+indexes_t &indexes() {
+    static indexes_t all;
+    return all;
+}
+
 // Frees every element of `list`, each after what belongs to it. `trace` is told of each.
 template<class Element, class Trace, class... Inner>
 void free_all(tail_queue_t<Element> &list, Trace trace, Inner... free_inner) {
@@ -42,6 +52,8 @@ void free_all(tail_queue_t<Element> &list, Trace trace, Inner... free_inner) {
 }
 
 template<class Trace> void free_database(Trace trace) {
+    indexes().classmaps.clear();
+    indexes().policymaps.clear();
     free_all(empty_classmaps, trace);
     free_all(empty_policymaps, trace);
     free_all(classmaps, trace, [&](classmap_elem_t *map) { free_all(map->matches, trace); });
@@ -97,6 +109,18 @@ void qoscnv_free_list_elem(const char *function, list_elem_t *elem) {
     engine::log(qoscnv_engine, function, "Freeing block of memory at %p\n",
                 static_cast<const void *>(elem));
     free(elem);
+}
+
+std::span<classmap_elem_t *const> qoscnv_classmaps_named(std::string_view name) {
+    return indexes().classmaps.named(name);
+}
+
+classmap_elem_t *qoscnv_find_classmap(std::string_view name) {
+    return indexes().classmaps.first(name);
+}
+
+policymap_elem_t *qoscnv_find_policymap(std::string_view name) {
+    return indexes().policymaps.first(name);
 }
 
 uint8_t qoscnv_convert_action_to_pmap_type(const char *action) {

@@ -7,6 +7,8 @@
 
 #include "ipqosmgr/qosmgrcnv_util_config/words/words.h"
 
+#include <span>
+
 // A singly-linked list that knows its last element's link, so that appending takes constant time.
 template<class Element> struct tail_queue_t {
     Element *first = nullptr;
@@ -98,7 +100,7 @@ actions_elem_t *qoscnv_new_action(const char *function, std::string_view line);
 // Frees a record that is in no list, with the trace of `function`.
 void qoscnv_free_list_elem(const char *function, list_elem_t *elem);
 
-// First element of that name, or null.
+// First element of that name, or null, by a walk along the list.
 template<class Element>
 Element *qoscnv_lookup(const tail_queue_t<Element> &list, std::string_view name) {
     Element *element = list.first;
@@ -106,6 +108,12 @@ Element *qoscnv_lookup(const tail_queue_t<Element> &list, std::string_view name)
         element = element->next;
     return element;
 }
+
+// The records of the lists of class-maps and policy-maps by name, at a constant cost: all
+// class-maps of the name, in the order of the list; the first class-map or policy-map, or null.
+std::span<classmap_elem_t *const> qoscnv_classmaps_named(std::string_view name);
+classmap_elem_t *qoscnv_find_classmap(std::string_view name);
+policymap_elem_t *qoscnv_find_policymap(std::string_view name);
 
 // Type of an action line, by the first of these keywords that it contains anywhere: "set
 // qos-group"; a unified-fabric keyword; "bandwidth" or "priority".

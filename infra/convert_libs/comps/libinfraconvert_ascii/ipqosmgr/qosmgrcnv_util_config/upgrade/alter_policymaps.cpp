@@ -8,6 +8,7 @@
 // With qos actions only it keeps them.
 
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
+#include "ipqosmgr/qosmgrcnv_util_config/upgrade/policymap_headers.h"
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
 
 #include <algorithm>
@@ -23,29 +24,6 @@ constexpr uint32_t blank_length = 1;
 syserr_t failed(const char *pass, const char *message) {
     engine::log(qoscnv_engine, pass, "%s; aborting\n", message);
     return engine::failure;
-}
-
-// Finds the header line of the type qos policy-map `name`: nowhere in `header` when the text has
-// none. Returns 0, or -1 with a message at a header that is not of type qos.
-syserr_t find_policymap(const char *pass, std::string_view name, position &header) {
-    engine::log(qoscnv_engine, pass, "Altering existing policy-map %s to be of type qos ...\n",
-                name.data());
-    constexpr std::string_view line_start = "\npolicy-map";
-    position found = qoscnv_file_start_qossection();
-    for (; (found = qoscnv_find(line_start, found)) != nowhere; found = header + newline_length) {
-        engine::log(qoscnv_engine, pass, "found policy-map at byte %d\n", static_cast<int>(found));
-        header = found + newline_length;
-        const words_t words = scan_words(*qoscnv_engine.text, header, "policy-map type qos %s");
-        if (!qoscnv_words_fit(pass, words))
-            return engine::failure;
-        if (words.count == 0)
-            return failed(pass, "unexpected format for policy-map");
-        engine::log(qoscnv_engine, pass, "found policy-map name %s\n", words.word[0].c_str());
-        if (words.word[0] == name)
-            return 0;
-    }
-    header = nowhere;
-    return 0;
 }
 
 // The body of the policy-map.
@@ -92,8 +70,7 @@ syserr_t mark_class(const char *pass, position line, class_line_t &marked) {
 
 // The next class line that does not lie behind the end of the body, else nowhere.
 position next_class(const class_line_t &cls, position body_end) {
-    const position next = qoscnv_find(class_line_start, cls.behind_class);
-    return next != nowhere && next <= body_end ? next : nowhere;
+    return qoscnv_find(class_line_start, cls.behind_class, body_end + 1);
 }
 
 std::string set_qos_group_line(uint8_t group) {
@@ -245,7 +222,7 @@ class marking {
             return engine::failure;
         body.end += length(type_qos);
         if (cls.name != class_ip_multicast && cls.name != class_all_flood) {
-            cp = qoscnv_find(class_line_start, cls.behind_class);
+            cp = qoscnv_find(class_line_start, cls.behind_class, body.end);
             return 0;
         }
         (cls.name == class_ip_multicast ? ip_multicast_seen : all_flood_seen) = true;
@@ -254,7 +231,7 @@ class marking {
         qoscnv_delete_text(cp, size);
         body.end -= size;
         engine::log(qoscnv_engine, pass, "Deleted special class %s\n", cls.name.c_str());
-        cp = qoscnv_find(class_line_start, cp);
+        cp = qoscnv_find(class_line_start, cp, body.end);
         return 0;
     }
 
@@ -270,17 +247,19 @@ class marking {
 
 } // namespace
 
-syserr_t qoscnv_alter_existing_policymap(const policymap_elem_t &pmap) {
+syserr_t qoscnv_alter_existing_policymap(const policymap_elem_t &pmap,
+                                         policymap_headers_t &headers) {
     position header = nowhere;
-    const syserr_t status = find_policymap(alteration::pass, pmap.name, header);
+    const syserr_t status = headers.find(alteration::pass, pmap.name, header);
     if (status != 0 || header == nowhere)
         return status;
     return alteration(pmap, body_of(header)).run();
 }
 
-syserr_t qoscnv_alter_existing_type_qos_policymap(const char *pmap_name) {
+syserr_t qoscnv_alter_existing_type_qos_policymap(const char *pmap_name,
+                                                  policymap_headers_t &headers) {
     position header = nowhere;
-    const syserr_t status = find_policymap(marking::pass, pmap_name, header);
+    const syserr_t status = headers.find(marking::pass, pmap_name, header);
     if (status != 0 || header == nowhere)
         return status;
     return marking(body_of(header)).run();

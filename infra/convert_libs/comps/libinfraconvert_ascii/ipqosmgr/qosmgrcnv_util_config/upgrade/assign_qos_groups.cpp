@@ -42,7 +42,7 @@ policymap_elem_t *attached_policymap(position attachment) {
     }
     const std::string &name = words.word[0];
     engine::log(qoscnv_engine, pass, "found service-policy name %s\n", name.c_str());
-    policymap_elem_t *pmap = qoscnv_lookup(policymaps, name);
+    policymap_elem_t *pmap = qoscnv_find_policymap(name);
     if (!pmap)
         engine::log(qoscnv_engine, pass,
                     "could not find policy-map for service-policy %s; aborting\n", name.c_str());
@@ -55,8 +55,8 @@ class numbering {
     // too many user classes.
     bool number_class(const class_elem_t &cls) {
         assigned = qos_group_unassigned;
-        for (classmap_elem_t *map = classmaps.first; map; map = map->next) {
-            if (std::string_view(map->name) == cls.name && !number_classmap(*map))
+        for (classmap_elem_t *map : qoscnv_classmaps_named(cls.name)) {
+            if (!number_classmap(*map))
                 return false;
         }
         engine::log(qoscnv_engine, pass, "Done with search for class-map %s\n", cls.name);
@@ -151,7 +151,7 @@ syserr_t qoscnv_classmap_to_qosgrp(const char *cmap_name, uint8_t *qos_group) {
         *qos_group = qos_group_class_default;
         return 0;
     }
-    const classmap_elem_t *map = qoscnv_lookup(classmaps, cmap_name);
+    const classmap_elem_t *map = qoscnv_find_classmap(cmap_name);
     if (!map) {
         qoscnv_log("did not find matching qosgrp for class-map %s\n", cmap_name);
         return engine::failure;

@@ -46,7 +46,7 @@ syserr_t read_attachment(position word, attachment_t &attachment) {
     } else {
         engine::log(qoscnv_engine, pass, "service-policy %s is on system qos\n", name.c_str());
     }
-    attachment.pmap = qoscnv_lookup(policymaps, name);
+    attachment.pmap = qoscnv_find_policymap(name);
     if (!attachment.pmap) {
         engine::log(qoscnv_engine, pass,
                     "could not find policy-map for service-policy %s; aborting\n", name.c_str());

@@ -18,9 +18,9 @@ constexpr const char *pass = "qoscnv_create_qosgrp_classmap";
 constexpr int number_no_stanza = 526;
 constexpr int number_no_classmap = 618;
 
-position end_of_stanzas(const char *for_pass, const char *header, const char *type) {
+position end_of_stanzas(const char *for_pass, const char *type, last_hit_t &header) {
     engine::log(qoscnv_engine, for_pass, "Finding end of type %s stanzas ...\n", type);
-    return qoscnv_behind_last_stanza(std::string(header) + " type " + type);
+    return qoscnv_behind_last_stanza(header);
 }
 
 // Where the typed class-maps of one policy go.
@@ -33,9 +33,9 @@ struct place_t {
 // none.
 bool find_unwritten(const class_elem_t &cls, classmap_elem_t *&map) {
     bool skipped = false;
-    for (map = classmaps.first; map; map = map->next) {
-        if (std::string_view(map->name) != cls.name)
-            continue;
+    map = nullptr;
+    for (classmap_elem_t *record : qoscnv_classmaps_named(cls.name)) {
+        map = record;
         if (!(map->type & cls.type))
             break;
         engine::log(qoscnv_engine, pass,
@@ -127,25 +127,26 @@ position stanza_ends_t::insertion_point(uint8_t type) const {
     return queuing != nowhere ? queuing : qos;
 }
 
-stanza_ends_t qoscnv_find_stanza_ends(const char *for_pass, const char *header, const char *kind) {
+stanza_ends_t qoscnv_find_stanza_ends(const char *for_pass, last_headers_t &headers) {
     stanza_ends_t ends;
-    ends.qos = end_of_stanzas(for_pass, header, "qos");
+    ends.qos = end_of_stanzas(for_pass, "qos", headers.qos);
     if (ends.qos == nowhere)
         engine::log(qoscnv_engine, for_pass, "Warning: Unexpected lack of type qos %ss; ignoring\n",
-                    kind);
-    ends.queuing = end_of_stanzas(for_pass, header, "queuing");
+                    headers.kind);
+    ends.queuing = end_of_stanzas(for_pass, "queuing", headers.queuing);
     // Written as network-qos by now, so this finds only what stood in the file.
-    ends.unified_fabric = end_of_stanzas(for_pass, header, "unified-fabric");
+    ends.unified_fabric = end_of_stanzas(for_pass, "unified-fabric", headers.unified_fabric);
     return ends;
 }
 
-syserr_t qoscnv_create_qosgrp_classmap(policymap_elem_t &pmap, uint8_t type) {
+syserr_t qoscnv_create_qosgrp_classmap(policymap_elem_t &pmap, uint8_t type,
+                                       last_headers_t &headers) {
     qoscnv_log("Creating new class-maps of type %d for policy-map %s\n", type, pmap.name);
     if (type != QOSCNV_TYPE_QUEUING && type != QOSCNV_TYPE_UF) {
         qoscnv_log("Unexpected type %u\n", type);
         return engine::failure;
     }
-    const stanza_ends_t ends = qoscnv_find_stanza_ends(pass, "\nclass-map", "class-map");
+    const stanza_ends_t ends = qoscnv_find_stanza_ends(pass, headers);
     place_t place = {ends.qos, ends.insertion_point(type)};
     if (place.point == nowhere) {
         qoscnv_log("%d: Could not find class-maps for type %d name %s; aborting\n",

@@ -3,6 +3,17 @@
 
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 
+// The last headers of the typed stanzas of a kind, and the word for it in the log. A header that
+// begins with a newline stands at line starts only.
+struct last_headers_t {
+    const char *kind;
+    last_hit_t qos, queuing, unified_fabric;
+
+    last_headers_t(const char *kind_word, const std::string &header)
+        : kind(kind_word), qos(header + " type qos"), queuing(header + " type queuing"),
+          unified_fabric(header + " type unified-fabric") {}
+};
+
 // Positions behind the last stanza of each type; nowhere for a type that has none, or when no
 // stanza follows.
 struct stanza_ends_t {
@@ -12,11 +23,12 @@ struct stanza_ends_t {
     position insertion_point(uint8_t type) const;
 };
 
-// Finds the ends of the stanzas that begin with `header` and a type, for the pass `pass`; a header
-// that begins with a newline stands at line starts only. `kind` names them in the log.
-stanza_ends_t qoscnv_find_stanza_ends(const char *pass, const char *header, const char *kind);
+// Finds the ends of the stanzas for the pass `pass`.
+stanza_ends_t qoscnv_find_stanza_ends(const char *pass, last_headers_t &headers);
 
-// Writes a class-map of `type` for each class of `pmap` that has none yet. Adds a class of type
+// Writes a class-map of `type` for each class of `pmap` that has none yet, behind those of
+// `headers`. Adds a class of type
 // network-qos to the policy's list for each class that has no actions of that type. Returns 0 or
 // -1.
-syserr_t qoscnv_create_qosgrp_classmap(policymap_elem_t &pmap, uint8_t type);
+syserr_t qoscnv_create_qosgrp_classmap(policymap_elem_t &pmap, uint8_t type,
+                                       last_headers_t &headers);

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 
+class policymap_headers_t;
 struct policymap_elem_t;
 
 // Marks the policy attached under "system qos" and numbers the qos-groups of its classes.
@@ -27,8 +28,10 @@ syserr_t qoscnv_rewrite_maps();
 
 // The middle of the above: make the existing policy-map a type qos policy. The first drops all
 // actions of its classes; the second serves a policy that has qos actions only, and keeps them.
-syserr_t qoscnv_alter_existing_policymap(const policymap_elem_t &pmap);
-syserr_t qoscnv_alter_existing_type_qos_policymap(const char *pmap_name);
+syserr_t qoscnv_alter_existing_policymap(const policymap_elem_t &pmap,
+                                         policymap_headers_t &headers);
+syserr_t qoscnv_alter_existing_type_qos_policymap(const char *pmap_name,
+                                                  policymap_headers_t &headers);
 
 // "service-policy input p1" to one line for each type that p1 has.
 syserr_t qoscnv_rewrite_attachments();

@@ -33,16 +33,14 @@ position qoscnv_past_empty_lines(position cp) {
     return cp;
 }
 
-position qoscnv_behind_last_stanza(std::string_view header) {
+position qoscnv_behind_last_stanza(last_hit_t &header) {
     const position section = qoscnv_file_start_qossection();
     if (section == nowhere)
         return nowhere;
-    position last = nowhere;
-    for (position hit = section; (hit = qoscnv_find(header, hit + 1)) != nowhere;)
-        last = hit;
-    if (last == nowhere)
+    const position last = header.find();
+    if (last == nowhere || last <= section)
         return nowhere;
-    return qoscnv_goto_nextstanza(header.front() == '\n' ? last + newline_length : last);
+    return qoscnv_goto_nextstanza(header.wanted.front() == '\n' ? last + newline_length : last);
 }
 
 std::string qoscnv_linebuf(position cp) { return qoscnv_getline(cp, engine::area_size); }

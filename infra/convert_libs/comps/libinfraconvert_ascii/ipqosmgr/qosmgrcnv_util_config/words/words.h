@@ -6,6 +6,7 @@
 #pragma once
 
 #include "ipqosmgr/qosmgrcnv_engine.h"
+#include "ipqosmgr/qosmgrcnv_util_config/words/last_hit.h"
 
 #include <string>
 #include <string_view>
@@ -57,10 +58,9 @@ bool qoscnv_in_body(position cp);
 bool qoscnv_text_ended(position cp);
 // First line at or after `cp` that is not empty.
 position qoscnv_past_empty_lines(position cp);
-// Start of the next stanza behind the last `header` of the QoS section, which is found behind the
-// section's first byte; else nowhere. A header that begins with a newline stands at line starts
-// only.
-position qoscnv_behind_last_stanza(std::string_view header);
+// Start of the next stanza behind the last `header`, where that lies behind the first byte of the
+// QoS section; else nowhere. A header that begins with a newline stands at line starts only.
+position qoscnv_behind_last_stanza(last_hit_t &header);
 
 // ---- Reading ----
 

@@ -1,0 +1,65 @@
+// With the log on, every search starts at the first header, because it traces each that it passes.
+
+#include "ipqosmgr/qosmgrcnv_util_config/upgrade/policymap_headers.h"
+
+#include "ipqosmgr/qosmgrcnv_util_config/words/words.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::string_view line_start = "\npolicy-map";
+constexpr uint32_t overlap = length(line_start) - 1;
+
+} // namespace
+
+// Where the search for `name` begins: behind the headers that are known not to be of that name.
+position policymap_headers_t::first_to_look_at(position section, std::string_view name) {
+    if (walking && !engine::log_is_on(qoscnv_engine) && !passed_by.contains(std::string(name)))
+        return next;
+    walking = true;
+    passed_by.clear();
+    return section;
+}
+
+syserr_t policymap_headers_t::find(const char *pass, std::string_view name, position &header) {
+    engine::log(qoscnv_engine, pass, "Altering existing policy-map %s to be of type qos ...\n",
+                name.data());
+    position found = first_to_look_at(qoscnv_file_start_qossection(), name);
+    for (; (found = qoscnv_find(line_start, found)) != nowhere; found = next) {
+        engine::log(qoscnv_engine, pass, "found policy-map at byte %d\n", static_cast<int>(found));
+        header = found + newline_length;
+        const words_t words = scan_words(*qoscnv_engine.text, header, "policy-map type qos %s");
+        if (!qoscnv_words_fit(pass, words))
+            return engine::failure;
+        if (words.count == 0) {
+            engine::log(qoscnv_engine, pass, "unexpected format for policy-map; aborting\n");
+            return engine::failure;
+        }
+        engine::log(qoscnv_engine, pass, "found policy-map name %s\n", words.word[0].c_str());
+        passed_by.insert(words.word[0]);
+        next = header + newline_length;
+        if (words.word[0] == name)
+            return 0;
+    }
+    header = nowhere;
+    walking = false;
+    return 0;
+}
+
+void policymap_headers_t::edited(const engine::edit_t &edit) {
+    if (!walking || edit.at >= next)
+        return;
+    if (edit.at + edit.removed > next) {
+        walking = false;
+        return;
+    }
+    next += edit.inserted - edit.removed;
+    // A header that came with the edit has not been looked at. One right behind an insertion at a
+    // line start has: only its newline is new.
+    const position behind = edit.at + edit.inserted;
+    const bool at_line_start = edit.removed == 0 && qoscnv_engine.text->at(edit.at - 1) == '\n';
+    const position from = edit.at - std::min(edit.at, overlap);
+    if (qoscnv_find(line_start, from, at_line_start ? behind - newline_length : behind) != nowhere)
+        walking = false;
+}
