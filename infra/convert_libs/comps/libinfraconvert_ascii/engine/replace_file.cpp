@@ -124,11 +124,11 @@ bool replace_file_t::open_target(const char *path) {
 bool replace_file_t::open_beside() {
     const std::string stem = "." + target_name + ".infraconvert-" + std::to_string(getpid()) + "-";
     for (int attempt = 0; attempt < attempts_for_a_free_name; attempt++) {
-        const std::string name = stem + std::to_string(attempt);
+        std::string name = stem + std::to_string(attempt);
         beside.descriptor =
             open_at(directory.descriptor, name.c_str(), O_WRONLY | O_CREAT | O_EXCL, 0600);
         if (beside.is_open())
-            beside_name = name;
+            beside_name = std::move(name);
         if (beside.is_open() || errno != EEXIST)
             break;
     }
