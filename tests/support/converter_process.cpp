@@ -3,6 +3,7 @@
 
 #include "support/converter_process.h"
 
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -39,8 +40,9 @@ extern "C" __attribute__((visibility("default"))) FILE *fopen(const char *path, 
         errno = ENOENT;
         return nullptr;
     }
-    const std::string name = std::filesystem::path(path).filename();
-    return next((log_directory + '/' + name).c_str(), mode);
+    char redirected[PATH_MAX]; // without an allocation, which a test may let fail
+    snprintf(redirected, sizeof redirected, "%s%s", log_directory.c_str(), strrchr(path, '/'));
+    return next(redirected, mode);
 }
 
 namespace support {
@@ -69,6 +71,8 @@ temporary_directory::~temporary_directory() {
     std::filesystem::remove_all(name, ignored);
 }
 
+void lead_logs_to(const std::string &directory) { log_directory = directory; }
+
 outcome_t run_in_process(const std::function<int()> &call, bool logs_open) {
     const temporary_directory place;
     const std::string logs = place.path() + "/logs";
@@ -78,7 +82,7 @@ outcome_t run_in_process(const std::function<int()> &call, bool logs_open) {
     if (child == 0) {
         redirect(stdout, place.path() + "/output");
         redirect(stderr, place.path() + "/errors");
-        log_directory = logs;
+        lead_logs_to(logs);
         logs_fail_to_open = !logs_open;
         const int status = call();
         fflush(nullptr);

@@ -18,6 +18,9 @@ struct outcome_t {
 // Runs `call` in a child process. `logs_open` false makes every log fail to open.
 outcome_t run_in_process(const std::function<int()> &call, bool logs_open = true);
 
+// Leads the logs of this process, and of those that it forks, into `directory`.
+void lead_logs_to(const std::string &directory);
+
 // A directory below the system's temporary one, gone with its owner.
 class temporary_directory {
   public:
