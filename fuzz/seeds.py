@@ -49,7 +49,7 @@ def engine_seeds(directory):
                            for byte in (which, where, 7 * which + where % 11))
         os.makedirs(f"{directory}/engine", exist_ok=True)
         with open(f"{directory}/engine/text-{number}", "wb") as file:
-            file.write(text + b"\x01" + operations)
+            file.write(text + b"\x01" + bytes([number]) + operations)
 
 
 def keywords(directory):
