@@ -1,0 +1,37 @@
+# Bash completion of infraconvert. Where nothing is offered, the shell offers files.
+
+_infraconvert() {
+  local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
+  local command=${COMP_WORDS[1]} offered=
+  # Bash takes "--color=never" for three words.
+  if [ "$word" = = ]; then
+    word=
+  elif [ "$previous" = = ]; then
+    previous=${COMP_WORDS[COMP_CWORD-2]}
+  fi
+
+  local releases='--from --to --service --json'
+  local conversion="$releases --keep-going --log --log-dir"
+  case $previous in
+    --service) offered='all qos fcportsec npiv fwm assoc satmgr' ;;
+    --color) offered='auto always never' ;;
+    --from | --to | --label | --unified | -U | --output | -o | --plan | --save-plan | --log-dir) ;;
+    *)
+      if [ "$COMP_CWORD" -eq 1 ]; then
+        offered='plan preview convert explain --help --version'
+      else
+        case $command in
+          plan) offered="$releases --help" ;;
+          preview) offered="$conversion --unified --label --color --explain --rollback --exit-code
+                            --save-plan --help" ;;
+          convert) offered="$conversion --output --backup --plan --help" ;;
+          explain) offered="--json --help $(infraconvert explain 2>/dev/null | grep -o '^IC-[A-Z0-9-]*')" ;;
+        esac
+        # A path is wanted far more often than an option.
+        case $command:$word in preview: | convert: | preview:[!-]* | convert:[!-]*) offered= ;; esac
+      fi ;;
+  esac
+  COMPREPLY=($(compgen -W "$offered" -- "$word"))
+}
+
+complete -o default -F _infraconvert infraconvert
