@@ -89,7 +89,7 @@ static void check_switches(void) {
     CHECK(!err_fp && !err_fp_fc && !npiv_err_fp_fc && !fwmcnv_err_fp && !satcnv_err_fp);
 }
 
-/* The platform's functions, in place of the library's stand-ins. */
+/* Two of the platform's functions, in place of the library's stand-ins. */
 static char last_locator[256];
 
 const char *srg_sw_ver_file_get(const char *path) {
@@ -119,6 +119,5 @@ int main(void) {
     check_releases();
     check_conversions();
     check_stores();
-    CHECK(syserr2str(0) != NULL);
     return failures == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -4,6 +4,7 @@
 #include "include/libinfraconvertascii.h"
 
 #include "engine/engine.h"
+#include "platform/stand_in.h"
 
 #include <cstdarg>
 #include <cstdlib>
@@ -42,20 +43,23 @@ void close_debug_log(FILE *log) {
 // Writes a front message of the function `function`: always on standard error, and in the front
 // log where that can be opened.
 [[gnu::format(printf, 2, 3)]] void front_message(const char *function, const char *format, ...) {
-    char *text = nullptr;
+    const auto print = [&](FILE *stream, va_list arguments) {
+        fprintf(stream, "%s: ", function);
+        vfprintf(stream, format, arguments);
+    };
     va_list arguments;
     va_start(arguments, format);
-    const int length = vasprintf(&text, format, arguments);
+    print(stderr, arguments);
     va_end(arguments);
-    if (length < 0)
+    FILE *log = open_debug_log();
+    if (!log)
         return;
-    fprintf(stderr, "%s: %s", function, text);
-    if (FILE *log = open_debug_log()) {
-        const time_t now = time(nullptr);
-        fprintf(log, "<%.*s> %s: %s", time_length, ctime(&now), function, text);
-        close_debug_log(log);
-    }
-    free(text);
+    const time_t now = time(nullptr);
+    fprintf(log, "<%.*s> ", time_length, ctime(&now));
+    va_start(arguments, format);
+    print(log, arguments);
+    va_end(arguments);
+    close_debug_log(log);
 }
 
 // A release as the services read it: the first 15 characters, and of these the first three numbers
@@ -78,7 +82,7 @@ syserr_t destroy_pss(const char *kind, const char *path, const char *pssname) {
     char locator[256] = "";
     snprintf(locator, sizeof locator, "%s:%s/%s", kind, engine::text_or_null(path),
              engine::text_or_null(pssname));
-    return pss2_destroy(locator);
+    return platform::destroy_store(locator);
 }
 
 } // namespace
@@ -137,8 +141,7 @@ int infraconvertascii_get_version(const char *srg_path, char *ver_str, int32_t v
         return -1;
     const auto size = static_cast<size_t>(ver_str_size);
     memset(ver_str, 0, size);
-    const char *release = srg_sw_ver_file_get(srg_path);
-    snprintf(ver_str, size, "%s", release ? release : "");
+    snprintf(ver_str, size, "%s", platform::release_text(srg_path));
     return 0;
 }
 

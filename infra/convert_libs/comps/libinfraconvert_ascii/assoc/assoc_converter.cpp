@@ -13,8 +13,6 @@
 #include "assoc/assoc_vlan_list.h"
 #include "include/libinfraconvertascii.h"
 
-#include <new>
-
 using engine::nowhere;
 using engine::position;
 
@@ -40,7 +38,7 @@ bool assoc_vlan_fcoe_enabled(position cp) {
         const position start = behind + line.newlines_in_front;
         if (line.text == "  fcoe " || line.text == "  fcoe") {
             const uint32_t newline = line.newlines_in_front > 0 ? 1 : 0;
-            assoc_delete_text(start - newline, newline + line.length);
+            assoc_delete_text(start - newline, newline + static_cast<uint32_t>(line.text.size()));
             return true;
         }
         behind = start + line.length;

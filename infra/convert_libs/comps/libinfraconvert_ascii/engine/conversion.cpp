@@ -10,7 +10,7 @@ syserr_t load_convert_save(const conversion_t &c, const char *path) {
     const syserr_t loaded = read_ascii_file(c.engine, path);
     if (loaded != 0)
         return loaded;
-    const syserr_t converted = c.routing();
+    const syserr_t converted = guarded(c.routing);
     log(c.engine, c.start_function, "Called %s(): returned 0x%x\n", c.routing_function, converted);
     return converted != 0 ? converted : save_converted(c.engine, path);
 }

@@ -128,7 +128,7 @@ void print_ascii_file(const engine_t &e);
 // Deletes `size` bytes at `from`, cut to the text. A position in front of the text (from wraps
 // below 0) counts as such.
 void delete_text(engine_t &e, position from, uint32_t size);
-// Inserts `text`, which may be no part of the instance's text. Refuses, and marks the text as not
+// Inserts `text`, which must not point into the instance's text. Refuses, and marks the text as not
 // convertible, where there is no room or when `text` holds the end marker. Returns false then: the
 // pass must end with -1.
 [[nodiscard]] bool insert_text(engine_t &e, position from, std::string_view text);
@@ -157,7 +157,7 @@ position find(const engine_t &e, std::string_view wanted, position from, positio
 // First of the two `headers` at most in the text, else the second, else nowhere. Each header begins
 // with the newline in front of its line and is the same for an instance at every call. `section`
 // names the section in the trace and the operation.
-position file_start_section(engine_t &e, const char *section,
+position file_start_section(engine_t &e, const char *operation, const char *section,
                             std::initializer_list<const char *> headers);
 // Start of the line after the one that holds `from`, else nowhere. The marker counts as a line.
 position nextline(const engine_t &e, position from);

@@ -36,8 +36,9 @@ bool allocate_text(engine_t &e, long size) {
     delete e.text;
     e.text = nullptr;
     const bool fits = size <= (largest_capacity - long{e.capacity_extra}) / long{e.capacity_factor};
-    errno = ENOMEM;
-    if (fits)
+    if (!fits)
+        errno = ENOMEM;
+    else
         e.text = new (std::nothrow)
             text_t(static_cast<uint32_t>(size),
                    static_cast<uint32_t>(size) * e.capacity_factor + e.capacity_extra);
@@ -61,6 +62,7 @@ syserr_t read_text(engine_t &e, const char *file, long size) {
         log_operation(e, "read_ascii_file", "failed to open %s: %s\n", file, strerror(errno));
         return failure;
     }
+    errno = 0; // a file that became shorter sets none
     if (fread(e.text->memory(), static_cast<size_t>(size), 1, stream.get()) != 1) {
         log_operation(e, "read_ascii_file", "failed to read %ld bytes from %s: %s\n", size, file,
                       strerror(errno));
@@ -75,11 +77,20 @@ syserr_t read_text(engine_t &e, const char *file, long size) {
     return 0;
 }
 
-// Writes the bytes of the text, many short runs at once.
-bool write_runs(replace_file_t &file, const std::vector<std::string_view> &runs) {
+// Takes `step` of a save. Running out of memory fails it like anything else.
+template<class Step> bool taken(Step step) try { return step(); } catch (const std::bad_alloc &) {
+    errno = ENOMEM;
+    return false;
+}
+
+// Writes the bytes to be saved, many short runs at once.
+bool write_text(replace_file_t &file, const text_t &text) {
     constexpr size_t block_size = 1 << 16;
     std::string block;
-    for (const std::string_view run : runs) {
+    const position end = text.saved_end();
+    for (position from = 0; from < end;) {
+        const std::string_view run = text.run(from, end);
+        from += static_cast<position>(run.size());
         if (block.size() + run.size() <= block_size) {
             block += run;
             continue;
@@ -91,29 +102,33 @@ bool write_runs(replace_file_t &file, const std::vector<std::string_view> &runs)
     return file.write(block);
 }
 
-void log_each_byte(const engine_t &e, std::string_view bytes) {
-    if (!log_is_on(e))
-        return;
-    const std::string lead = std::string(e.prefix) + "_print_ascii_file(): ";
-    std::string messages;
-    for (size_t i = 0; i < bytes.size(); i++) {
-        messages += lead;
-        messages += bytes[i];
-        if (messages.size() >= BUFSIZ || i + 1 == bytes.size()) {
-            fwrite(messages.data(), messages.size(), 1, *e.log_stream);
-            messages.clear();
-        }
+// Calls `show` with the runs of [0, end). What is saved is saved: showing it takes no memory, so
+// that it cannot fail the conversion any more.
+template<class Show> void for_each_run(const text_t &text, position end, Show show) {
+    for (position from = 0; from < end;) {
+        const std::string_view run = text.run(from, end);
+        show(run);
+        from += static_cast<position>(run.size());
+    }
+}
+
+void show(std::string_view bytes, FILE *stream) { fwrite(bytes.data(), bytes.size(), 1, stream); }
+
+// Each byte also becomes a message of its own, flushed together.
+void show_and_log_each_byte(const engine_t &e, std::string_view bytes) {
+    for (const char byte : bytes) {
+        putc(byte, stdout);
+        fprintf(*e.log_stream, "%s_print_ascii_file(): %c", e.prefix, byte);
     }
     fflush(*e.log_stream);
 }
 
-// Writes the text up to its first zero byte, the marker included.
-void dump_up_to_zero(const text_t &text, FILE *stream) {
-    const position end = text.end(0);
-    for (const std::string_view shown : text.runs(end))
-        fwrite(shown.data(), shown.size(), 1, stream);
-    if (end == text.size())
-        fputc(end_marker, stream);
+// Up to the first zero byte, the marker included.
+void log_up_to_zero(const engine_t &e) {
+    const position end = e.text->end(0);
+    for_each_run(*e.text, end, [&](std::string_view run) { show(run, *e.log_stream); });
+    if (end == e.text->size())
+        putc(end_marker, *e.log_stream);
 }
 
 } // namespace
@@ -160,18 +175,18 @@ syserr_t write_ascii_file(engine_t &e, const char *path) {
     if (!path_to_asciicfg(e, path, file))
         return failure;
     replace_file_t replacement;
-    if (!replacement.begin(file)) {
+    if (!taken([&] { return replacement.begin(file); })) {
         log_operation(e, "write_ascii_file", "failed to open %s: %s\n", file, strerror(errno));
         return failure;
     }
     if (e.traces_path)
         log_operation(e, "write_ascii_file", "writing file %s\n", file);
-    if (!write_runs(replacement, e.text->saved_runs())) {
+    if (!taken([&] { return write_text(replacement, *e.text); })) {
         log_operation(e, "write_ascii_file", "failed to write byteto %s: %s\n", file,
                       strerror(errno));
         return failure;
     }
-    if (!replacement.commit()) {
+    if (!taken([&] { return replacement.commit(); })) {
         log_operation(e, "write_ascii_file", "failed to close %s: %s\n", file, strerror(errno));
         return failure;
     }
@@ -186,20 +201,17 @@ syserr_t write_ascii_file(engine_t &e, const char *path) {
     return 0;
 }
 
-void print_ascii_file(const engine_t &e) try {
+void print_ascii_file(const engine_t &e) {
     log_operation(e, "print_ascii_file", "Printing ASCII file ...\n");
     if (e.dump == dump_t::log) {
         if (log_is_on(e))
-            dump_up_to_zero(*e.text, *e.log_stream);
+            log_up_to_zero(e);
         return;
     }
-    for (const std::string_view saved : e.text->saved_runs()) {
-        fwrite(saved.data(), saved.size(), 1, stdout);
-        if (e.dump == dump_t::output_and_log)
-            log_each_byte(e, saved);
-    }
-} catch (const std::bad_alloc &) {
-    // The file is saved: a dump that is cut short must not make a failure of that.
+    const bool logs_each_byte = e.dump == dump_t::output_and_log && log_is_on(e);
+    for_each_run(*e.text, e.text->saved_end(), [&](std::string_view run) {
+        logs_each_byte ? show_and_log_each_byte(e, run) : show(run, stdout);
+    });
 }
 
 } // namespace engine

@@ -16,7 +16,7 @@ position find(const engine_t &e, std::string_view wanted, position from, positio
 
 // A pass that adds many texts asks for the section again and again, so the search goes on from
 // where the last one ended.
-position file_start_section(engine_t &e, const char *section,
+position file_start_section(engine_t &e, const char *operation, const char *section,
                             std::initializer_list<const char *> headers) {
     auto clear_to = e.no_section_before.begin();
     for (const char *header : headers) {
@@ -27,9 +27,8 @@ position file_start_section(engine_t &e, const char *section,
             continue;
         }
         *clear_to = found;
-        const std::string operation = std::string("file_start_") + section + "section";
-        log_operation(e, operation.c_str(), "Found beginning of %s-related section at byte %u\n",
-                      section, found);
+        log_operation(e, operation, "Found beginning of %s-related section at byte %u\n", section,
+                      found);
         return found;
     }
     return nowhere;

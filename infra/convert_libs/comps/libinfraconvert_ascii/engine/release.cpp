@@ -3,7 +3,7 @@
 
 #include "engine/release.h"
 
-#include "platform/platform.h"
+#include "platform/stand_in.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -44,9 +44,7 @@ void read_release(release_t &release, release_format format, const char *text) {
 }
 
 std::string release_from_platform(const char *variable, bool with_k_train) {
-    const char *text = srg_sw_ver_file_get(getenv(variable));
-    if (!text)
-        text = "";
+    const char *text = platform::release_text(getenv(variable));
     release_t r;
     int length_to_patch = 0;
     if (sscanf(text, "%d.%d(%d%n", &r.major, &r.minor, &r.patch, &length_to_patch) == 3) {

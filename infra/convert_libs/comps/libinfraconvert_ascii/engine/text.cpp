@@ -35,7 +35,6 @@ size_t text_t::piece_at(position at) const {
     return looked = first;
 }
 
-// The bytes of [from, before) that stand together in memory.
 std::string_view text_t::run(position from, position before) const {
     const size_t i = piece_at(from);
     const uint32_t skipped = from - start(i);
@@ -136,23 +135,6 @@ std::string text_t::line(position from, uint32_t length) const {
     if (newline == marker && bytes.size() < length)
         bytes += end_marker;
     return bytes;
-}
-
-std::vector<std::string_view> text_t::runs(position before) const {
-    std::vector<std::string_view> all;
-    for (position from = 0; from < before;) {
-        const std::string_view next = run(from, before);
-        if (!all.empty() && all.back().data() + all.back().size() == next.data())
-            all.back() = {all.back().data(), all.back().size() + next.size()};
-        else
-            all.push_back(next);
-        from += static_cast<position>(next.size());
-    }
-    return all;
-}
-
-std::vector<std::string_view> text_t::saved_runs() const {
-    return runs(find_byte(end_marker, 0, marker));
 }
 
 // ---- Making a place for an edit ----

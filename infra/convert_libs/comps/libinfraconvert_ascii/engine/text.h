@@ -73,10 +73,11 @@ class text_t {
     // The line at `from` without its newline, at most `length` bytes. A line that no newline ends
     // runs to its zero byte, the marker included.
     std::string line(position from, uint32_t length) const;
-    // The bytes of [0, before) as they stand in memory, in order. Valid until the next edit.
-    std::vector<std::string_view> runs(position before) const;
-    // The bytes of the file to be saved: up to the first byte equal to the marker.
-    std::vector<std::string_view> saved_runs() const;
+    // The bytes of [from, before) that stand together in memory; some, when there are any. Valid
+    // until the next edit.
+    std::string_view run(position from, position before) const;
+    // End of the bytes to be saved: the first byte equal to the marker.
+    position saved_end() const { return find_byte(end_marker, 0, marker); }
 
     // Removes [from, from + length), both cut to the text.
     void erase(position from, uint32_t length);
@@ -103,7 +104,6 @@ class text_t {
         return piece < pieces.size() && at - start(piece) < pieces[piece].length;
     }
     size_t piece_at(position at) const;
-    std::string_view run(position from, position before) const;
     position find_byte(char wanted, position from, position before) const;
     position find_over_seam(std::string_view wanted, position seam, position first,
                             size_t before) const;

@@ -3,7 +3,6 @@
 #include "include/libinfraconvertascii.h"
 
 using engine::quintuple;
-using engine::triple;
 
 boolean fcportsec_debug = 1;
 FILE *err_fp_fc = nullptr;

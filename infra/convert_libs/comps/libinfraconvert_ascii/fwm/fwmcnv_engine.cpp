@@ -43,7 +43,8 @@ syserr_t fwmcnv_remove_substring(const char *substr) {
 }
 
 engine::position fwmcnv_file_start_fwmsection() {
-    return engine::file_start_section(fwmcnv_engine, "fwm", {"\nmac address-table"});
+    return engine::file_start_section(fwmcnv_engine, "file_start_fwmsection", "fwm",
+                                      {"\nmac address-table"});
 }
 engine::position fwmcnv_find(std::string_view wanted, engine::position from,
                              engine::position before) {

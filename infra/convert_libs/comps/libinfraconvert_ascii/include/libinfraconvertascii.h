@@ -35,7 +35,8 @@ typedef struct infraconvertascii_args {
     const char *path;             /* directory that holds ascii/system.cfg */
     const char *pkg_name;         /* package being installed; only logged */
     const char *to_pkg_version;   /* target release such as "4.1(3)"; null: from the file that
-                                     SYSMGR_TO_SRG_PATH names */
+                                     SYSMGR_TO_SRG_PATH names, but for the association converter,
+                                     which fails then */
     const char *from_pkg_version; /* source release; null: likewise with SYSMGR_FROM_SRG_PATH */
 } infraconvertascii_args_t;
 
@@ -83,7 +84,8 @@ void libinfraconvertascii_init(mts_q_handle_t q);
 boolean is_uuid_in_convertascii_startup_table(uuid_t uuid);
 
 /* Runs the converter registered for `uuid`; an unknown identifier runs nothing. Always returns 0:
- * a failure reaches the caller only through `a`, which may be null. */
+ * a failure reaches the caller only through `a`, which may be null. Null `args` are a failure of
+ * `uuid`. */
 syserr_t infraconvertascii_startup(uuid_t uuid, convertascii_ret_value_t *a,
                                    const infraconvertascii_args_t *args);
 

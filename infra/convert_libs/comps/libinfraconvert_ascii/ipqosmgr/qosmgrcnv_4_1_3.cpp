@@ -73,8 +73,8 @@ bool qoscnv_ver_from_5_0_3_U2_to_U1() {
 // The conditions exclude one another.
 constinit const engine::rule_t qoscnv_rules[qoscnv_rule_count] = {
     {.id = "IC-QOS-01",
-     .plain_words = "keeps typed QoS; removes descriptions and, from 5.0(2) on, \"match-any\"; "
-                    "raises MTU values by 38",
+     .plain_words = "keeps typed QoS; removes descriptions below map lines and, from 5.0(2) on, "
+                    "\"match-any\"; repeats network-qos policy-maps with MTU values raised by 38",
      .applies = [] { return from_ge_4_2_1() && qoscnv_ver_to_eq_4_1_3(); },
      .pipeline = qosmgr_convert_ascii_4_1_3_downgrade},
     {.id = "IC-QOS-02",
@@ -82,8 +82,9 @@ constinit const engine::rule_t qoscnv_rules[qoscnv_rule_count] = {
      .applies = [] { return from_ge_4_2_1() && qoscnv_ver_to_lt_4_1_3(); },
      .pipeline = qosmgr_convert_ascii_4_1_3_downgrade},
     {.id = "IC-QOS-03",
-     .plain_words = "keeps typed QoS; removes descriptions, lowers MTU values by 38 and, to 5.0(2) "
-                    "or later, adds \"match-any\"",
+     .plain_words = "keeps typed QoS; removes descriptions below map lines, adds \"match-any\" to "
+                    "5.0(2) or later; repeats network-qos policy-maps with MTU values lowered by "
+                    "38",
      .applies = [] { return qoscnv_ver_from_eq_4_1_3() && to_ge_4_2_1(); },
      .pipeline = qosmgr_convert_ascii_4_2_1_upgrade},
     {.id = "IC-QOS-04",
@@ -92,7 +93,8 @@ constinit const engine::rule_t qoscnv_rules[qoscnv_rule_count] = {
          [] { return qoscnv_ver_from_lt_4_1_3() && (to_ge_4_2_1() || qoscnv_ver_to_eq_4_1_3()); },
      .pipeline = qosmgr_convert_ascii_4_1_3_upgrade},
     {.id = "IC-QOS-05",
-     .plain_words = "removes control-plane class-maps, policy-maps, classes and police lines",
+     .plain_words = "removes the control-plane lines: map headers, \"class copp...\" and \"police "
+                    "pps\"; match lines stay",
      .applies = qoscnv_ver_from_5_0_3_U2_to_U1,
      .pipeline = qosmgr_convert_ascii_5_0_3_downgrade},
 };

@@ -45,7 +45,8 @@ syserr_t qoscnv_remove_substring(const char *substr) {
 }
 
 engine::position qoscnv_file_start_qossection() {
-    return engine::file_start_section(qoscnv_engine, "qos", {"\nclass-map", "\npolicy-map"});
+    return engine::file_start_section(qoscnv_engine, "file_start_qossection", "qos",
+                                      {"\nclass-map", "\npolicy-map"});
 }
 engine::position qoscnv_find(std::string_view wanted, engine::position from,
                              engine::position before) {

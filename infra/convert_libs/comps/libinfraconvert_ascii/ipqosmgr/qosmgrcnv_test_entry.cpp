@@ -1,14 +1,15 @@
-// A program of its own: converts the configuration below /bootflash/qoscnv_test as an upgrade or a
-// downgrade across 4.1(3) would.
+// A program of its own: runs the QoS converter on the configuration below /bootflash/qoscnv_test,
+// from 4.0(1) to 4.1(3) as an upgrade. The downgrade, from 4.1(3) to 4.0(1), has no rule: it loads
+// the file and saves it as it is.
 
 #include "include/libinfraconvertascii.h"
+#include "platform/stand_in.h"
 
 #include <cstdio>
 #include <string_view>
 
 extern "C" void sysmgrcb_no_sysmgr();
 
-// The platform's start code looks for this in every program that runs without its system manager.
 void sysmgrcb_no_sysmgr() {}
 
 int main(int argc, char **argv) {
@@ -31,6 +32,6 @@ int main(int argc, char **argv) {
     }
     const syserr_t status =
         ipqosmgr_infra_convert_startup("/bootflash/qoscnv_test", "ipqosmgr", to, from);
-    printf("Return code is %s\n", syserr2str(status));
+    printf("Return code is %s\n", platform::status_text(status));
     return 0;
 }

@@ -1,8 +1,9 @@
 /* What the converters need from the switch's platform: its basic types and three functions.
  *
- * The library carries a weak stand-in of each function (platform_standin.cpp), so that it runs on
- * any machine. A definition in the program, in a preloaded library or in the real platform's
- * library takes the stand-in's place without a rebuild. */
+ * The library refers to the functions as weak symbols and has a stand-in for each, so that it runs
+ * on any machine. A definition in the program, in a preloaded library or in the platform's own
+ * library is called instead, without a rebuild. (A library that nothing but weak symbols asks for
+ * must not be linked with --as-needed: the linker would drop it.) */
 #ifndef INFRACONVERTASCII_PLATFORM_H
 #define INFRACONVERTASCII_PLATFORM_H
 

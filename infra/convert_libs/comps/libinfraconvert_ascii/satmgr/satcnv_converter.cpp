@@ -6,6 +6,8 @@
 #include "include/libinfraconvertascii.h"
 #include "satmgr/satcnv_engine.h"
 
+#include <algorithm>
+
 using engine::nowhere;
 using engine::position;
 

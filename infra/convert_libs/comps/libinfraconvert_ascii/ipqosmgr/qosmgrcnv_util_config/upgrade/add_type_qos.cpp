@@ -29,7 +29,10 @@ bool mark(const char *pass, std::string_view keyword) {
 syserr_t qoscnv_add_type_qos_to_classmaps() {
     if (!mark(__func__, "class-map"))
         return engine::failure;
-    position top = qoscnv_file_start_qossection() + newline_length;
+    const position section = qoscnv_file_start_qossection();
+    if (section == nowhere)
+        return 0;
+    position top = section + newline_length;
     for (const auto *map = classmaps.first; map; map = map->next) {
         if (map->name != class_ip_multicast && map->name != class_all_flood)
             continue;

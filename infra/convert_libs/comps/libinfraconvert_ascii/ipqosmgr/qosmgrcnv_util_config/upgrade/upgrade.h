@@ -27,7 +27,8 @@ syserr_t qoscnv_add_type_qos_to_policymaps();
 syserr_t qoscnv_rewrite_maps();
 
 // The middle of the above: make the existing policy-map a type qos policy. The first drops all
-// actions of its classes; the second serves a policy that has qos actions only, and keeps them.
+// actions of its classes; the second serves a policy without queuing or unified-fabric actions, and
+// keeps them, but for those of the special classes.
 syserr_t qoscnv_alter_existing_policymap(const policymap_elem_t &pmap,
                                          policymap_headers_t &headers);
 syserr_t qoscnv_alter_existing_type_qos_policymap(const char *pmap_name,

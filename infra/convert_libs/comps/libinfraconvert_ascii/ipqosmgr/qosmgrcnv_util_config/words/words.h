@@ -59,7 +59,8 @@ bool qoscnv_text_ended(position cp);
 // First line at or after `cp` that is not empty.
 position qoscnv_past_empty_lines(position cp);
 // Start of the next stanza behind the last `header`, where that lies behind the first byte of the
-// QoS section; else nowhere. A header that begins with a newline stands at line starts only.
+// QoS section; else nowhere. A header that begins with a newline stands at line starts only. So the
+// section's first class-map does not count: a text with no other has nothing to go behind.
 position qoscnv_behind_last_stanza(last_hit_t &header);
 
 // ---- Reading ----
