@@ -26,6 +26,13 @@ bool has_words(std::string_view line, const configuration_t::words_t &wanted) {
            });
 }
 
+// True when `line` is what a log shows of the candidate. A log cuts texts that are too long, and
+// shows of such a line only the word that is.
+bool is_shown_as(std::string_view candidate, std::string_view line) {
+    constexpr size_t cut_at = 198;
+    return candidate == line || (line.size() >= cut_at && candidate.find(line) != candidate.npos);
+}
+
 } // namespace
 
 std::string_view without_newline(std::string_view line) {
@@ -82,7 +89,7 @@ configuration_t::numbers_t configuration_t::stanza_with_both(std::string_view he
 configuration_t::numbers_t configuration_t::whole_lines(std::string_view line) const {
     numbers_t numbers;
     for (size_t i = 0; i < lines.size(); i++) {
-        if (without_newline(lines[i]) == line)
+        if (is_shown_as(without_newline(lines[i]), line))
             numbers.push_back(i + 1);
     }
     return numbers;
@@ -102,11 +109,9 @@ configuration_t::numbers_t configuration_t::maps(std::string_view keyword,
 configuration_t::numbers_t configuration_t::line_below(std::string_view keyword,
                                                        std::string_view name,
                                                        std::string_view line) const {
-    constexpr size_t cut_at = 198;
     for (const size_t map : maps(keyword, name)) {
         for (size_t i = map; i < stanza_end(map - 1); i++) {
-            const std::string_view candidate = without_newline(lines[i]);
-            if (candidate == line || (line.size() >= cut_at && candidate.starts_with(line)))
+            if (is_shown_as(without_newline(lines[i]), line))
                 return {i + 1};
         }
     }

@@ -28,12 +28,12 @@ class configuration_t {
     // The two lines, one of each, of the first stanza that has both.
     numbers_t stanza_with_both(std::string_view header, const words_t &one,
                                const words_t &other) const;
-    // Lines that are exactly `line`.
+    // Lines that a log shows as `line`: it cuts long ones.
     numbers_t whole_lines(std::string_view line) const;
 
     // The first lines of the maps ("policy-map", "class-map") of this name, typed or not.
     numbers_t maps(std::string_view keyword, std::string_view name) const;
-    // The first line that is exactly `line`, or begins with it where it is cut, in such a map.
+    // The first line in such a map that a log shows as `line`.
     numbers_t line_below(std::string_view keyword, std::string_view name,
                          std::string_view line) const;
     // The first lines of maps without a type.

@@ -30,7 +30,7 @@ struct step_t {
     std::optional<failure_t> failure;
 
     bool changes() const { return changed.added + changed.removed > 0; }
-    // "converted", "unchanged", "not concerned" or "failed".
+    // "converted", "unchanged", "no rule" or "failed".
     const char *state() const;
 };
 

@@ -58,6 +58,26 @@ void append_common(const range_t &before, const range_t &after, std::vector<matc
     }
 }
 
+// End of the run of matches that begins at `first`: lines that follow one another in both texts.
+size_t run_end(const std::vector<match_t> &matches, size_t first) {
+    size_t end = first + 1;
+    while (end < matches.size() && matches[end].before == matches[end - 1].before + 1 &&
+           matches[end].after == matches[end - 1].after + 1)
+        end++;
+    return end;
+}
+
+// Lines of the larger side of the change between two positions.
+size_t size_of_change(const match_t &from, const match_t &to) {
+    return std::max(to.before - from.before, to.after - from.after);
+}
+
+// True when none of the lines starts a stanza.
+bool is_body(const lines_t &lines, uint32_t first, uint32_t end) {
+    return std::all_of(lines.begin() + first, lines.begin() + end,
+                       [](std::string_view line) { return line.starts_with(' '); });
+}
+
 } // namespace
 
 lines_t split_lines(std::string_view text) {
@@ -78,7 +98,8 @@ std::vector<match_t> common_lines(const lines_t &before, const lines_t &after) {
     while (head < shorter && before[head] == after[head])
         head++;
     uint32_t tail = 0;
-    while (tail < shorter - head && before[before.size() - 1 - tail] == after[after.size() - 1 - tail])
+    while (tail < shorter - head &&
+           before[before.size() - 1 - tail] == after[after.size() - 1 - tail])
         tail++;
     const auto before_end = static_cast<uint32_t>(before.size()) - tail;
     const auto after_end = static_cast<uint32_t>(after.size()) - tail;
@@ -90,6 +111,35 @@ std::vector<match_t> common_lines(const lines_t &before, const lines_t &after) {
     for (uint32_t i = 0; i < tail; i++)
         matches.push_back({before_end + i, after_end + i});
     return matches;
+}
+
+std::vector<match_t> without_stray_matches(const std::vector<match_t> &matches,
+                                           const lines_t &before, const lines_t &after) {
+    std::vector<match_t> kept;
+    match_t end = {0, 0}; // of the last run that is kept
+    for (size_t first = 0, next; first < matches.size(); first = next) {
+        next = run_end(matches, first);
+        const match_t start = matches[first];
+        const match_t behind = {matches[next - 1].before + 1, matches[next - 1].after + 1};
+        const match_t following = next < matches.size()
+                                      ? matches[next]
+                                      : match_t{static_cast<uint32_t>(before.size()),
+                                                static_cast<uint32_t>(after.size())};
+        const size_t length = next - first;
+        const bool stray = is_body(before, start.before, behind.before) &&
+                           2 * length < size_of_change(end, start) &&
+                           2 * length < size_of_change(behind, following);
+        if (stray)
+            continue;
+        kept.insert(kept.end(), &matches[first], &matches[first] + length);
+        end = behind;
+    }
+    return kept;
+}
+
+script_t difference(const lines_t &before, const lines_t &after) {
+    return script_of(before.size(), after.size(),
+                     without_stray_matches(common_lines(before, after), before, after));
 }
 
 script_t script_of(size_t before, size_t after, const std::vector<match_t> &matches) {

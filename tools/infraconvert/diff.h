@@ -32,10 +32,14 @@ using script_t = std::vector<script_line_t>;
 // The script for `before` and `after` lines of which these stay; removals stand before additions.
 script_t script_of(size_t before, size_t after, const std::vector<match_t> &matches);
 
+// Leaves out matches that hinder reading: a few lines below a stanza's first line that happen to
+// stand in both texts, between changes that are much larger. A difference that keeps them is
+// shorter, and ties together lines that have nothing to do with each other.
+std::vector<match_t> without_stray_matches(const std::vector<match_t> &matches,
+                                           const lines_t &before, const lines_t &after);
+
 // The script that leads from one text to the other.
-inline script_t difference(const lines_t &before, const lines_t &after) {
-    return script_of(before.size(), after.size(), common_lines(before, after));
-}
+script_t difference(const lines_t &before, const lines_t &after);
 
 struct count_t {
     size_t added = 0, removed = 0;

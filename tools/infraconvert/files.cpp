@@ -80,16 +80,15 @@ std::string configuration_file(const std::string &path) {
 text_t read_configuration(const std::string &file) {
     const bool standard = file == standard_stream;
     const std::string name = standard ? "standard input" : file;
-    auto text = std::make_shared<const std::string>(
-        standard ? read_descriptor(STDIN_FILENO, name) : read_file(file));
+    auto text = std::make_shared<const std::string>(standard ? read_descriptor(STDIN_FILENO, name)
+                                                             : read_file(file));
     refuse_unconvertible(name, *text);
     return text;
 }
 
 void write_plainly(const std::filesystem::path &file, std::string_view bytes) {
     FILE *stream = fopen(file.c_str(), "w");
-    const bool written =
-        stream && fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size();
+    const bool written = stream && fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size();
     const bool closed = stream && fclose(stream) == 0;
     if (!written || !closed)
         throw run_error(system_error(file));

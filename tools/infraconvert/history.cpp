@@ -45,7 +45,8 @@ std::vector<match_t> history_t::survivors() const {
     std::vector<match_t> matches;
     uint32_t before = 0, after = 0;
     const auto compare_up_to = [&](uint32_t before_end, uint32_t after_end) {
-        const lines_t removed(&original_lines[before], &original_lines[before] + (before_end - before));
+        const lines_t removed(&original_lines[before],
+                              &original_lines[before] + (before_end - before));
         const lines_t added(&lines[after], &lines[after] + (after_end - after));
         for (const match_t &match : common_lines(removed, added))
             matches.push_back({before + match.before, after + match.after});
@@ -65,14 +66,33 @@ std::vector<match_t> history_t::survivors() const {
     return matches;
 }
 
+namespace {
+
+// Gives changed lines without a step the step of the changed line before them.
+template<class Iterator> void spread_steps(Iterator line, Iterator end) {
+    for (int step = -1; line != end; ++line) {
+        if (line->edit == edit_t::keep)
+            step = -1;
+        else if (line->step < 0)
+            line->step = step;
+        else
+            step = line->step;
+    }
+}
+
+} // namespace
+
 script_t history_t::script() const {
-    script_t script = script_of(original_lines.size(), lines.size(), survivors());
+    script_t script = script_of(original_lines.size(), lines.size(),
+                                without_stray_matches(survivors(), original_lines, lines));
     for (script_line_t &line : script) {
         if (line.edit == edit_t::remove)
             line.step = removed_by[line.before];
         else if (line.edit == edit_t::add)
             line.step = added_by[line.after];
     }
+    spread_steps(script.begin(), script.end());
+    spread_steps(script.rbegin(), script.rend());
     return script;
 }
 

@@ -3,7 +3,8 @@
 // Each line of the text at hand is followed back to the line of the original that it is; a line
 // that is none was added by a step. The difference between original and result is put together
 // from the steps' own differences, so each changed line belongs to exactly one step: for a line
-// of the original the step that removed it, for a line of the result the one that added it last.
+// of the original the step that removed it, for a line of the result the one that added it last. A
+// line that is shown as changed only because reading is easier so goes with the changes around it.
 #pragma once
 
 #include "diff.h"

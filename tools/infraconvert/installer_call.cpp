@@ -34,19 +34,29 @@ std::string first_line(const fs::path &file) {
 
 } // namespace
 
-call_result_t call_installer(const fs::path &directory, const fs::path &logs,
-                             const release_pair_t &releases, const service_t &service) {
-    const fs::path status_file = logs / "status";
-    const fs::path error_file = logs / (std::string(service.name) + ".stderr");
+call_result_t call_installer(const call_t &call) {
+    const std::string name = call.service.name;
+    const fs::path status_file = call.logs / "status", error_file = call.logs / (name + ".stderr");
     fs::remove(status_file);
-    const std::string trouble =
-        run_child({find_runner(), "--path", directory, "--logs", logs, "--from", releases.from,
-                   "--to", releases.to, "--service", std::to_string(service.uuid)},
-                  logs / (std::string(service.name) + ".stdout"), error_file);
+    std::vector<std::string> command = {find_runner(),
+                                        "--path",
+                                        call.directory,
+                                        "--logs",
+                                        call.logs,
+                                        "--from",
+                                        call.releases.from,
+                                        "--to",
+                                        call.releases.to,
+                                        "--service",
+                                        std::to_string(call.service.uuid)};
+    if (call.quiet)
+        command.emplace_back("--quiet");
+    const std::string trouble = run_child(command, call.logs / (name + ".stdout"), error_file);
     std::ifstream status(status_file);
     call_result_t result;
     uint32_t uuid = 0;
-    result.came_back = trouble.empty() && status >> uuid >> result.status && uuid == service.uuid;
+    result.came_back =
+        trouble.empty() && status >> uuid >> result.status && uuid == call.service.uuid;
     if (!result.came_back) {
         result.trouble = trouble.empty() ? "gave no status" : trouble;
         if (const std::string said = first_line(error_file); said.starts_with(runner_name))

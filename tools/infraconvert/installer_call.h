@@ -13,11 +13,16 @@ struct call_result_t {
     std::string trouble; // otherwise, what became of the child
 };
 
-// Has the library convert `directory`/ascii/system.cfg. Its logs, its output and its errors land in
-// `logs`, which exists. A crash of the child is a result, not an error; throws run_error when the
-// program for the child is missing.
-call_result_t call_installer(const std::filesystem::path &directory,
-                             const std::filesystem::path &logs, const release_pair_t &releases,
-                             const service_t &service);
+struct call_t {
+    std::filesystem::path directory; // whose ascii/system.cfg is converted
+    std::filesystem::path logs;      // directory for the logs, the output and the errors; exists
+    release_pair_t releases;
+    const service_t &service;
+    bool quiet; // without the log, which can be many times the size of the configuration
+};
+
+// Has the library convert. A crash of the child is a result, not an error; throws run_error when
+// the program for the child is missing.
+call_result_t call_installer(const call_t &call);
 
 } // namespace infraconvert

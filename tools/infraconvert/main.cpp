@@ -2,6 +2,7 @@
 
 #include "child.h"
 #include "command.h"
+#include "diff.h"
 #include "errors.h"
 #include "json_report.h"
 #include "messages.h"
@@ -19,7 +20,7 @@ constexpr const command_t *commands[] = {&plan_command, &preview_command, &conve
                                          &explain_command};
 
 constexpr const char *about =
-    "infraconvert converts the saved configuration of a switch between software releases.\n"
+    "Converts the saved configuration of a switch between software releases.\n"
     "\n"
     "Examples:\n"
     "  infraconvert plan --from '4.0(1)' --to '4.1(3)'\n"
@@ -27,13 +28,24 @@ constexpr const char *about =
     "  infraconvert convert --from '4.0(1)' --to '4.1(3)' --backup switch.cfg\n"
     "\n"
     "Exit status: 0 done, 1 a conversion failed, 2 wrong usage or unusable input.\n"
-    "infraconvert COMMAND --help tells about a command.";
+    "infraconvert COMMAND --help tells about a command.\n";
 
 std::string indented(const std::string &lines) {
-    std::string text = "  ";
-    for (const char c : lines)
-        text += c == '\n' ? std::string("\n  ") : std::string(1, c);
-    return text.substr(0, text.find_last_not_of(" \n") + 1);
+    std::string text;
+    for (const std::string_view line : split_lines(lines))
+        text += "  " + std::string(line);
+    return text;
+}
+
+// Help of the command at hand, examples first; without one, of the program.
+std::string help(CLI::App &arguments) {
+    for (const command_t *command : commands) {
+        CLI::App *own = arguments.get_subcommand(command->name);
+        if (arguments.got_subcommand(own))
+            own->description(std::string(command->summary) + ".\n\nExamples:\n" +
+                             indented(command->examples));
+    }
+    return arguments.help();
 }
 
 // The names that may stand where a word was not understood.
@@ -88,18 +100,17 @@ int run(const command_t &command, const options_t &options) try {
 int parse_and_run(int argc, char **argv) {
     options_t options;
     CLI::App arguments(about, "infraconvert");
+    arguments.get_formatter()->column_width(26);
     arguments.set_version_flag("--version", "infraconvert " INFRACONVERT_VERSION);
     arguments.require_subcommand(0, 1);
     for (const command_t *command : commands) {
         CLI::App *own = arguments.add_subcommand(command->name, command->summary);
-        own->footer("");
         command->declare(*own, options);
     }
     try {
         arguments.parse(argc, argv);
     } catch (const CLI::CallForHelp &) {
-        const auto chosen = arguments.get_subcommands();
-        write_output(arguments.help());
+        write_output(help(arguments));
         return exit_done;
     } catch (const CLI::CallForVersion &) {
         write_output("infraconvert " INFRACONVERT_VERSION "\n");

@@ -10,13 +10,9 @@
 
 namespace infraconvert {
 
-void message(std::string_view text) {
-    message_lines("infraconvert: " + std::string(text) + '\n');
-}
+void message(std::string_view text) { message_lines("infraconvert: " + std::string(text) + '\n'); }
 
-void message_lines(std::string_view lines) {
-    fwrite(lines.data(), 1, lines.size(), stderr);
-}
+void message_lines(std::string_view lines) { fwrite(lines.data(), 1, lines.size(), stderr); }
 
 void write_output(std::string_view data) {
     if (fwrite(data.data(), 1, data.size(), stdout) != data.size() || fflush(stdout) != 0)

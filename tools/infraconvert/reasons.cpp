@@ -44,15 +44,25 @@ struct evidence_t {
     const configuration_t &configuration;
     captures_t captures; // of that line
 
-    // What `pattern` captured first when it last stood in the log; empty: it never did.
-    std::string last(std::string_view pattern) const {
+    // What `pattern` captured when it last stood in the log; empty texts when it never did.
+    captures_t last_captures(std::string_view pattern) const {
         for (auto line = log.rbegin(); line != log.rend(); ++line) {
             if (const auto found = match(without_newline(*line), pattern))
-                return found->at(0);
+                return *found;
         }
-        return "";
+        return {"", ""};
     }
+    std::string last(std::string_view pattern) const { return last_captures(pattern)[0]; }
 };
+
+// The class-map or policy-map that the converter was reading.
+struct map_t {
+    std::string keyword, name;
+};
+map_t map_at_hand(const evidence_t &e) {
+    const captures_t found = e.last_captures("found %s-map name %s");
+    return {found[0] + "-map", found[1]};
+}
 
 using places_t = std::vector<size_t>;
 
@@ -64,8 +74,9 @@ places_t named_attachments(const evidence_t &e) {
     return e.configuration.lines_with({"service-policy", e.captures[0]});
 }
 
-places_t policy_at_hand(const evidence_t &e) {
-    return e.configuration.maps("policy-map", e.last("found policy-map name %s"));
+places_t first_line_of_map(const evidence_t &e) {
+    const map_t map = map_at_hand(e);
+    return e.configuration.maps(map.keyword, map.name);
 }
 
 // The attachment under "system qos" and the policy-map that it names.
@@ -79,13 +90,14 @@ places_t system_policy(const evidence_t &e) {
 }
 
 places_t interface_attachment(const evidence_t &e) {
-    return e.configuration.lines_in(
-        "interface", {"service-policy", e.last("is on an interface: dir %s"),
-                      e.last("service-policy %s is on an interface")});
+    return e.configuration.lines_in("interface",
+                                    {"service-policy", e.last("is on an interface: dir %s"),
+                                     e.last("service-policy %s is on an interface")});
 }
 
 places_t differing_attachments(const evidence_t &e, const char *direction) {
-    return e.configuration.stanza_with_both("interface", {"service-policy", direction, e.captures[1]},
+    return e.configuration.stanza_with_both("interface",
+                                            {"service-policy", direction, e.captures[1]},
                                             {"service-policy", direction, e.captures[0]});
 }
 places_t differing_inputs(const evidence_t &e) { return differing_attachments(e, "input"); }
@@ -93,13 +105,9 @@ places_t differing_outputs(const evidence_t &e) { return differing_attachments(e
 
 // A whole line of the configuration, in the map at hand or else anywhere.
 places_t line_of_map(const evidence_t &e, const std::string &line) {
-    for (const auto &[keyword, found] : {std::pair{"policy-map", "found policy-map name %s"},
-                                         std::pair{"class-map", "found class-map name %s"}}) {
-        const places_t places = e.configuration.line_below(keyword, e.last(found), line);
-        if (!places.empty())
-            return places;
-    }
-    return e.configuration.whole_lines(line);
+    const map_t map = map_at_hand(e);
+    const places_t places = e.configuration.line_below(map.keyword, map.name, line);
+    return places.empty() ? e.configuration.whole_lines(line) : places;
 }
 places_t unexpected_line(const evidence_t &e) { return line_of_map(e, e.captures[0]); }
 places_t class_line(const evidence_t &e) { return line_of_map(e, e.last("found class: %s")); }
@@ -123,7 +131,8 @@ places_t policy_in_work(const evidence_t &e) {
 
 struct reason_t {
     const char *logged;
-    const char *plain_words; // $1, $2: what the log line captured; $P: the policy-map at hand
+    const char
+        *plain_words; // $1, $2: what the log line captured; $L: $1 as a line; $M: map at hand
     places_t (*places)(const evidence_t &);
     size_t at_least = 0; // length of the first capture
 };
@@ -155,19 +164,18 @@ constexpr reason_t reasons[] = {
     {"Unexpected text: %s",
      "a line or a name is too long for the converter, which takes up to 198 characters",
      unexpected_line, 198},
-    {"Unexpected text: %s",
-     "the map $P has the line \"$1\" where the converter expects a class, a match or a name",
+    {"Unexpected text: %s", "$M has $L where the converter expects a class, a match or a name",
      unexpected_line},
     {"unexpected policy-map format; aborting",
-     "a policy-map has no type, but a release from 4.1(3) on writes \"policy-map type ...\"",
+     "a policy-map has no type, but releases from 4.1(3) on write \"policy-map type ...\"; is the "
+     "source release right?",
      untyped_policies},
-    {"unexpected class format; aborting", "a class of policy-map $P has no name or too many words",
+    {"unexpected class format; aborting", "a class of $M has no name or too many words",
      class_line},
-    {"unexpected format for class; aborting", "a class of policy-map $P has no name",
-     policy_at_hand},
+    {"unexpected format for class; aborting", "a class of $M has no name", first_line_of_map},
     {"unexpected format for policy-map; aborting", "a policy-map has no name", nowhere},
-    {"unexpected service-policy format; aborting",
-     "a \"service-policy\" names no policy-map", bare_attachments},
+    {"unexpected service-policy format; aborting", "a \"service-policy\" names no policy-map",
+     bare_attachments},
     {"unexpected format for service-policy; aborting",
      "a \"service-policy\" names no policy-map, or its direction is a word of more than nine "
      "characters",
@@ -177,8 +185,8 @@ constexpr reason_t reasons[] = {
     {"Could not find class-map for type %s name %s; aborting",
      "a class of a policy-map has no class-map of its name", policy_in_work},
     {"Could not find policy-maps; aborting",
-     "there is no place for the new policy-map: the text has no policy-map of the type it belongs "
-     "to with another stanza behind it",
+     "the new policy-map has no place: it goes behind the last policy-map of a fitting type, and "
+     "there is none with another stanza behind it",
      policy_in_work},
     {"refusing to insert text of length",
      "the rewritten configuration would outgrow the converter's room (five times the file's size; "
@@ -195,15 +203,25 @@ constexpr reason_t reasons[] = {
     {"failed to close", "the converter could not save its copy: the disk may be full", nowhere},
 };
 
-std::string filled_in(std::string text, const evidence_t &e) {
-    const auto replace = [&](const char *mark, const std::string &value) {
-        for (size_t at; (at = text.find(mark)) != text.npos;)
-            text.replace(at, 2, value);
-    };
-    const char *const marks[] = {"$1", "$2"};
-    for (size_t i = 0; i < std::min<size_t>(e.captures.size(), 2); i++)
-        replace(marks[i], e.captures[i]);
-    replace("$P", e.last("found policy-map name %s"));
+std::string value_of(char mark, const evidence_t &e) {
+    const std::string line = e.captures.empty() ? "" : e.captures[0];
+    switch (mark) {
+    case '1':
+        return line;
+    case '2':
+        return e.captures.at(1);
+    case 'L':
+        return line.empty() ? "an empty line" : "the line \"" + line + '"';
+    default:
+        return map_at_hand(e).keyword + ' ' + map_at_hand(e).name;
+    }
+}
+
+std::string filled_in(std::string_view plain_words, const evidence_t &e) {
+    std::string text;
+    for (size_t at = 0; at < plain_words.size(); at++)
+        text += plain_words[at] == '$' ? value_of(plain_words[++at], e)
+                                       : std::string(1, plain_words[at]);
     return text;
 }
 
@@ -215,8 +233,8 @@ std::optional<failure_t> explained_by(const reason_t &row, const lines_t &log, s
         return {};
     const lines_t up_to(log.begin(), log.begin() + static_cast<ptrdiff_t>(number) + 1);
     const evidence_t evidence{up_to, configuration, *captures};
-    return failure_t{filled_in(row.plain_words, evidence), row.places(evidence),
-                     std::string(line), number + 1};
+    return failure_t{filled_in(row.plain_words, evidence), row.places(evidence), std::string(line),
+                     number + 1};
 }
 
 } // namespace

@@ -8,10 +8,10 @@
 namespace infraconvert {
 
 struct failure_t {
-    std::string reason;                   // in plain words
-    std::vector<size_t> lines = {};       // of the configuration, from 1
-    std::string log_line = {};            // that tells of the failure; empty: there is none
-    size_t log_line_number = 0;           // from 1
+    std::string reason;             // in plain words
+    std::vector<size_t> lines = {}; // of the configuration, from 1
+    std::string log_line = {};      // that tells of the failure; empty: there is none
+    size_t log_line_number = 0;     // from 1
 };
 
 // Explains the failure of a converter that left this `log` and was given this `configuration`.

@@ -17,15 +17,21 @@ constexpr const char *accepted_forms = "accepted forms: 4.1(3), 5.0(3)U2(1), 4.1
 
 // Numbers of at most nine digits fit the converters' 32 bits.
 const std::regex &complete_release() {
-    static const std::regex form(R"(\d{1,9}\.\d{1,9}\(\d{1,9}[a-z]*\)([A-Z]\d{1,9}\(\d{1,9}[a-z]*\))?)");
+    static const std::regex form(
+        R"(\d{1,9}\.\d{1,9}\(\d{1,9}[a-z]*\)([A-Z]\d{1,9}\(\d{1,9}[a-z]*\))?)");
     return form;
 }
 
-// What the converters make of the text's first three numbers; false when they do not read them.
-bool readable(const std::string &text) {
+// What the converters make of a release text. A number that they do not read is -1.
+engine::release_t as_read(const std::string &text) {
     engine::release_t release;
     release.major = release.minor = release.patch = -1;
     engine::read_release(release, engine::release_format::k_train, text.c_str());
+    return release;
+}
+
+bool readable(const std::string &text) {
+    const engine::release_t release = as_read(text);
     return release.major >= 0 && release.minor >= 0 && release.patch >= 0;
 }
 
@@ -47,6 +53,19 @@ release_pair_t checked_releases(const std::string &from, const std::string &to) 
     check("--from", from);
     check("--to", to);
     return {from, to};
+}
+
+void compare_with_version_line(const std::string &configuration, const std::string &from) {
+    const std::string start = "\nversion ";
+    const size_t line = configuration.starts_with(start.substr(1)) ? 0 : configuration.find(start);
+    if (line == configuration.npos)
+        return;
+    const size_t word = configuration.find(' ', line) + 1;
+    const std::string version =
+        configuration.substr(word, configuration.find_first_of(" \r\n", word) - word);
+    if (readable(version) && engine::triple(as_read(version)) != engine::triple(as_read(from)))
+        message("warning: the configuration says that release " + version + " wrote it, not " +
+                from);
 }
 
 } // namespace infraconvert

@@ -13,4 +13,7 @@ struct release_pair_t {
 // can read; a text that they read only in part is told to the user in a message.
 release_pair_t checked_releases(const std::string &from, const std::string &to);
 
+// Tells the user when the configuration itself names another release than `from` as its writer.
+void compare_with_version_line(const std::string &configuration, const std::string &from);
+
 } // namespace infraconvert

@@ -47,8 +47,7 @@ const char *assoc_why_not(const release_pair_t &releases) {
 template<const engine::conversion_t &conversion>
 constexpr service_t service(const char *name, const char *title, const char *platform_name,
                             uint32_t uuid, const char *log_name) {
-    return {name,     title, platform_name, uuid, log_name, rules_of<conversion>,
-            why_not<conversion>};
+    return {name, title, platform_name, uuid, log_name, rules_of<conversion>, why_not<conversion>};
 }
 
 constexpr service_t known_services[] = {
@@ -134,14 +133,14 @@ routing_t route(const service_t &service, const release_pair_t &releases) {
 std::string routing_t::ids() const {
     std::string text;
     for (const engine::rule_t *rule : rules)
-        text += (text.empty() ? "" : ",") + std::string(rule->id);
+        (text += text.empty() ? "" : ",") += rule->id;
     return text.empty() ? "-" : text;
 }
 
 std::string routing_t::words() const {
     std::string text;
     for (const engine::rule_t *rule : rules)
-        text += (text.empty() ? "" : "; ") + std::string(rule->plain_words);
+        (text += text.empty() ? "" : "; ") += rule->plain_words;
     return text.empty() ? why_none : text;
 }
 

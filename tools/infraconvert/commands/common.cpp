@@ -14,19 +14,17 @@ void declare_releases(CLI::App &arguments, options_t &options) {
 void declare_services(CLI::App &arguments, options_t &options) {
     arguments
         .add_option("--service", options.services,
-                    "Only this service (qos, fcportsec, npiv, fwm, assoc, satmgr, or the "
-                    "platform's name or number); may be repeated")
+                    "Only this service: qos, fcportsec, npiv, fwm, assoc, satmgr")
         ->type_name("NAME|all")
         ->delimiter(',')
-        ->expected(1)
+        ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
 void declare_path(CLI::App &arguments, options_t &options) {
     arguments
         .add_option("PATH", options.path,
-                    "Configuration file, directory that holds ascii/system.cfg, or - for standard "
-                    "input")
+                    "Configuration, directory that holds ascii/system.cfg, or - for standard input")
         ->type_name("");
 }
 
@@ -36,14 +34,15 @@ void declare_json(CLI::App &arguments, options_t &options) {
 
 void declare_logs(CLI::App &arguments, options_t &options) {
     arguments.add_flag("--log", options.log, "Show the converters' logs on standard error");
-    arguments.add_option("--log-dir", options.log_dir, "Keep the converters' logs in this directory")
+    arguments
+        .add_option("--log-dir", options.log_dir, "Keep the converters' logs in this directory")
         ->type_name("DIR");
 }
 
 void declare_keep_going(CLI::App &arguments, options_t &options) {
-    arguments.add_flag("--keep-going", options.keep_going,
-                       "Use what the other services made of it even when one fails, as the "
-                       "installer does");
+    arguments.add_flag(
+        "--keep-going", options.keep_going,
+        "Use what the others make of it when a service fails, as the installer does");
 }
 
 job_t read_job(const options_t &options) {
@@ -52,8 +51,10 @@ job_t read_job(const options_t &options) {
     if (options.path.empty())
         throw usage_error("missing PATH of the configuration");
     const std::string file = configuration_file(options.path);
+    const text_t text = read_configuration(file);
+    compare_with_version_line(*text, releases.from);
     return {.file = file,
-            .request = {.text = read_configuration(file),
+            .request = {.text = text,
                         .releases = releases,
                         .services = chosen,
                         .keep_going = options.keep_going,

@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <cstring>
 #include <optional>
+#include <sys/stat.h>
 
 namespace infraconvert {
 
@@ -31,13 +32,10 @@ void declare(CLI::App &arguments, options_t &options) {
         .add_flag(std::string("--backup{") + default_suffix + "}", options.backup_suffix,
                   "Keep the original beside the file, with this suffix [.bak]")
         ->type_name("=SUFFIX");
-    auto *plan =
-        arguments
-            .add_option("--plan", options.plan,
-                        "Apply exactly what preview --save-plan saved; PATH may be left out")
-            ->type_name("FILE");
-    for (const char *chosen_by_plan : {"--from", "--to", "--service", "--keep-going"})
-        plan->excludes(arguments.get_option(chosen_by_plan));
+    arguments
+        .add_option("--plan", options.plan,
+                    "Apply exactly what preview --save-plan saved; PATH may be left out")
+        ->type_name("FILE");
     declare_json(arguments, options);
     declare_logs(arguments, options);
     declare_path(arguments, options);
@@ -73,22 +71,32 @@ std::string destination_of(const options_t &options, const std::string &file) {
     return same ? file : options.output;
 }
 
+// Throws usage_error when what is asked for does not go together.
+void check_combination(const options_t &options, const task_t &task) {
+    if (options.json && task.destination == standard_stream)
+        throw usage_error("--json needs standard output for itself: name a file with --output");
+    if (!options.backup_suffix.empty() && !task.in_place())
+        throw usage_error("--backup goes with a conversion in place only");
+}
+
 task_t task_of(const options_t &given) {
+    const bool chooses =
+        !given.from.empty() || !given.to.empty() || !given.services.empty() || given.keep_going;
+    if (!given.plan.empty() && chooses)
+        throw usage_error("--plan brings --from, --to, --service and --keep-going with it");
     task_t task;
     if (!given.plan.empty())
         task.plan = read_plan(given.plan);
     const options_t options = task.plan ? with_plan(given, *task.plan) : given;
-    task.job = read_job(options);
     task.keep_going = options.keep_going;
+    task.job.file = configuration_file(options.path);
     task.destination = destination_of(options, task.job.file);
-    if (options.json && task.destination == standard_stream)
-        throw usage_error("--json needs standard output for itself: name a file with --output");
+    check_combination(options, task);
     if (!options.backup_suffix.empty()) {
-        if (!task.in_place())
-            throw usage_error("--backup goes with a conversion in place only");
         task.backup = task.job.file + options.backup_suffix;
         refuse_existing_backup(task.backup);
     }
+    task.job = read_job(options);
     return task;
 }
 
@@ -97,6 +105,23 @@ void replace(const std::string &file, std::string_view bytes) {
     if (!replacement.begin(file.c_str()) || !replacement.write(bytes) || !replacement.commit())
         throw run_error("cannot write " + file + ": " + strerror(errno));
 }
+
+// While it lives, a new file gets no right that `file` does not give: a configuration holds
+// secrets.
+class narrowed_rights_t {
+  public:
+    explicit narrowed_rights_t(const std::string &file) : before(umask(0)) {
+        struct stat status = {};
+        const bool known = file != standard_stream && stat(file.c_str(), &status) == 0;
+        umask(before | (known ? ~status.st_mode & 0777 : 0));
+    }
+    narrowed_rights_t(const narrowed_rights_t &) = delete;
+    narrowed_rights_t &operator=(const narrowed_rights_t &) = delete;
+    ~narrowed_rights_t() { umask(before); }
+
+  private:
+    const mode_t before;
+};
 
 // Writes the result where it belongs. Returns false when there was nothing to write.
 bool write_result(const task_t &task, const conversion_t &conversion) {
@@ -108,10 +133,12 @@ bool write_result(const task_t &task, const conversion_t &conversion) {
         if (!conversion.changes())
             return false;
         if (read_file(task.job.file) != *conversion.original)
-            throw run_error(task.job.file + " has changed during the conversion; nothing is written");
+            throw run_error(task.job.file +
+                            " has changed during the conversion; nothing is written");
         if (!task.backup.empty())
             make_backup(task.job.file, *conversion.original, task.backup);
     }
+    const narrowed_rights_t rights(task.job.file);
     replace(task.destination, *conversion.result);
     return true;
 }
@@ -122,14 +149,11 @@ std::string outcome(const task_t &task, const conversion_t &conversion, bool usa
                "made of it)";
     if (!written)
         return "nothing changes; the file is untouched";
-    std::string text = "written to " + (task.destination == standard_stream
-                                            ? std::string("standard output")
-                                            : task.destination);
-    if (!conversion.changes())
-        text += ", unchanged";
-    if (!task.backup.empty())
-        text += ", the original is kept in " + task.backup;
-    return text;
+    if (task.in_place())
+        return "converted" +
+               (task.backup.empty() ? "" : "; the original is kept in " + task.backup);
+    return std::string(conversion.changes() ? "converted" : "unchanged") + ", written to " +
+           (task.destination == standard_stream ? "standard output" : task.destination);
 }
 
 int run(const options_t &options) {

@@ -10,7 +10,8 @@ namespace infraconvert {
 namespace {
 
 void declare(CLI::App &arguments, options_t &options) {
-    arguments.add_option("RULE", options.rule, "Rule, such as IC-QOS-04; without it all are listed")
+    arguments
+        .add_option("RULE", options.rule, "Rule, such as IC-QOS-04; without it all are listed")
         ->type_name("");
     declare_json(arguments, options);
 }
@@ -28,8 +29,10 @@ std::string list(const std::vector<found_rule_t> &rules) {
     constexpr size_t id_width = 12;
     std::string text;
     for (const found_rule_t &found : rules)
-        text += padded(found.rule->id, id_width) + wrapped(std::string(found.service->title) + ": " +
-                                                           found.rule->plain_words, id_width) + '\n';
+        text +=
+            padded(found.rule->id, id_width) +
+            wrapped(std::string(found.service->title) + ": " + found.rule->plain_words, id_width) +
+            '\n';
     return text;
 }
 
@@ -48,8 +51,11 @@ std::string details(const found_rule_t &found) {
     for (const scope_t &scope : scope_of(*found.service, *found.rule))
         text += "  from   " + wrapped(joined(scope.from), indent) + "\n  to     " +
                 wrapped(joined(scope.to), indent) + "\n\n";
-    return text + wrapped("The rule was asked about " + joined(asked_releases()) +
-                          "; infraconvert plan tells about any other pair.", 0) + '\n';
+    return text +
+           wrapped("The rule was asked about " + joined(asked_releases()) +
+                       "; infraconvert plan tells about any other pair.",
+                   0) +
+           '\n';
 }
 
 int run(const options_t &options) {

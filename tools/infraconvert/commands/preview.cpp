@@ -9,7 +9,6 @@
 #include "unified.h"
 
 #include <algorithm>
-#include <set>
 
 namespace infraconvert {
 
@@ -23,32 +22,29 @@ void declare(CLI::App &arguments, options_t &options) {
         ->type_name("N");
     arguments
         .add_option("--label", options.labels,
-                    "Name in the head of the diff, for the original; given twice, also for the "
-                    "result")
+                    "Name of the original in the diff; given twice, also of the result")
         ->type_name("NAME")
-        ->expected(1)
+        ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    arguments.add_option("--color", options.color, "Colours: auto (on a terminal), always, never")
+    arguments
+        .add_option("--color", options.color, "Colours: auto (on a terminal), always or never")
         ->type_name("WHEN")
-        ->check(CLI::IsMember({"auto", "always", "never"}));
-    auto *explain = arguments.add_flag("--explain", options.explain,
-                                       "Name the rule behind each changed line in a margin");
-    auto *rollback = arguments.add_flag("--rollback", options.rollback,
-                                        "Convert there and back again, and show what differs then");
-    rollback->excludes(explain);
-    arguments.add_flag("--exit-code", options.exit_code,
-                       "Exit with 3 when something would change");
+        ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
+    arguments.add_flag("--explain", options.explain,
+                       "Name the rule behind each changed line in a margin");
+    arguments.add_flag("--rollback", options.rollback,
+                       "Convert there and back again, and show what differs then");
+    arguments.add_flag("--exit-code", options.exit_code, "Exit with 3 when something would change");
     arguments
         .add_option("--save-plan", options.save_plan,
                     "Save this conversion for infraconvert convert --plan")
-        ->type_name("FILE")
-        ->excludes(rollback);
+        ->type_name("FILE");
     declare_json(arguments, options);
     declare_logs(arguments, options);
     declare_path(arguments, options);
 }
 
-// A label may be given as two names of releases would: the release stands behind a tab, where patch
+// The name in the head of the diff. The state stands behind a tab, where patch expects a time and
 // does not take it for a part of the file's name.
 std::string label(const options_t &options, size_t number, const std::string &file,
                   const std::string &state) {
@@ -81,9 +77,12 @@ std::string diff_of(const options_t &options, const view_t &view, bool may_color
 std::string legend(const conversion_t &conversion) {
     std::string text;
     for (const step_t &step : conversion.steps) {
-        const std::string head = step.routing.ids() + "  " + step.service->title + ": ";
+        const std::string ids = step.routing.ids() + "  ";
         if (step.changes())
-            text += head + wrapped(step.routing.words(), head.size()) + '\n';
+            text += ids +
+                    wrapped(std::string(step.service->title) + ": " + step.routing.words(),
+                            ids.size()) +
+                    '\n';
     }
     return text.empty() ? "" : '\n' + text;
 }
@@ -102,6 +101,13 @@ int status_of(const options_t &options, bool failed, bool changes) {
     return options.exit_code && changes ? exit_would_change : exit_done;
 }
 
+void save_plan_of(const options_t &options, const job_t &job, const conversion_t &conversion) {
+    if (conversion.failed() && !options.keep_going)
+        return message("no plan is saved");
+    save_plan(plan_of(conversion, job.file, options.keep_going), options.save_plan);
+    message("the plan is saved in " + options.save_plan);
+}
+
 int preview(const options_t &options, const job_t &job) {
     const conversion_t conversion = run_job(job.request);
     const std::string name = shown_name(job.file);
@@ -112,10 +118,8 @@ int preview(const options_t &options, const job_t &job) {
         write_output(diff_of(options, view, true) + (options.explain ? legend(conversion) : ""));
     tell_summary(name, conversion);
     tell_outcome(name, conversion, options.keep_going);
-    if (!options.save_plan.empty() && (!conversion.failed() || options.keep_going))
-        save_plan(plan_of(conversion, job.file, options.keep_going), options.save_plan);
-    else if (!options.save_plan.empty())
-        message("no plan is saved");
+    if (!options.save_plan.empty())
+        save_plan_of(options, job, conversion);
     return status_of(options, conversion.failed(), conversion.changes());
 }
 
@@ -135,13 +139,14 @@ int rollback(const options_t &options, job_t job) {
     tell_summary(name, forward);
     if (forward.failed() && !options.keep_going) {
         tell_outcome(name, forward, false);
+        write_output(options.json ? preview_json({name, "", forward}) : "");
         return exit_failed;
     }
     job.request.text = forward.result;
     job.request.log_directory = logs.empty() ? "" : logs + "/back";
     std::swap(job.request.releases.from, job.request.releases.to);
     const conversion_t back = run_job(job.request);
-    tell_summary(name + ", converted", back);
+    tell_summary(name + ", back again", back);
 
     const conversion_t both = round_trip(forward, back);
     const view_t view = {both, job.file,
@@ -161,7 +166,12 @@ int rollback(const options_t &options, job_t job) {
 int run(const options_t &options) {
     if (options.labels.size() > 2)
         throw usage_error("--label may be given twice at most");
+    if (options.rollback && (options.explain || !options.save_plan.empty()))
+        throw usage_error("--rollback goes neither with --explain nor with --save-plan");
+    std::error_code ignored;
     const job_t job = read_job(options);
+    if (std::filesystem::equivalent(options.save_plan, job.file, ignored))
+        throw usage_error("--save-plan would overwrite the configuration");
     return options.rollback ? rollback(options, job) : preview(options, job);
 }
 

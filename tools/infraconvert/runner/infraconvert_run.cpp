@@ -1,10 +1,12 @@
 // infraconvert-run: one call of the installer, in a process of its own.
 //
 //     infraconvert-run --path DIR --logs DIR --from R --to R --service ID|all [--package NAME]
+//                      [--quiet]
 //
-// Converts DIR/ascii/system.cfg with the shared library. All logs are on and land in the directory
-// for the logs, together with the file "status": one line "UUID STATUS" for each service that ran,
-// both decimal. That file is written last, so it is there only when the call came back.
+// Converts DIR/ascii/system.cfg with the shared library. All logs are on, with --quiet all that can
+// be are off, and land in the directory for the logs, together with the file "status": one line
+// "UUID STATUS" for each service that ran, both decimal. That file is written last, so it is there
+// only when the call came back.
 //
 // Exit status: 0 the call came back, 2 it could not be made.
 
@@ -28,24 +30,24 @@ constexpr const char *front_log = "infra_convertascii.log";
 
 struct arguments_t {
     std::string path, logs, from, to, service, package = "infraconvert";
+    int quiet = 0;
 };
 
 arguments_t read_arguments(int argc, char **argv) {
     arguments_t arguments;
     std::string *const values[] = {&arguments.path, &arguments.logs,    &arguments.from,
                                    &arguments.to,   &arguments.service, &arguments.package};
-    const option options[] = {{"path", required_argument, nullptr, 0},
-                              {"logs", required_argument, nullptr, 0},
-                              {"from", required_argument, nullptr, 0},
-                              {"to", required_argument, nullptr, 0},
-                              {"service", required_argument, nullptr, 0},
-                              {"package", required_argument, nullptr, 0},
-                              {nullptr, 0, nullptr, 0}};
+    const option options[] = {
+        {"path", required_argument, nullptr, 0},     {"logs", required_argument, nullptr, 0},
+        {"from", required_argument, nullptr, 0},     {"to", required_argument, nullptr, 0},
+        {"service", required_argument, nullptr, 0},  {"package", required_argument, nullptr, 0},
+        {"quiet", no_argument, &arguments.quiet, 1}, {nullptr, 0, nullptr, 0}};
     int index = 0;
     for (int answer; (answer = getopt_long(argc, argv, "", options, &index)) != -1;) {
         if (answer != 0)
             throw std::invalid_argument("unknown argument");
-        *values[index] = optarg;
+        if (optarg)
+            *values[index] = optarg;
     }
     for (const std::string *value : values) {
         if (value->empty())
@@ -63,8 +65,8 @@ std::string absolute(const std::string &path) {
     return result;
 }
 
-void switch_logs_on() {
-    qosmgrcnv_debug = fcportsec_debug = npiv_debug = fwmcnv_debug = satcnv_debug = 1;
+void switch_logs(boolean on) {
+    qosmgrcnv_debug = fcportsec_debug = npiv_debug = fwmcnv_debug = satcnv_debug = on;
 }
 
 std::string status_line(uint32_t uuid, syserr_t status) {
@@ -90,9 +92,8 @@ std::string convert_all(const std::string &logs, const infraconvertascii_args_t 
         snprintf(failed, sizeof failed, "uuid = 0x%x returned error 0x", row->uuid);
         const size_t at = log.find(failed);
         const syserr_t status =
-            at == log.npos
-                ? 0
-                : static_cast<syserr_t>(strtoul(&log[at + strlen(failed)], nullptr, 16));
+            at == log.npos ? 0
+                           : static_cast<syserr_t>(strtoul(&log[at + strlen(failed)], nullptr, 16));
         statuses += status_line(row->uuid, status);
     }
     return statuses;
@@ -104,7 +105,7 @@ void run(const arguments_t &arguments) {
     if (chdir(arguments.path.c_str()) != 0)
         throw std::runtime_error(arguments.path + ": " + strerror(errno));
     redirect_logs_to(logs);
-    switch_logs_on();
+    switch_logs(arguments.quiet ? 0 : 1);
     libinfraconvertascii_init(0);
     const infraconvertascii_args_t args = {.path = ".",
                                            .pkg_name = arguments.package.c_str(),

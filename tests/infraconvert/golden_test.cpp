@@ -1,0 +1,85 @@
+// Over all golden conversions: patch with the preview's diff, the command, and the installer's own
+// call give the same bytes.
+
+#include "workspace.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using support::workspace_t;
+
+struct case_t {
+    fs::path folder;
+    std::string service, from, to;
+    bool fails;
+    std::string original, expected;
+};
+
+std::string contents(const workspace_t &here, const fs::path &file) {
+    return here.run_program({"cat", file}).out;
+}
+
+std::vector<case_t> all_cases(const workspace_t &here) {
+    std::vector<case_t> cases;
+    for (const auto &entry : fs::recursive_directory_iterator(GOLDEN_DIRECTORY)) {
+        if (entry.path().filename() != "in.cfg")
+            continue;
+        const fs::path folder = entry.path().parent_path();
+        const std::string pair = folder.parent_path().filename();
+        const size_t middle = pair.find("__");
+        const std::string original = contents(here, entry.path());
+        const bool changes = fs::exists(folder / "out.cfg");
+        cases.push_back({folder, folder.parent_path().parent_path().filename(),
+                         pair.substr(0, middle), pair.substr(middle + 2),
+                         fs::exists(folder / "fails"), original,
+                         changes ? contents(here, folder / "out.cfg") : original});
+    }
+    return cases;
+}
+
+TEST(Golden, PatchAndConvertGiveTheExpectedBytes) {
+    workspace_t here;
+    const auto cases = all_cases(here);
+    EXPECT_FALSE(cases.empty());
+    for (const case_t &c : cases) {
+        here.write("switch.cfg", c.original);
+        const auto preview = here.run(
+            {"preview", "--service", c.service, "--from", c.from, "--to", c.to, "switch.cfg"});
+        EXPECT_EQ(preview.status, c.fails ? 1 : 0) << c.folder << preview.err;
+        here.input = preview.out;
+        const auto patch = here.run_program({"patch", "--silent", "-p0"});
+        EXPECT_TRUE(patch.status == 0 || preview.out.empty()) << c.folder << patch.out;
+        EXPECT_EQ(here.read("switch.cfg"), c.expected) << c.folder;
+
+        here.write("switch.cfg", c.original);
+        const auto convert = here.run(
+            {"convert", "--service", c.service, "--from", c.from, "--to", c.to, "switch.cfg"});
+        EXPECT_EQ(convert.status, c.fails ? 1 : 0) << c.folder << convert.err;
+        EXPECT_EQ(here.read("switch.cfg"), c.expected) << c.folder;
+        EXPECT_EQ(here.names(), std::vector<std::string>{"switch.cfg"}) << c.folder;
+    }
+}
+
+TEST(Golden, TheInstallersCallForAllServicesGivesTheSame) {
+    workspace_t here;
+    for (const case_t &c : all_cases(here)) {
+        here.write("installed/ascii/system.cfg", c.original);
+        here.write("switch.cfg", c.original);
+        here.write("logs/x", "");
+        const auto call =
+            here.run_program({support::runner_path(), "--path", "installed", "--logs", "logs",
+                              "--from", c.from, "--to", c.to, "--service", "all"});
+        EXPECT_EQ(call.status, 0) << c.folder << call.err;
+        const auto convert =
+            here.run({"convert", "--keep-going", "--from", c.from, "--to", c.to, "switch.cfg"});
+        EXPECT_EQ(here.read("switch.cfg"), here.read("installed/ascii/system.cfg")) << c.folder;
+        const bool failed = here.read("logs/status").find("4294967295") != std::string::npos;
+        EXPECT_EQ(convert.status, failed ? 1 : 0) << c.folder << convert.err;
+        fs::remove_all(here.path("logs"));
+    }
+}
+
+} // namespace

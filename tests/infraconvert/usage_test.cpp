@@ -1,0 +1,184 @@
+// What the command answers before it converts anything: help, plans, rules, and every way to use
+// it wrongly.
+
+#include "workspace.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using arguments_t = std::vector<std::string>;
+using support::workspace_t;
+
+bool contains(const std::string &text, const std::string &wanted) {
+    return text.find(wanted) != text.npos;
+}
+
+const std::string nul(1, '\0');
+
+TEST(Usage, WrongArgumentsEndWithStatus2AndSayWhatToDo) {
+    workspace_t here;
+    here.write("switch.cfg", "npiv enable\n");
+    here.write("zero.cfg", "vlan 1\n  na" + nul + "me\n");
+    here.write("ff.cfg", "vlan 1\n\xFF");
+    here.write("empty.cfg", "");
+    here.write("taken.cfg", "npiv enable\n");
+    here.write("taken.cfg.bak", "older\n");
+    here.write("dir/readme", "");
+    const auto files = here.names();
+    const struct {
+        arguments_t arguments;
+        const char *message;
+    } rows[] = {
+        {{}, "Usage: infraconvert"},
+        {{"plam"}, "unknown command 'plam'; did you mean 'plan'?"},
+        {{"preview", "--fom", "4.1(2)", "switch.cfg"}, "'--fom'; did you mean '--from'?"},
+        {{"convert", "--backp=x", "switch.cfg"}, "'--backp'; did you mean '--backup'?"},
+        {{"plan"}, "missing --from RELEASE (accepted forms: 4.1(3)"},
+        {{"plan", "--from", "4.1(3)"}, "missing --to RELEASE"},
+        {{"plan", "--from"}, "--from"},
+        {{"plan", "--from", "4.1.3", "--to", "5.0(2)"}, "'4.1.3' is not a release"},
+        {{"plan", "--from", "4.1(3)", "--to", "next"}, "accepted forms: 4.1(3), 5.0(3)U2(1)"},
+        {{"plan", "--from", "4.1(3)", "--to", "5.0(2)", "--service", "npvi"},
+         "unknown service 'npvi'; did you mean 'npiv'?"},
+        {{"plan", "--from", "4.1(3)", "--to", "5.0(2)", "switch.cfg"}, "'switch.cfg'"},
+        {{"explain", "IC-NPIV-9"}, "unknown rule 'IC-NPIV-9'; did you mean 'IC-NPIV-0"},
+        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)"}, "missing PATH"},
+        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "none.cfg"},
+         "none.cfg: No such file or directory"},
+        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "dir"}, "dir/ascii/system.cfg: No such"},
+        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "a.cfg", "b.cfg"}, "'b.cfg'"},
+        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "--", "--json"}, "--json: No such file"},
+        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "empty.cfg"}, "configuration is empty"},
+        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "zero.cfg"},
+         "zero.cfg: a zero byte at line 2, column 5 (byte 11)"},
+        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "ff.cfg"},
+         "ff.cfg: a byte 0xFF at line 2, column 1 (byte 7)"},
+        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "--color", "blue", "switch.cfg"},
+         "blue"},
+        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "-U", "x", "switch.cfg"}, "--unified"},
+        {{"preview", "--from", "4.1(2)", "--to", "5.0(2)", "--rollback", "--explain", "switch.cfg"},
+         "--rollback goes neither with --explain"},
+        {{"preview", "--from", "4.1(2)", "--to", "5.0(2)", "--log-dir", "empty.cfg", "switch.cfg"},
+         "cannot keep the logs"},
+        {{"preview", "--from", "4.1(2)", "--to", "5.0(2)", "--save-plan", "no/p", "switch.cfg"},
+         "cannot save the plan"},
+        {{"preview", "--from", "4.1(2)", "--to", "5.0(2)", "--save-plan", "./switch.cfg",
+          "switch.cfg"},
+         "--save-plan would overwrite the configuration"},
+        {{"convert", "--plan", "switch.cfg"}, "switch.cfg: not a plan"},
+        {{"convert", "--plan", "none.json"}, "none.json: No such file"},
+        {{"convert", "--plan", "p", "--from", "4.1(2)", "switch.cfg"}, "--plan brings --from"},
+        {{"convert", "--from", "4.1(2)", "--to", "5.0(2)", "--backup", "-o", "x", "switch.cfg"},
+         "--backup goes with a conversion in place only"},
+        {{"convert", "--from", "4.1(2)", "--to", "5.0(2)", "--backup", "taken.cfg"},
+         "taken.cfg.bak exists already"},
+        {{"convert", "--from", "4.1(2)", "--to", "5.0(2)", "--json", "-"},
+         "--json needs standard output"},
+    };
+    for (const auto &row : rows) {
+        const auto result = here.run(row.arguments);
+        EXPECT_EQ(result.status, 2) << row.message << '\n' << result.err;
+        EXPECT_TRUE(contains(result.err, row.message)) << row.message << '\n' << result.err;
+        EXPECT_TRUE(row.arguments.empty() || result.err.starts_with("infraconvert: "))
+            << result.err;
+        EXPECT_TRUE(result.out.empty() || contains(row.message, "the plan") ||
+                    contains(row.message, "--json needs"))
+            << result.out;
+        EXPECT_EQ(here.names(), files) << row.message;
+    }
+    EXPECT_EQ(here.read("switch.cfg"), "npiv enable\n");
+    EXPECT_EQ(here.read("taken.cfg"), "npiv enable\n");
+}
+
+TEST(Usage, HelpLeadsWithExamples) {
+    const workspace_t here;
+    for (const char *command : {"", "plan", "preview", "convert", "explain"}) {
+        const auto result = here.run(*command ? arguments_t{command, "--help"} : arguments_t{"-h"});
+        EXPECT_EQ(result.status, 0);
+        const size_t example = result.out.find("  infraconvert " + std::string(command));
+        EXPECT_LT(example, result.out.find("Usage: infraconvert")) << result.out;
+        EXPECT_EQ(result.err, "");
+    }
+    EXPECT_TRUE(here.run({"--version"}).out.starts_with("infraconvert 1."));
+}
+
+TEST(Usage, OddReleasesAreToldButTaken) {
+    workspace_t here;
+    here.write("switch.cfg", "!Command\nversion 4.0(1a)\nnpiv enable\n");
+    const auto half = here.run({"plan", "--from", "4.1(3)K2", "--to", "5.0(2)"});
+    EXPECT_EQ(half.status, 0);
+    EXPECT_TRUE(contains(half.err, "warning: --from: '4.1(3)K2' is an unusual release"));
+    const auto other =
+        here.run({"preview", "--from", "4.1(2)", "--to", "4.1(3)K2(1)", "switch.cfg"});
+    EXPECT_EQ(other.status, 0);
+    EXPECT_TRUE(contains(other.err, "release 4.0(1a) wrote it, not 4.1(2)")) << other.err;
+    const auto right = here.run({"preview", "--from", "4.0(1)", "--to", "4.1(2)", "switch.cfg"});
+    EXPECT_FALSE(contains(right.err, "warning")) << right.err;
+}
+
+// Each pair with the rule of each service in the order in which they run.
+TEST(Plan, NamesTheRuleOfEachService) {
+    const workspace_t here;
+    const struct {
+        const char *from, *to;
+        arguments_t rules;
+    } rows[] = {
+        {"4.0(1)", "4.1(3)", {"IC-QOS-04", "-", "-", "-", "-", "-"}},
+        {"4.1(2)",
+         "5.0(3)",
+         {"IC-QOS-04", "IC-FCPS-01", "IC-NPIV-01", "-", "IC-VLAN-01", "IC-FEX-01"}},
+        {"4.1(3)K1(1)", "4.1(3)K2(1)", {"-", "IC-FCPS-01", "-", "-", "-", "-"}},
+        {"4.2(1)", "4.1(3)K1(1)", {"IC-QOS-01", "IC-FCPS-02", "-", "IC-MAC-01", "-", "-"}},
+        {"5.0(2)", "4.0(1)", {"IC-QOS-02", "IC-FCPS-03", "IC-NPIV-02", "-", "-", "-"}},
+        {"5.0(3)U2(1)", "5.0(3)U1(1)", {"IC-QOS-05", "-", "-", "-", "-", "-"}},
+        {"5.0(2)", "5.0(2)", {"-", "-", "-", "-", "-", "-"}},
+    };
+    const arguments_t names = {"qos", "fcportsec", "npiv", "fwm", "assoc", "satmgr"};
+    for (const auto &row : rows) {
+        const auto result = here.run({"plan", "--from", row.from, "--to", row.to});
+        EXPECT_EQ(result.status, 0) << result.err;
+        size_t line = 0;
+        for (size_t i = 0; i < names.size(); i++) {
+            const size_t next = result.out.find('\n' + names[i] + ' ', line);
+            ASSERT_NE(next, std::string::npos) << result.out;
+            const size_t rule = result.out.find_first_not_of(' ', next + names[i].size() + 1);
+            EXPECT_EQ(result.out.substr(rule, row.rules[i].size() + 1), row.rules[i] + ' ')
+                << row.from << " to " << row.to << '\n'
+                << result.out;
+            line = next;
+        }
+    }
+}
+
+TEST(Plan, TakesServicesByAnyOfTheirNames) {
+    const workspace_t here;
+    const auto plan = [&](const arguments_t &services) {
+        arguments_t arguments = {"plan", "--from", "4.1(2)", "--to", "5.0(3)"};
+        for (const std::string &service : services)
+            arguments.insert(arguments.end(), {"--service", service});
+        return here.run(arguments).out;
+    };
+    const std::string expected = plan({"qos", "npiv"});
+    EXPECT_TRUE(contains(expected, "\nnpiv") && !contains(expected, "\nfwm")) << expected;
+    EXPECT_EQ(plan({"npiv,qos"}), expected);
+    EXPECT_EQ(plan({"649", "SRVUUID_IPQOS_MGR"}), expected);
+    EXPECT_EQ(plan({"npiv", "all"}), plan({}));
+}
+
+TEST(Explain, TellsWhatARuleDoesAndWhenItApplies) {
+    const workspace_t here;
+    const auto one = here.run({"explain", "ic-npiv-02"});
+    EXPECT_EQ(one.status, 0);
+    EXPECT_TRUE(contains(one.out, "turns every \"feature npiv\" back into \"npiv enable\""));
+    EXPECT_TRUE(contains(one.out, "  from   4.1(3)K2(1) 4.2(1) "
+                                  "5.0(1) 5.0(2) 5.0(3) 5.0(3)U1(1) 5.0(3)U2(1) 5.1(1) 6.0(1)\n"
+                                  "  to     3.1(1) 4.0(1) 4.1(2)\n"))
+        << one.out;
+    const auto all = here.run({"explain"});
+    for (const char *id : {"IC-QOS-01", "IC-QOS-05", "IC-FCPS-03", "IC-NPIV-01", "IC-MAC-01",
+                           "IC-VLAN-01", "IC-FEX-01"})
+        EXPECT_TRUE(contains(all.out, id)) << id;
+}
+
+} // namespace
