@@ -1,0 +1,79 @@
+#!/usr/bin/env python3
+"""Compares the examples of docs/conversions.md with what infraconvert really does.
+
+A comment in front of an example says what it is:
+    <!-- convert SERVICE FROM TO -->    a block with the configuration before, and one after
+    <!-- unchanged SERVICE FROM TO -->  a block with a configuration that stays as it is
+    <!-- fails SERVICE FROM TO -->      a block with a configuration, and one with the failure
+    <!-- pairs SERVICE -->              a table of source release, target release and rule
+
+usage: examples.py [--write] INFRACONVERT DOCUMENT
+With --write the document is brought up to date instead.
+"""
+import difflib
+import json
+import re
+import subprocess
+import sys
+
+EXAMPLE = re.compile(r'<!-- (convert|unchanged|fails) (\S+) (\S+) (\S+) -->\n+```\n(.*?)```\n'
+                     r'(?:\n[^`\n]+\n\n```\n(.*?)```\n)?', re.S)
+PAIRS = re.compile(r'<!-- pairs (\S+) -->\n\n(?:\|.*\n){2}((?:\|.*\n)+)')
+
+
+def call(infraconvert, command, service, source, target, *more, text=None):
+    done = subprocess.run(
+        [infraconvert, command, '--service', service, '--from', source, '--to', target, *more],
+        input=text, capture_output=True, text=True, timeout=60)
+    return done.returncode, done.stdout
+
+
+def failure(infraconvert, service, source, target, text):
+    _, report = call(infraconvert, 'preview', service, source, target, '--json', '-', text=text)
+    told = json.loads(report)['services'][0]['failure']
+    places = [f"line {line['number']}: {line['text']}\n" for line in told['lines']]
+    return ''.join([told['reason'] + '\n', *places])
+
+
+def example_as_it_is(infraconvert, example):
+    kind, service, source, target, before, shown = example.groups()
+    status, after = call(infraconvert, 'convert', service, source, target, '-', text=before)
+    if (status != 0) != (kind == 'fails'):
+        sys.exit(f'{example[0]}\nends with status {status}')
+    if kind == 'fails':
+        after = failure(infraconvert, service, source, target, before)
+    if (after == before) != (kind == 'unchanged'):
+        sys.exit(f'{example[0]}\nis {kind}, but comes out as\n{after}')
+    if kind == 'unchanged':
+        return example[0]
+    start, end = example.span(6)[0] - example.start(), example.span(6)[1] - example.start()
+    return example[0][:start] + after + example[0][end:]
+
+
+def pairs_as_they_are(infraconvert, table):
+    text = table[0][:table.start(2) - table.start()]
+    for row in table[2].splitlines():
+        source, target = (cell.strip() for cell in row.split('|')[1:3])
+        _, plan = call(infraconvert, 'plan', table[1], source, target, '--json')
+        rules = json.loads(plan)['services'][0]['rules']
+        text += f"| {source} | {target} | {', '.join(rule['id'] for rule in rules) or 'none'} |\n"
+    return text
+
+
+def main():
+    infraconvert, document = sys.argv[-2:]
+    with open(document) as file:
+        text = file.read()
+    if len(EXAMPLE.findall(text)) + len(PAIRS.findall(text)) != text.count('\n<!-- '):
+        sys.exit(f'{document}: a comment is not followed by what it announces')
+    actual = EXAMPLE.sub(lambda example: example_as_it_is(infraconvert, example), text)
+    actual = PAIRS.sub(lambda table: pairs_as_they_are(infraconvert, table), actual)
+    if '--write' in sys.argv:
+        with open(document, 'w') as file:
+            file.write(actual)
+    elif actual != text:
+        sys.exit('\n'.join(difflib.unified_diff(text.splitlines(), actual.splitlines(), document,
+                                                'what infraconvert does', lineterm='')))
+
+
+main()
