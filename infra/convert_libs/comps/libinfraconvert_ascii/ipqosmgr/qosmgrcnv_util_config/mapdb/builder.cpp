@@ -1,6 +1,9 @@
+// The walk through policy-maps, classes and actions that both forms have in common.
+
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/builder.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 
 bool qoscnv_read_map_name(const char *pass, position keyword, const char *pattern,
@@ -16,7 +19,10 @@ bool qoscnv_read_map_name(const char *pass, position keyword, const char *patter
     return true;
 }
 
-policymap_elem_t *qoscnv_policymap_named(const char *pass, const std::string &name) {
+namespace {
+
+// The policy-map record `name`, made and appended when there is none. Null without memory.
+policymap_elem_t *policymap_named(const char *pass, const std::string &name) {
     policymap_elem_t *pmap = qoscnv_find_policymap(name);
     if (pmap)
         return pmap;
@@ -26,8 +32,15 @@ policymap_elem_t *qoscnv_policymap_named(const char *pass, const std::string &na
     return pmap;
 }
 
-class_elem_t *qoscnv_append_class(const char *pass, policymap_elem_t &pmap,
-                                  const std::string &name) {
+} // namespace
+
+bool policymap_builder_t::give_up(const char *message) const {
+    engine::log(qoscnv_engine, pass, "%s; aborting\n", message);
+    return false;
+}
+
+class_elem_t *policymap_builder_t::append_class(policymap_elem_t &pmap,
+                                                std::string_view name) const {
     class_elem_t *cls = qoscnv_new_class(pass, name);
     if (cls)
         pmap.classes.append(cls);
@@ -37,13 +50,81 @@ class_elem_t *qoscnv_append_class(const char *pass, policymap_elem_t &pmap,
     return cls;
 }
 
-actions_elem_t *qoscnv_new_classified_action(const char *pass, const std::string &line) {
+bool policymap_builder_t::build(position &cp) {
+    engine::log(qoscnv_engine, pass, "found policy-map at byte %d\n", static_cast<int>(cp));
+    std::string name;
+    if (!read_map_name(cp, name))
+        return false;
+    engine::log(qoscnv_engine, pass, "found policy-map name %s\n", name.c_str());
+    cp = qoscnv_line_after(cp);
+    if (qoscnv_nextstanza(cp)) // without a body it is not recorded
+        return true;
+    policymap_elem_t *pmap = policymap_named(pass, name);
+    if (!pmap)
+        return false;
+    while (qoscnv_in_body(cp)) {
+        if (!build_class(*pmap, cp))
+            return false;
+    }
+    return true;
+}
+
+// Reads the class at `cp`, which moves behind its actions.
+bool policymap_builder_t::build_class(policymap_elem_t &pmap, position &cp) {
+    const std::string line = qoscnv_linebuf(cp);
+    if (!qoscnv_body_line_fits(pass, cp))
+        return false;
+    if (!qoscnv_is_class_line(line)) {
+        engine::log(qoscnv_engine, pass, "Unexpected text: %s\n", line.c_str());
+        return false;
+    }
+    engine::log(qoscnv_engine, pass, "\tfound class: %s\n", line.c_str());
+    std::string name;
+    if (!read_class_name(line, name))
+        return false;
+    class_elem_t *cls = qoscnv_lookup(pmap.classes, name);
+    if (!cls)
+        cls = append_class(pmap, name);
+    if (!cls)
+        return false;
+    cp = qoscnv_line_after(cp);
+    return build_actions(pmap, *cls, cp);
+}
+
+// Reads the actions at `cp`, which moves to the next class or behind the body.
+bool policymap_builder_t::build_actions(policymap_elem_t &pmap, class_elem_t &cls, position &cp) {
+    for (; qoscnv_in_body(cp); cp = qoscnv_line_after(cp)) {
+        const std::string line = qoscnv_linebuf(cp);
+        if (line.empty())
+            continue;
+        if (!qoscnv_body_line_fits(pass, cp))
+            return false;
+        if (scan_words(line, qoscnv_class_pattern).count == 1) {
+            engine::log(qoscnv_engine, pass, "hit next class\n");
+            return true;
+        }
+        if (!add_action(pmap, cls, line))
+            return false;
+    }
+    return true;
+}
+
+bool policymap_builder_t::add_action(policymap_elem_t &pmap, class_elem_t &cls,
+                                     const std::string &line) {
     engine::log(qoscnv_engine, pass, "\tfound action: %s\n", line.c_str());
     actions_elem_t *action = qoscnv_new_action(pass, line + '\n');
-    if (action)
-        action->type = qoscnv_convert_action_to_pmap_type(action->action);
-    else
+    if (!action) {
         engine::log(qoscnv_engine, pass, "could not allocate memory for action: %s\n",
                     strerror(errno));
-    return action;
+        return false;
+    }
+    action->type = qoscnv_convert_action_to_pmap_type(action->action);
+    pmap.type |= action->type;
+    class_elem_t *taker = class_for(pmap, cls, action->type);
+    if (!taker) {
+        free(action);
+        return false;
+    }
+    taker->class_actions.append(action);
+    return true;
 }

@@ -8,13 +8,37 @@
 bool qoscnv_read_map_name(const char *pass, position keyword, const char *pattern,
                           std::string &name);
 
-// The policy-map record `name`, made and appended when there is none. Null without memory.
-policymap_elem_t *qoscnv_policymap_named(const char *pass, const std::string &name);
+// Pattern of a class line without a type.
+constexpr const char *qoscnv_class_pattern = "  class %s\n";
 
-// Makes a class record and appends it to `pmap`. Null, with a message, without memory.
-class_elem_t *qoscnv_append_class(const char *pass, policymap_elem_t &pmap,
-                                  const std::string &name);
+// Reads policy-maps of one form into the database. The forms differ in how a line names its
+// policy-map or class, and in which class record takes an action.
+class policymap_builder_t {
+  public:
+    // Reads the policy-map whose keyword stands at `cp`, which moves behind its body. Returns
+    // false, mostly with a message.
+    bool build(position &cp);
 
-// Makes the record of the action line `line` and classifies it. The caller puts it into a class.
-// Null, with a message, without memory.
-actions_elem_t *qoscnv_new_classified_action(const char *pass, const std::string &line);
+  protected:
+    explicit policymap_builder_t(const char *name_of_pass) : pass(name_of_pass) {}
+    ~policymap_builder_t() = default;
+
+    // Logs that the builder gives up. Returns false.
+    bool give_up(const char *message) const;
+    // Makes a class record and appends it to `pmap`. Null, with a message, without memory.
+    class_elem_t *append_class(policymap_elem_t &pmap, std::string_view name) const;
+
+    const char *const pass;
+
+  private:
+    // Read a name; false with a message.
+    virtual bool read_map_name(position keyword, std::string &name) = 0;
+    virtual bool read_class_name(const std::string &line, std::string &name) = 0;
+    // The class record that takes an action of `type` below the class line of `cls`, with its type
+    // adapted. Null with a message.
+    virtual class_elem_t *class_for(policymap_elem_t &pmap, class_elem_t &cls, uint8_t type) = 0;
+
+    bool build_class(policymap_elem_t &pmap, position &cp);
+    bool build_actions(policymap_elem_t &pmap, class_elem_t &cls, position &cp);
+    bool add_action(policymap_elem_t &pmap, class_elem_t &cls, const std::string &line);
+};
