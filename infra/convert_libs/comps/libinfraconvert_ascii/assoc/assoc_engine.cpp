@@ -40,7 +40,8 @@ assoc_line_t assoc_getline(engine::position from) {
         start++;
     if (text.at(start) == '\0')
         return {.text = "", .newlines_in_front = start - from, .length = 0, .found = false};
-    std::string line;
+    std::string line = text.line(start, longest_line);
+    // A zero byte ends what is shown of the line, not the line.
     while (start + line.size() <= text.size() && line.size() < longest_line) {
         const char c = text.at(start + static_cast<uint32_t>(line.size()));
         if (c == '\n')

@@ -48,7 +48,7 @@ class text_t {
     // Makes room for a file of `file_size` bytes that may grow to `capacity`, its marker and a zero
     // byte included. holds_memory() tells whether there was memory for the file. The edited pieces
     // are `piece_length` to twice as long.
-    text_t(uint32_t file_size, uint32_t capacity, uint32_t piece_length = 4096);
+    text_t(uint32_t file_size, uint32_t capacity, uint32_t piece_length = 2048);
 
     bool holds_memory() const { return memory_of_file != nullptr; }
     // Address of the memory, for traces and for the load.

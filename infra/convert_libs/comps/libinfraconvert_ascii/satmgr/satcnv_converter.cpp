@@ -27,7 +27,8 @@ position satcnv_file_end_offset() { return satcnv_engine.text->size(); }
 // The line at `from`, up to a newline or an end marker, at most `size` - 1 bytes, and a newline.
 std::string satcnv_getline(position from, uint32_t size) {
     std::string line = satcnv_engine.text->copy(from, size - 1);
-    line.resize(std::min(line.size(), line.find_first_of("\n\xFF")));
+    const auto ends_line = [](char c) { return c == '\n' || c == engine::end_marker; };
+    line.erase(std::find_if(line.begin(), line.end(), ends_line), line.end());
     return line + '\n';
 }
 
