@@ -167,7 +167,7 @@ bool operate(model_t &model, uint8_t which, uint8_t where, uint8_t argument) {
         return true;
     default: {
         const position first = model.find("\na", 0);
-        fuzz::claim(file_start_section(e, "fuzz", {"\na", "ab"}) ==
+        fuzz::claim(file_start_section(e, "file_start_section", "fuzz", {"\na", "ab"}) ==
                         (first == nowhere ? model.find("ab", 0) : first),
                     "the section is found");
         return true;
