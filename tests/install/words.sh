@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Every command and option that the help of infraconvert shows stands in the completions and in the
-# man page.
+# Every command and option that the help of infraconvert shows, and every service, stands in the
+# completions and in the man page.
 #
 # usage: words.sh INFRACONVERT SOURCE_DIRECTORY
 set -euo pipefail
@@ -38,5 +38,10 @@ for option in $("$infraconvert" --help | options); do check "$option"; done
 for command in $commands; do
   check "$command"
   for option in $("$infraconvert" "$command" --help | options); do check "$command" "$option"; done
+done
+for service in $("$infraconvert" plan --from '4.1(2)' --to '4.1(3)' | awk 'NR > 1 { print $1 }'); do
+  offered plan --service "$service" | grep -qx "$service" || missing "bash completion" "$service"
+  grep -qE "\(all .*\<$service\>" <<<"$zsh_completion" || missing "zsh completion" "$service"
+  grep -qE "^\.BR? $service\>" <<<"$man_page" || missing "man page" "$service"
 done
 exit $status
