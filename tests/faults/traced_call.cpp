@@ -1,5 +1,7 @@
 #include "traced_call.h"
 
+#include "support/converter_process.h"
+
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -130,13 +132,20 @@ traced_t traced(const std::function<int()> &call,
         dup2(nothing, STDOUT_FILENO);
         dup2(nothing, STDERR_FILENO);
         raise(SIGSTOP);
-        _exit(call() & 0xFF);
+        const int status = call();
+        raise(SIGSTOP);
+        support::leave_process(status & 0xFF);
     }
     traced_t result;
     int stop = 0;
     waitpid(process, &stop, 0);
     ptrace(PTRACE_SETOPTIONS, process, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
     while (run_to_stop(process, stop)) {
+        if (WSTOPSIG(stop) == SIGSTOP) { // the call came back
+            ptrace(PTRACE_DETACH, process, nullptr, nullptr);
+            waitpid(process, &stop, 0);
+            break;
+        }
         if (WSTOPSIG(stop) != at_system_call) { // a signal of its own: let it die of it
             kill(process, SIGKILL);
             continue;

@@ -71,6 +71,14 @@ temporary_directory::~temporary_directory() {
     std::filesystem::remove_all(name, ignored);
 }
 
+void leave_process(int status) {
+#ifdef INFRACONVERT_COVERAGE
+    exit(status);
+#else
+    _exit(status);
+#endif
+}
+
 void lead_logs_to(const std::string &directory) { log_directory = directory; }
 
 outcome_t run_in_process(const std::function<int()> &call, bool logs_open) {
@@ -86,7 +94,7 @@ outcome_t run_in_process(const std::function<int()> &call, bool logs_open) {
         logs_fail_to_open = !logs_open;
         const int status = call();
         fflush(nullptr);
-        _exit(status & 0xFF);
+        leave_process(status & 0xFF);
     }
     int ended = 0;
     waitpid(child, &ended, 0);

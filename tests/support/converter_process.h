@@ -18,6 +18,10 @@ struct outcome_t {
 // Runs `call` in a child process. `logs_open` false makes every log fail to open.
 outcome_t run_in_process(const std::function<int()> &call, bool logs_open = true);
 
+// Ends a forked process. Nothing of the program that forked it is run, but that coverage counters
+// are kept where there are any.
+[[noreturn]] void leave_process(int status);
+
 // Leads the logs of this process, and of those that it forks, into `directory`.
 void lead_logs_to(const std::string &directory);
 
