@@ -83,6 +83,16 @@ class text_test : public testing::TestWithParam<uint32_t> {
     // Edits gather around a place that moves now and then, as those of the passes do.
     void edit() {
         place = below(8) == 0 ? below(plain.size() + 3) : place + below(4);
+        if (below(4) == 0 && !odd_bytes) {
+            const std::string put = some_bytes(below(6));
+            const uint32_t length =
+                std::min(below(6), plain.size() - std::min(place, plain.size()));
+            if (place + length > plain.size() || !plain.has_room(place, 6))
+                return;
+            text->replace(place, length, put);
+            plain.bytes.replace(place, length, put);
+            return;
+        }
         if (below(2) == 0) {
             const uint32_t length = below(20) == 0 ? below(60) : below(6);
             text->erase(place, length);

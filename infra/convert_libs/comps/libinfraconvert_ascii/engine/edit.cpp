@@ -26,15 +26,17 @@ void erase(engine_t &e, position from, uint32_t size) {
     tell_watchers(e, {from, size_before - e.text->size(), 0});
 }
 
-// Inserts, or refuses with a message.
+bool refuse(engine_t &e, uint32_t size) {
+    e.edit_refused = true;
+    log_operation(e, "insert_text", "refusing to insert text of length %d\n",
+                  static_cast<int>(size));
+    return false;
+}
+
 bool insert(engine_t &e, position from, std::string_view text) {
     const auto size = static_cast<uint32_t>(text.size());
-    if (!e.text->has_room(from, size) || text.find(end_marker) != text.npos) {
-        e.edit_refused = true;
-        log_operation(e, "insert_text", "refusing to insert text of length %d\n",
-                      static_cast<int>(size));
-        return false;
-    }
+    if (!e.text->has_room(from, size) || text.find(end_marker) != text.npos)
+        return refuse(e, size);
     e.text->insert(from, text);
     tell_watchers(e, {from, 0, size});
     return true;
@@ -69,6 +71,20 @@ bool insert_text(engine_t &e, position from, std::string_view text) {
     if (e.traces_edits)
         log_operation(e, "insert_text", "inserting text of length %d\n",
                       static_cast<int>(text.size()));
+    return true;
+}
+
+bool replace_text(engine_t &e, position from, uint32_t size, std::string_view text) {
+    const auto inserted = static_cast<uint32_t>(text.size());
+    if (e.traces_edits)
+        log_operation(e, "delete_text", "deleting text of length %d\n", static_cast<int>(size));
+    if (inserted > size && !e.text->has_room(from, inserted - size))
+        return refuse(e, inserted);
+    e.text->replace(from, size, text);
+    tell_watchers(e, {from, size, inserted});
+    if (e.traces_edits)
+        log_operation(e, "insert_text", "inserting text of length %d\n",
+                      static_cast<int>(inserted));
     return true;
 }
 
@@ -123,10 +139,9 @@ syserr_t replace_all(engine_t &e, const char *function, const replacement_t &rep
     for (position at = 0; (at = find(e, wanted, at)) != nowhere;
          at += static_cast<uint32_t>(put.size())) {
         log(e, function, "%s %d\n", replacement.found, static_cast<int>(at));
-        erase(e, at, static_cast<uint32_t>(wanted.size()));
         if (replacement.deleted)
             log(e, function, "%s %d\n", replacement.deleted, static_cast<int>(at));
-        if (!insert(e, at, put))
+        if (!replace_text(e, at, static_cast<uint32_t>(wanted.size()), put))
             return failure;
     }
     return 0;

@@ -270,4 +270,20 @@ void text_t::insert(position at, std::string_view inserted) {
     }
 }
 
+// What both have in common in length is overwritten, so that nothing moves for it.
+void text_t::replace(position at, uint32_t length, std::string_view put) {
+    while (length > 0 && !put.empty()) {
+        const size_t i = piece_at(at);
+        const uint32_t skipped = at - start(i);
+        const uint32_t count =
+            std::min({length, pieces[i].length - skipped, static_cast<uint32_t>(put.size())});
+        memcpy(pieces[i].bytes + skipped, put.data(), count);
+        at += count;
+        length -= count;
+        put.remove_prefix(count);
+    }
+    erase(at, length);
+    insert(at, put);
+}
+
 } // namespace engine

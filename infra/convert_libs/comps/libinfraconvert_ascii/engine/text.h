@@ -86,6 +86,9 @@ class text_t {
     bool has_room(position at, uint32_t length) const;
     // Inserts where there is room.
     void insert(position at, std::string_view inserted);
+    // Puts `put` in the place of the `length` bytes at `at`, which lie in the text. There is room
+    // for it, and neither holds a zero byte.
+    void replace(position at, uint32_t length, std::string_view put);
 
   private:
     struct piece_t {

@@ -21,8 +21,7 @@ syserr_t fwmcnv_build_macaddr_tbl_config_downgrade_to_le_4_1_3() {
     while ((found = fwmcnv_find(new_line_start, found)) != nowhere) {
         const position line = found + newline_length;
         fwmcnv_log("found mac address table entry  at byte %d\n", static_cast<int>(line));
-        fwmcnv_delete_text(line, new_command_length);
-        if (!fwmcnv_insert_text(line, old_command))
+        if (!fwmcnv_replace_text(line, new_command_length, old_command))
             return engine::failure;
         found = line;
     }

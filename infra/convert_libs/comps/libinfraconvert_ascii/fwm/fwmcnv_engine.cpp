@@ -34,6 +34,9 @@ void fwmcnv_delete_text(engine::position from, uint32_t size) {
 bool fwmcnv_insert_text(engine::position from, std::string_view text) {
     return engine::insert_text(fwmcnv_engine, from, text);
 }
+bool fwmcnv_replace_text(engine::position from, uint32_t size, std::string_view text) {
+    return engine::replace_text(fwmcnv_engine, from, size, text);
+}
 syserr_t fwmcnv_remove_regexp(const char *substr, uint32_t extra_before_chars,
                               uint32_t extra_after_chars) {
     return engine::remove_regexp(fwmcnv_engine, substr, extra_before_chars, extra_after_chars);

@@ -18,6 +18,7 @@ void fwmcnv_print_ascii_file();
 
 void fwmcnv_delete_text(engine::position from, uint32_t size);
 [[nodiscard]] bool fwmcnv_insert_text(engine::position from, std::string_view text);
+[[nodiscard]] bool fwmcnv_replace_text(engine::position from, uint32_t size, std::string_view text);
 syserr_t fwmcnv_remove_regexp(const char *substr, uint32_t extra_before_chars,
                               uint32_t extra_after_chars);
 syserr_t fwmcnv_remove_substring(const char *substr);
