@@ -63,6 +63,9 @@ constexpr service_t known_services[] = {
                                "satcnv.log"),
 };
 
+// A converter that is registered and has no row here would run unseen.
+static_assert(std::size(known_services) + 1 == INFRA_CONVERTASCII_STARTUP_ROWS);
+
 std::vector<service_t> in_registry_order() {
     std::vector<service_t> result;
     for (const auto *row = infra_convertascii_startup_table; row->fn; row++) {

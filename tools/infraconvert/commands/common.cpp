@@ -12,9 +12,10 @@ void declare_releases(CLI::App &arguments, options_t &options) {
 }
 
 void declare_services(CLI::App &arguments, options_t &options) {
-    arguments
-        .add_option("--service", options.services,
-                    "Only this service: qos, fcportsec, npiv, fwm, assoc, satmgr")
+    std::string names;
+    for (const service_t &service : services())
+        names += (names.empty() ? "" : ", ") + std::string(service.name);
+    arguments.add_option("--service", options.services, "Only this service: " + names)
         ->type_name("NAME|all")
         ->delimiter(',')
         ->allow_extra_args(false)
