@@ -250,10 +250,13 @@ bool comes_too_late(const system_call_t &call) {
 TEST(faults, each_system_call_fails_once) {
     counts_t injected;
     std::set<const message_t *> seen;
+    std::set<std::string> synced;
     for (const example_t &example : examples) {
         conversion_t c(example);
         for_each_fault(c, false, [&](const fault_t &fault) {
             injected.add(fault.failed.kind);
+            if (fault.failed.kind == "fsync")
+                synced.insert(is_beside(fault.failed.file) ? "beside" : fault.failed.file);
             ASSERT_FALSE(c.result.crashed);
             EXPECT_TRUE(c.keeps_attributes());
             EXPECT_EQ(c.beside(), std::set<std::string>());
@@ -279,6 +282,7 @@ TEST(faults, each_system_call_fails_once) {
     for (const auto &[kind, answers] : errors)
         EXPECT_GT(injected.of(kind), 0) << kind;
     EXPECT_EQ(seen.size(), std::size(messages));
+    EXPECT_EQ(synced, (std::set<std::string>{"beside", "ascii", configuration_file}));
 }
 
 TEST(faults, each_system_call_and_all_later_ones_fail) {
