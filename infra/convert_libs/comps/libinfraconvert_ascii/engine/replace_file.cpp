@@ -92,6 +92,11 @@ bool copy_attributes(int from, int to) {
     return true;
 }
 
+// True when the target's name cannot be given to another file.
+bool is_refused_rename(int error) {
+    return error == EBUSY || error == EXDEV || error == EPERM || error == EACCES;
+}
+
 } // namespace
 
 // An interrupted close has closed: everything was synced before, so nothing is lost with it.
@@ -245,7 +250,7 @@ bool replace_file_t::commit() {
     if (!sync(beside.descriptor) || !beside.close())
         return false;
     if (!rename_over_target())
-        return (errno == EBUSY || errno == EXDEV) && copy_in_place();
+        return is_refused_rename(errno) && copy_in_place();
     return sync(directory.descriptor) || errno == EINVAL || errno == EBADF;
 }
 

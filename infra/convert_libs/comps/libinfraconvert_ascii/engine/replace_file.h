@@ -11,7 +11,8 @@
 //   - it has more than one hard link, or is not a regular file;
 //   - its directory cannot be opened, or no file can be made there;
 //   - its owner, mode, access list or an extended attribute cannot be given to another file;
-//   - the rename answers EBUSY or EXDEV, as for a file that is a mount point of its own.
+//   - the rename is refused, as for a file that is a mount point of its own, or in a directory that
+//     only takes new names (where the file beside it then stays).
 // Room for the new contents is reserved first where the file system can, and a failure puts the old
 // contents back. What can tear a target that is written in place is a kill, a power cut, or a
 // failure that also meets the attempt to put them back.

@@ -47,7 +47,8 @@ typedef struct convertascii_ret_value {
 } convertascii_ret_value_t;
 
 /* Starts one converter. Returns 0 when the file was saved or nothing applies, -1 otherwise; the
- * file on disk is then as it was. */
+ * file on disk is then as it was, unless the save itself failed where the file cannot be replaced
+ * as a whole, or in its very last step, the sync of the directory. */
 typedef syserr_t (*convertascii_startup_fn)(const char *path, const char *pkg_name,
                                             const char *to_pkg_version,
                                             const char *from_pkg_version);
