@@ -1,26 +1,15 @@
 #include "json_report.h"
 
+#include "audit/report_json.h"
 #include "configuration.h"
 #include "digest.h"
-
-#include <nlohmann/json.hpp>
+#include "json_document.h"
 
 namespace infraconvert {
 
 namespace {
 
 using json = nlohmann::ordered_json;
-
-constexpr int format_version = 1;
-
-json document_of(const char *command) {
-    return {{"format_version", format_version}, {"command", command}};
-}
-
-// A configuration may hold bytes that are no UTF-8; they show as replacement characters.
-std::string printed(const json &document) {
-    return document.dump(2, ' ', false, json::error_handler_t::replace) + '\n';
-}
 
 json or_null(const std::string &text) { return text.empty() ? json(nullptr) : json(text); }
 
@@ -139,18 +128,21 @@ std::string preview_json(const preview_json_t &preview) {
         document["rollback"] = conversion_json(*preview.back);
         document["rollback"].erase("changes");
         document["reversible"] = *preview.back->result == *preview.forward.original;
-    }
+    } else
+        document["findings"] = findings_json(preview.findings);
     document["diff"] = preview.diff;
     return printed(document);
 }
 
 std::string convert_json(const std::string &path, const conversion_t &conversion,
-                         const std::string &written, const std::string &backup) {
+                         const std::vector<finding_t> &findings, const std::string &written,
+                         const std::string &backup) {
     json document = document_of("convert");
     document["path"] = path;
     document["written"] = or_null(written);
     document["backup"] = or_null(backup);
     document.update(conversion_json(conversion));
+    document["findings"] = findings_json(findings);
     return printed(document);
 }
 

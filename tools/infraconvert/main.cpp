@@ -17,7 +17,7 @@ namespace infraconvert {
 namespace {
 
 constexpr const command_t *commands[] = {&plan_command, &preview_command, &convert_command,
-                                         &explain_command};
+                                         &audit_command, &explain_command};
 
 constexpr const char *about =
     "Converts the saved configuration of a switch between software releases.\n"
@@ -25,9 +25,11 @@ constexpr const char *about =
     "Examples:\n"
     "  infraconvert plan --from '4.0(1)' --to '4.1(3)'\n"
     "  infraconvert preview --from '4.0(1)' --to '4.1(3)' switch.cfg\n"
+    "  infraconvert audit --from '4.0(1)' --to '4.1(3)' switch.cfg\n"
     "  infraconvert convert --from '4.0(1)' --to '4.1(3)' --backup switch.cfg\n"
     "\n"
-    "Exit status: 0 done, 1 a conversion failed, 2 wrong usage or unusable input.\n"
+    "Exit status: 0 done, 1 a conversion failed, 2 wrong usage or unusable input,\n"
+    "4 something would be lost (audit, convert).\n"
     "infraconvert COMMAND --help tells about a command.\n";
 
 std::string indented(const std::string &lines) {

@@ -16,6 +16,7 @@ struct options_t {
     // What is shown, on every command.
     bool json = false;
     std::string color = "auto";
+    bool mask = false;   // secrets in what is shown
     bool log = false;    // the converters' logs, on standard error
     std::string log_dir; // keeps them
 
@@ -31,6 +32,13 @@ struct options_t {
     std::string output;
     std::string backup_suffix; // empty: no backup
     std::string plan;
+    std::vector<std::string> accept; // codes of findings
+
+    // audit
+    std::vector<std::string> paths;
+    size_t jobs = 1;
+    std::string format = "text";
+    std::string report; // empty: none
 
     // explain
     std::string rule;

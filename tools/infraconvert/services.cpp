@@ -13,6 +13,7 @@
 #include "satmgr/satcnv_converter.h"
 
 #include <algorithm>
+#include <mutex>
 
 namespace infraconvert {
 
@@ -119,6 +120,9 @@ std::vector<const service_t *> services_named(const std::vector<std::string> &na
 }
 
 routing_t route(const service_t &service, const release_pair_t &releases) {
+    // The tables are asked through the converters' own state, of which there is one.
+    static std::mutex lock;
+    const std::lock_guard guard(lock);
     routing_t routing;
     if (const char *reason = service.why_not(releases)) {
         routing.why_none = reason;

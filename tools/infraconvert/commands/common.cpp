@@ -1,5 +1,6 @@
 #include "commands/common.h"
 
+#include "audit/mask.h"
 #include "errors.h"
 #include "messages.h"
 
@@ -40,6 +41,11 @@ void declare_logs(CLI::App &arguments, options_t &options) {
         ->type_name("DIR");
 }
 
+void declare_mask(CLI::App &arguments, options_t &options) {
+    arguments.add_flag("--mask", options.mask,
+                       "Hide passwords, keys and community strings in what is shown");
+}
+
 void declare_keep_going(CLI::App &arguments, options_t &options) {
     arguments.add_flag(
         "--keep-going", options.keep_going,
@@ -49,6 +55,8 @@ void declare_keep_going(CLI::App &arguments, options_t &options) {
 job_t read_job(const options_t &options) {
     const release_pair_t releases = checked_releases(options.from, options.to);
     const auto chosen = services_named(options.services);
+    if (options.mask && options.json)
+        throw usage_error("--mask goes with --json in audit only");
     if (options.path.empty())
         throw usage_error("missing PATH of the configuration");
     const std::string file = configuration_file(options.path);
@@ -63,9 +71,9 @@ job_t read_job(const options_t &options) {
                         .log_directory = options.log_dir}};
 }
 
-conversion_t run_job(const conversion_request_t &request) {
+conversion_t run_job(const conversion_request_t &request, bool mask) {
     conversion_t conversion = convert(request);
-    message_lines(conversion.logs);
+    message_lines(mask ? masked_lines(conversion.logs) : conversion.logs);
     return conversion;
 }
 

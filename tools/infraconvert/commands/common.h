@@ -14,6 +14,7 @@ void declare_services(CLI::App &arguments, options_t &options);
 void declare_path(CLI::App &arguments, options_t &options);
 void declare_json(CLI::App &arguments, options_t &options);
 void declare_logs(CLI::App &arguments, options_t &options);
+void declare_mask(CLI::App &arguments, options_t &options);
 void declare_keep_going(CLI::App &arguments, options_t &options);
 
 // What the options ask to convert, read and checked.
@@ -23,8 +24,8 @@ struct job_t {
 };
 job_t read_job(const options_t &options);
 
-// Converts, and shows the logs when the options ask for them.
-conversion_t run_job(const conversion_request_t &request);
+// Converts, and shows the logs when the options ask for them, with secrets masked if so wished.
+conversion_t run_job(const conversion_request_t &request, bool mask);
 
 // Name of the configuration in messages.
 std::string shown_name(const std::string &file);

@@ -1,5 +1,7 @@
 // convert: the conversion that preview shows, applied. All or nothing.
 
+#include "audit/mask.h"
+#include "audit/section.h"
 #include "backup.h"
 #include "commands/common.h"
 #include "engine/replace_file.h"
@@ -36,6 +38,14 @@ void declare(CLI::App &arguments, options_t &options) {
         .add_option("--plan", options.plan,
                     "Apply exactly what preview --save-plan saved; PATH may be left out")
         ->type_name("FILE");
+    arguments
+        .add_option("--accept", options.accept,
+                    "Convert in spite of findings of severity error with this code")
+        ->type_name("CODE")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    declare_mask(arguments, options);
     declare_json(arguments, options);
     declare_logs(arguments, options);
     declare_path(arguments, options);
@@ -156,22 +166,35 @@ std::string outcome(const task_t &task, const conversion_t &conversion, bool usa
            (task.destination == standard_stream ? "standard output" : task.destination);
 }
 
+std::string refusal(const std::string &codes) {
+    return "nothing is written, because something would be lost; when that is all right, convert "
+           "with --accept " +
+           codes;
+}
+
 int run(const options_t &options) {
     const task_t task = task_of(options);
     if (task.plan)
         check_input(*task.plan, *task.job.request.text);
-    const conversion_t conversion = run_job(task.job.request);
+    const conversion_t conversion = run_job(task.job.request, options.mask);
     const std::string name = shown_name(task.job.file);
-    tell_summary(name, conversion);
+    tell_summary(name, options.mask ? masked_conversion(conversion) : conversion);
+    const std::vector<finding_t> findings = findings_of(conversion);
+    tell_findings(name, findings, options.mask);
+    const std::string refused = refused_codes(findings, options.accept);
     const bool usable = task.keep_going || !conversion.failed();
     if (task.plan && usable)
         check_result(*task.plan, *conversion.result);
-    const bool written = usable && write_result(task, conversion);
-    message(name + ": " + outcome(task, conversion, usable, written));
+    const bool written = usable && refused.empty() && write_result(task, conversion);
+    message(name + ": " +
+            (usable && !refused.empty() ? refusal(refused)
+                                        : outcome(task, conversion, usable, written)));
     if (options.json)
-        write_output(convert_json(name, conversion, written ? task.destination : "",
+        write_output(convert_json(name, conversion, findings, written ? task.destination : "",
                                   written ? task.backup : ""));
-    return conversion.failed() ? exit_failed : exit_done;
+    if (conversion.failed())
+        return exit_failed;
+    return refused.empty() ? exit_done : exit_findings;
 }
 
 } // namespace

@@ -1,6 +1,9 @@
-// explain: what a rule does, and for which releases.
+// explain: what a rule does, and for which releases; what a finding means.
 
+#include "audit/report_json.h"
+#include "audit/report_text.h"
 #include "commands/common.h"
+#include "errors.h"
 #include "json_report.h"
 #include "messages.h"
 #include "rule_scope.h"
@@ -11,7 +14,8 @@ namespace {
 
 void declare(CLI::App &arguments, options_t &options) {
     arguments
-        .add_option("RULE", options.rule, "Rule, such as IC-QOS-04; without it all are listed")
+        .add_option("RULE", options.rule,
+                    "Rule, such as IC-QOS-04, or finding, such as IC041; without it all are listed")
         ->type_name("");
     declare_json(arguments, options);
 }
@@ -59,12 +63,16 @@ std::string details(const found_rule_t &found) {
 }
 
 int run(const options_t &options) {
+    if (const finding_kind_t *kind = finding_kind_named(options.rule)) {
+        write_output(options.json ? kind_document(*kind) : finding_details(*kind));
+        return exit_done;
+    }
     const bool one = !options.rule.empty();
     const auto rules = one ? std::vector{rule_named(options.rule)} : all_rules();
     if (options.json)
         write_output(rules_json(rules));
     else
-        write_output(one ? details(rules[0]) : list(rules));
+        write_output(one ? details(rules[0]) : list(rules) + '\n' + finding_list());
     return 0;
 }
 
@@ -72,8 +80,9 @@ int run(const options_t &options) {
 
 const command_t explain_command = {
     .name = "explain",
-    .summary = "Tell what a conversion rule does and when it applies",
+    .summary = "Tell what a conversion rule does and when, or what a finding means",
     .examples = "infraconvert explain IC-QOS-04\n"
+                "infraconvert explain IC041\n"
                 "infraconvert explain\n",
     .declare = declare,
     .run = run,

@@ -1,5 +1,7 @@
 // preview: what a conversion would change, as a diff, without changing anything.
 
+#include "audit/mask.h"
+#include "audit/section.h"
 #include "commands/common.h"
 #include "errors.h"
 #include "json_report.h"
@@ -39,6 +41,7 @@ void declare(CLI::App &arguments, options_t &options) {
         .add_option("--save-plan", options.save_plan,
                     "Save this conversion for infraconvert convert --plan")
         ->type_name("FILE");
+    declare_mask(arguments, options);
     declare_json(arguments, options);
     declare_logs(arguments, options);
     declare_path(arguments, options);
@@ -109,14 +112,17 @@ void save_plan_of(const options_t &options, const job_t &job, const conversion_t
 }
 
 int preview(const options_t &options, const job_t &job) {
-    const conversion_t conversion = run_job(job.request);
+    const conversion_t conversion = run_job(job.request, options.mask);
+    const conversion_t shown = options.mask ? masked_conversion(conversion) : conversion;
+    const std::vector<finding_t> findings = findings_of(conversion);
     const std::string name = shown_name(job.file);
-    const view_t view = {conversion, job.file, conversion.releases.to};
+    const view_t view = {shown, job.file, conversion.releases.to};
     if (options.json)
-        write_output(preview_json({name, diff_of(options, view, false), conversion}));
+        write_output(preview_json({name, diff_of(options, view, false), conversion, findings}));
     else
         write_output(diff_of(options, view, true) + (options.explain ? legend(conversion) : ""));
-    tell_summary(name, conversion);
+    tell_summary(name, shown);
+    tell_findings(name, findings, options.mask);
     tell_outcome(name, conversion, options.keep_going);
     if (!options.save_plan.empty())
         save_plan_of(options, job, conversion);
@@ -134,33 +140,34 @@ conversion_t round_trip(const conversion_t &forward, const conversion_t &back) {
 int rollback(const options_t &options, job_t job) {
     const std::string logs = job.request.log_directory;
     job.request.log_directory = logs.empty() ? "" : logs + "/forward";
-    const conversion_t forward = run_job(job.request);
+    const conversion_t forward = run_job(job.request, options.mask);
     const std::string name = shown_name(job.file);
-    tell_summary(name, forward);
+    tell_summary(name, options.mask ? masked_conversion(forward) : forward);
     if (forward.failed() && !options.keep_going) {
         tell_outcome(name, forward, false);
-        write_output(options.json ? preview_json({name, "", forward}) : "");
+        write_output(options.json ? preview_json({name, "", forward, {}}) : "");
         return exit_failed;
     }
     job.request.text = forward.result;
     job.request.log_directory = logs.empty() ? "" : logs + "/back";
     std::swap(job.request.releases.from, job.request.releases.to);
-    const conversion_t back = run_job(job.request);
-    tell_summary(name + ", back again", back);
+    const conversion_t back = run_job(job.request, options.mask);
+    tell_summary(name + ", back again", options.mask ? masked_conversion(back) : back);
 
-    const conversion_t both = round_trip(forward, back);
+    const conversion_t exact = round_trip(forward, back);
+    const conversion_t both = options.mask ? masked_conversion(exact) : exact;
     const view_t view = {both, job.file,
                          both.releases.from + ", after " + both.releases.to + " and back"};
     const bool usable = !back.failed() || options.keep_going;
     const std::string diff = usable ? diff_of(options, view, !options.json) : "";
-    write_output(options.json ? preview_json({name, diff, forward, &back}) : diff);
+    write_output(options.json ? preview_json({name, diff, forward, {}, &back}) : diff);
     if (!usable)
         message(name + ": cannot be converted back");
     else
-        message(name + (both.changes() ? ": not reversible: the diff shows what a rollback leaves "
-                                         "different"
-                                       : ": reversible: a rollback gives back every byte"));
-    return status_of(options, forward.failed() || back.failed(), both.changes());
+        message(name + (exact.changes() ? ": not reversible: the diff shows what a rollback leaves "
+                                          "different"
+                                        : ": reversible: a rollback gives back every byte"));
+    return status_of(options, forward.failed() || back.failed(), exact.changes());
 }
 
 int run(const options_t &options) {

@@ -1,0 +1,15 @@
+// Findings as JSON, for the commands that print JSON.
+#pragma once
+
+#include "audit/findings.h"
+
+#include <nlohmann/json.hpp>
+
+namespace infraconvert {
+
+nlohmann::ordered_json kind_json(const finding_kind_t &kind);
+nlohmann::ordered_json findings_json(const std::vector<finding_t> &findings);
+// What infraconvert explain prints for a code.
+std::string kind_document(const finding_kind_t &kind);
+
+} // namespace infraconvert

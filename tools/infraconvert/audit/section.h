@@ -1,0 +1,23 @@
+// The findings as a section of what preview and convert tell.
+#pragma once
+
+#include "audit/findings.h"
+#include "conversion.h"
+
+#include <string>
+#include <vector>
+
+namespace infraconvert {
+
+// What an audit finds in the conversion, without the failures, which are told by themselves.
+std::vector<finding_t> findings_of(const conversion_t &conversion);
+
+// Tells errors and warnings with their lines, and how many notes there are.
+void tell_findings(const std::string &name, std::vector<finding_t> findings, bool mask);
+
+// The codes of severity error that `accepted` does not name, joined by commas. Throws usage_error
+// for an accepted code that does not exist.
+std::string refused_codes(const std::vector<finding_t> &findings,
+                          const std::vector<std::string> &accepted);
+
+} // namespace infraconvert

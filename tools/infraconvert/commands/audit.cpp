@@ -1,0 +1,117 @@
+// audit: what a conversion would lose, for one configuration or for many.
+
+#include "audit/fleet.h"
+#include "audit/mask.h"
+#include "audit/reports.h"
+#include "commands/common.h"
+#include "errors.h"
+#include "messages.h"
+
+#include <algorithm>
+#include <unistd.h>
+
+namespace infraconvert {
+
+namespace {
+
+void declare(CLI::App &arguments, options_t &options) {
+    declare_releases(arguments, options);
+    declare_services(arguments, options);
+    declare_keep_going(arguments, options);
+    arguments.add_option("--format", options.format, "Findings as text, json or sarif [text]")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember({"text", "json", "sarif"}).description(""));
+    arguments.add_flag("--json", options.json, "The same as --format json");
+    arguments
+        .add_option("--report", options.report,
+                    "Also write a page with findings and differences, for a browser")
+        ->type_name("FILE.html");
+    declare_mask(arguments, options);
+    arguments
+        .add_option("-j,--jobs", options.jobs, "Configurations that are converted at a time [1]")
+        ->type_name("N")
+        ->check(CLI::Range(size_t{1}, size_t{256}).description(""));
+    arguments
+        .add_option("PATH", options.paths,
+                    "Configurations, and directories: one that holds ascii/system.cfg stands for "
+                    "it, any other for all files below it")
+        ->type_name("");
+}
+
+fleet_t fleet_of(const options_t &options) {
+    fleet_t fleet;
+    fleet.request.releases = checked_releases(options.from, options.to);
+    fleet.request.services = services_named(options.services);
+    fleet.request.keep_going = options.keep_going;
+    if (options.paths.empty())
+        throw usage_error("missing PATH of a configuration");
+    fleet.files = configuration_files(options.paths);
+    if (fleet.files.empty())
+        throw usage_error("no configuration stands below the directories");
+    fleet.jobs = options.jobs;
+    if (!options.report.empty())
+        fleet.describe = [&options](const audited_t &audited, const conversion_t &conversion) {
+            return report_details(audited, conversion, options.mask);
+        };
+    if (fleet.files.size() > 1 && isatty(STDERR_FILENO))
+        fleet.progress = [total = fleet.files.size()](size_t done) {
+            constexpr size_t width = 40;
+            const size_t filled = done * width / total;
+            message_lines("\r[" + std::string(filled, '#') + std::string(width - filled, '.') +
+                          "] " + std::to_string(done) + '/' + std::to_string(total) +
+                          (done == total ? "\r\x1b[K" : ""));
+        };
+    return fleet;
+}
+
+void mask_all(std::vector<audited_t> &results) {
+    for (audited_t &audited : results)
+        mask_findings(audited.findings);
+}
+
+std::string in_format(const std::string &format, const fleet_summary_t &summary,
+                      const std::vector<audited_t> &results) {
+    if (format == "json")
+        return audit_json(summary, results);
+    return format == "sarif" ? audit_sarif(results) : audit_text(results);
+}
+
+int status_of(const std::vector<audited_t> &results) {
+    int status = exit_done;
+    for (const audited_t &audited : results) {
+        if (!audited.problem.empty() || audited.failed)
+            return exit_failed;
+        if (count_findings(audited.findings).errors > 0)
+            status = exit_findings;
+    }
+    return status;
+}
+
+int run(const options_t &options) {
+    const fleet_t fleet = fleet_of(options);
+    std::vector<audited_t> results = audit_all(fleet);
+    if (options.mask)
+        mask_all(results);
+    const fleet_summary_t summary = {fleet.request.releases, results};
+    write_output(in_format(options.json ? "json" : options.format, summary, results));
+    message_lines(summary.table());
+    if (!options.report.empty())
+        write_report(options.report, summary, results);
+    return status_of(results);
+}
+
+} // namespace
+
+const command_t audit_command = {
+    .name = "audit",
+    .summary = "Find what a conversion would lose or change beyond its rules",
+    .examples = "infraconvert audit --from '4.0(1)' --to '4.1(3)' switch.cfg\n"
+                "infraconvert audit --from '4.0(1)' --to '4.1(3)' --jobs 4 --report window.html "
+                "configurations/\n"
+                "infraconvert audit --from '4.0(1)' --to '4.1(3)' --format sarif *.cfg\n"
+                "infraconvert explain IC041\n",
+    .declare = declare,
+    .run = run,
+};
+
+} // namespace infraconvert
