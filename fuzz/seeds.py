@@ -3,18 +3,14 @@
 
 usage: seeds.py DIRECTORY
 
-DIRECTORY/<target>/ receives every golden configuration of that converter and some of the model's
-generated ones, DIRECTORY/keywords the texts that the library's sources compare with.
+DIRECTORY/<target>/ receives every golden configuration of that converter, DIRECTORY/keywords the
+texts that the library's sources compare with.
 """
 import os
 import re
 import sys
 
 root = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
-sys.path.insert(0, f"{root}/tests/model")
-import generate
-
-generated_seeds = 1500
 
 
 def write_seed(directory, target, name, request, configuration):
@@ -33,13 +29,6 @@ def golden_seeds(directory):
             configuration = file.read()
         request = " ".join(pair.split("__")) + " 1"
         write_seed(directory, target, f"golden-{pair}-{name}", request, configuration)
-
-
-def model_seeds(directory):
-    for seed in range(generated_seeds):
-        target, configuration, from_version, to_version, switch = generate.case(seed)
-        request = f"{from_version or '-'} {to_version or '-'} {switch}"
-        write_seed(directory, target, f"model-{seed}", request, configuration)
 
 
 def engine_seeds(directory):
@@ -69,7 +58,6 @@ def main():
     directory = sys.argv[1]
     os.makedirs(directory, exist_ok=True)
     golden_seeds(directory)
-    model_seeds(directory)
     engine_seeds(directory)
     keywords(directory)
 
