@@ -16,7 +16,8 @@ class generator {
 
     std::string configuration() {
         std::string text = "hostname switch\nvlan 1\n";
-        // With a single class-map there is nothing for the typed ones to go behind: none is written.
+        // With a single class-map there is nothing for the typed ones to go behind: none is
+        // written.
         const int maps = 2 + below(4);
         for (int i = 0; i < maps; i++)
             text += "class-map c" + std::to_string(i) + "\n  match cos " + std::to_string(i) + "\n";
