@@ -140,13 +140,15 @@ void check_spelling(audit_t &audit) {
         if ((audit.from >= spelling.changed) == newer)
             continue;
         const std::string_view stale = newer ? spelling.older : spelling.newer;
+        audit_t::numbers_t lines;
         for (size_t i = 0; i < audit.after.lines.size(); i++) {
             if (audit.after.lines[i].starts_with(stale))
-                audit.add(newer ? "IC045" : "IC044",
-                          "the other release says \"" +
-                              std::string(trimmed(newer ? spelling.newer : spelling.older)) + '"',
-                          {}, {i});
+                lines.push_back(i);
         }
+        const std::string other(trimmed(newer ? spelling.newer : spelling.older));
+        if (!lines.empty())
+            audit.add(newer ? "IC045" : "IC044", "the other release says \"" + other + '"', {},
+                      lines);
     }
 }
 

@@ -106,6 +106,20 @@ void check_criteria(audit_t &audit) {
     }
 }
 
+constexpr release_t release_match_any = {5, 0, 2, 0, 0};
+
+void check_match_any(audit_t &audit) {
+    if (audit.from < release_match_any || audit.to >= release_match_any)
+        return;
+    for (const map_t &map : audit.qos_after.maps) {
+        const auto &words = map.criteria;
+        const bool qos = map.type.empty() || map.type == "qos";
+        if (map.is_class_map && qos &&
+            std::find(words.begin(), words.end(), "match-any") != words.end())
+            audit.add("IC046", "", {}, {map.stanza.first});
+    }
+}
+
 } // namespace
 
 void check_maps(audit_t &audit) {
@@ -122,6 +136,7 @@ void check_maps(audit_t &audit) {
             compare(audit, key, merged, found->second);
     }
     check_criteria(audit);
+    check_match_any(audit);
 }
 
 } // namespace infraconvert

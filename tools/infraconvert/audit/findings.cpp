@@ -68,8 +68,8 @@ constexpr finding_kind_t kinds[] = {
      "one of \"match-any\" and \"match-all\" stands already. The switch refuses the line.",
      "Leave one of the two words."},
     {"IC025", note, "A description is gone",
-     "The conversion removes descriptions from class-maps and policy-maps, because one of the two "
-     "releases does not know them.",
+     "The conversion removes descriptions that stand right below the first line of a class-map or "
+     "a policy-map.",
      "Keep the text elsewhere if it matters."},
     {"IC026", warning, "A class-map without match lines of its own is gone",
      "It matched a qos-group or nothing. The older form has no qos-groups to match, so nothing was "
@@ -126,9 +126,14 @@ constexpr finding_kind_t kinds[] = {
      "The newer release writes this command differently, and no rule rewrites it on an upgrade. "
      "Whether the newer release still reads the older spelling is not known here.",
      "Look for the command after the upgrade."},
+    {"IC046", warning, "A match criterion that the older release does not write",
+     "Releases from 5.0(2) on write \"match-any\" in type qos class-maps. The conversion takes it "
+     "away for 4.1(3) only; for older releases it stays, and they may refuse the line or take the "
+     "word for the name.",
+     "Take \"match-any\" out of the line."},
     {"IC050", note, "An MTU was converted",
-     "Releases count the MTU with and without 38 bytes of overhead. The value was converted; what "
-     "passes the wire is the same.",
+     "Values of an MTU are 38 lower from one release on than before it. The value was converted by "
+     "that rule.",
      "Nothing."},
     {"IC051", warning, "An MTU was not converted",
      "An upgrade across these releases converts MTU values by 38 bytes. This conversion leaves the "

@@ -50,8 +50,7 @@ button { cursor: pointer; } button.code { border: 0; padding: 0; color: var(--ac
 .name { flex: 1; overflow-wrap: anywhere; } .state { width: 6rem; } .tally { width: 15rem; text-align: right; }
 .body { padding: 0 0 1.5rem 1.5rem; }
 .finding { border-left: 3px solid currentColor; padding: .1rem 0 .1rem .75rem; margin: .6rem 0; }
-.finding > * { color: var(--ink); } .finding > .head > .severity { color: inherit; }
-.finding > .head { color: inherit; } .finding .head b { color: var(--ink); }
+.finding b, .finding .place, .finding .lines { color: var(--ink); } .finding .place { margin-top: .3rem; }
 .lines { margin: .2rem 0; white-space: pre-wrap; overflow-wrap: anywhere; }
 .diff { table-layout: fixed; border: 1px solid var(--line); }
 .diff td { border: 0; padding: 0 .5rem; white-space: pre-wrap; overflow-wrap: anywhere; }
@@ -98,9 +97,11 @@ const make = (tag, name, text) => {
   return element;
 };
 const page = read("summary"), kinds = {}, form = document.getElementById("filters"), rows = [];
+const severities = ["error", "warning", "note"];
+page.codes.sort((a, b) => severities.indexOf(a.severity) - severities.indexOf(b.severity));
 for (const kind of page.codes) kinds[kind.code] = kind;
 
-const tally = c => ["error", "warning", "note"].map((severity, i) => c.tally[i] ?
+const tally = c => severities.map((severity, i) => c.tally[i] ?
   c.tally[i] + " " + severity + (c.tally[i] > 1 ? "s" : "") : "").filter(text => text).join(", ") || "no findings";
 
 function choose(name, value) { form.elements[name].value = value; filter(); form.scrollIntoView(); }
@@ -173,21 +174,25 @@ function content(c, i) {
   if (!stored) return body;
   const details = JSON.parse(stored.textContent);
   if (details.findings.length) body.append(make("h3", "", "Findings"));
-  for (const finding of details.findings) body.append(findingBox(finding));
+  const codes = new Map();
+  for (const finding of details.findings)
+    codes.set(finding.code, [...(codes.get(finding.code) || []), finding]);
+  for (const [code, findings] of codes) body.append(findingBox(kinds[code], findings));
   body.append(make("h3", "", "Services"), servicesTable(details.services));
   body.append(make("h3", "", details.rows.length ? "Differences" : "No differences"));
   if (details.rows.length) body.append(differences(details.rows));
   return body;
 }
 
-function findingBox(finding) {
-  const kind = kinds[finding.code], box = make("div", "finding " + kind.severity), head = make("div", "head");
-  head.append(make("span", "severity", kind.severity + " " + finding.code + " "), make("b", "", kind.title));
-  box.append(head);
-  if (finding.detail) box.append(make("div", "", finding.detail));
-  const text = [...finding.before.map(l => "- " + l.number + "  " + l.text), ...finding.after.map(l => "+ " + l.number + "  " + l.text)];
-  if (text.length) box.append(make("div", "lines", text.join("\n")));
-  box.append(make("div", "soft", kind.explanation), make("div", "", "What to do: " + kind.advice));
+function findingBox(kind, findings) {
+  const box = make("div", "finding " + kind.severity), head = make("div", "head");
+  head.append(make("span", "severity", kind.severity + " " + kind.code + " "), make("b", "", kind.title));
+  box.append(head, make("div", "soft", kind.explanation + " What to do: " + kind.advice));
+  for (const finding of findings) {
+    if (finding.detail) box.append(make("div", "place", finding.detail));
+    const text = [...finding.before.map(l => "- " + l.number + "  " + l.text), ...finding.after.map(l => "+ " + l.number + "  " + l.text)];
+    if (text.length) box.append(make("div", "lines", text.join("\n")));
+  }
   return box;
 }
 

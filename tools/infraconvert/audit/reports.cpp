@@ -32,12 +32,15 @@ std::string fleet_summary_t::table() const {
         return text;
     text += "  " + padded("code", code_width) + padded("severity", severity_width) +
             padded("findings", count_width) + padded("files", count_width) + "title\n";
-    for (const auto &[code, count] : codes) {
-        const finding_kind_t &kind = *finding_kind_named(code);
-        text += "  " + padded(code, code_width) +
-                padded(severity_name(kind.severity), severity_width) +
-                padded(std::to_string(count.findings), count_width) +
-                padded(std::to_string(count.files), count_width) + kind.title + '\n';
+    for (const severity_t severity : {severity_t::error, severity_t::warning, severity_t::note}) {
+        for (const auto &[code, count] : codes) {
+            const finding_kind_t &kind = *finding_kind_named(code);
+            if (kind.severity == severity)
+                text += "  " + padded(code, code_width) +
+                        padded(severity_name(severity), severity_width) +
+                        padded(std::to_string(count.findings), count_width) +
+                        padded(std::to_string(count.files), count_width) + kind.title + '\n';
+        }
     }
     return text;
 }
