@@ -112,7 +112,7 @@ void check_second_run(audit_t &audit) {
     std::string names;
     for (const step_t &step : second.steps) {
         if (step.changes() || step.failure)
-            names += (names.empty() ? "" : ", ") + std::string(step.service->name);
+            (names += names.empty() ? "" : ", ") += step.service->name;
     }
     if (!names.empty())
         audit.add("IC070", names, {}, {});

@@ -46,7 +46,7 @@ std::string refused_codes(const std::vector<finding_t> &findings,
     std::string refused;
     for (const finding_t &finding : findings) {
         if (finding.kind->severity == severity_t::error && fine.insert(finding.kind->code).second)
-            refused += (refused.empty() ? "" : ",") + std::string(finding.kind->code);
+            (refused += refused.empty() ? "" : ",") += finding.kind->code;
     }
     return refused;
 }

@@ -15,7 +15,7 @@ void declare_releases(CLI::App &arguments, options_t &options) {
 void declare_services(CLI::App &arguments, options_t &options) {
     std::string names;
     for (const service_t &service : services())
-        names += (names.empty() ? "" : ", ") + std::string(service.name);
+        (names += names.empty() ? "" : ", ") += service.name;
     arguments.add_option("--service", options.services, "Only this service: " + names)
         ->type_name("NAME|all")
         ->delimiter(',')
