@@ -1,5 +1,7 @@
 # Bash completion of infraconvert. Where nothing is offered, the shell offers files.
 
+_infraconvert_codes() { infraconvert explain 2>/dev/null | grep -oE "^$1\>"; }
+
 _infraconvert() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
   local command=${COMP_WORDS[1]} offered=
@@ -11,24 +13,30 @@ _infraconvert() {
   fi
 
   local releases='--from --to --service --json'
-  local conversion="$releases --keep-going --log --log-dir"
+  local conversion="$releases --keep-going --mask --log --log-dir"
   case $previous in
     --service) offered='all qos fcportsec npiv fwm assoc satmgr' ;;
     --color) offered='auto always never' ;;
-    --from | --to | --label | --unified | -U | --output | -o | --plan | --save-plan | --log-dir) ;;
+    --format) offered='text json sarif' ;;
+    --from | --to | --label | --unified | -U | --output | -o | --plan | --save-plan | --log-dir | \
+      --report | --jobs | -j) ;;
+    --accept) offered=$(_infraconvert_codes 'IC[0-9]+') ;;
     *)
       if [ "$COMP_CWORD" -eq 1 ]; then
-        offered='plan preview convert explain --help --version'
+        offered='plan preview convert audit explain --help --version'
       else
         case $command in
           plan) offered="$releases --help" ;;
           preview) offered="$conversion --unified --label --color --explain --rollback --exit-code
                             --save-plan --help" ;;
-          convert) offered="$conversion --output --backup --plan --help" ;;
-          explain) offered="--json --help $(infraconvert explain 2>/dev/null | grep -o '^IC-[A-Z0-9-]*')" ;;
+          convert) offered="$conversion --output --backup --plan --accept --help" ;;
+          audit) offered="$releases --keep-going --mask --format --report --jobs --help" ;;
+          explain) offered="--json --help $(_infraconvert_codes 'IC[A-Z0-9-]+')" ;;
         esac
         # A path is wanted far more often than an option.
-        case $command:$word in preview: | convert: | preview:[!-]* | convert:[!-]*) offered= ;; esac
+        case $command:$word in
+          preview: | convert: | audit: | preview:[!-]* | convert:[!-]* | audit:[!-]*) offered= ;;
+        esac
       fi ;;
   esac
   COMPREPLY=($(compgen -W "$offered" -- "$word"))

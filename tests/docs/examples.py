@@ -2,7 +2,9 @@
 """Compares the examples of docs/conversions.md with what infraconvert really does.
 
 A comment in front of an example says what it is:
-    <!-- convert SERVICE FROM TO -->    a block with the configuration before, and one after
+    <!-- convert SERVICE FROM TO -->    a block with the configuration before, and one after;
+                                        with "accept CODE,CODE" in front of the end it is refused
+                                        until these findings are accepted
     <!-- unchanged SERVICE FROM TO -->  a block with a configuration that stays as it is
     <!-- fails SERVICE FROM TO -->      a block with a configuration, and one with the failure
     <!-- pairs SERVICE -->              a table of source release, target release and rule
@@ -16,9 +18,12 @@ import re
 import subprocess
 import sys
 
-EXAMPLE = re.compile(r'<!-- (convert|unchanged|fails) (\S+) (\S+) (\S+) -->\n+```\n(.*?)```\n'
+EXAMPLE = re.compile(r'<!-- (convert|unchanged|fails) (\S+) (\S+) (\S+)(?: accept (\S+))? -->\n+'
+                     r'```\n(.*?)```\n'
                      r'(?:\n[^`\n]+\n\n```\n(.*?)```\n)?', re.S)
 PAIRS = re.compile(r'<!-- pairs (\S+) -->\n\n(?:\|.*\n){2}((?:\|.*\n)+)')
+
+FAILED, FINDINGS = 1, 4  # exit statuses of infraconvert
 
 
 def call(infraconvert, command, service, source, target, *more, text=None):
@@ -36,17 +41,20 @@ def failure(infraconvert, service, source, target, text):
 
 
 def example_as_it_is(infraconvert, example):
-    kind, service, source, target, before, shown = example.groups()
+    kind, service, source, target, accepted, before, _ = example.groups()
     status, after = call(infraconvert, 'convert', service, source, target, '-', text=before)
-    if (status != 0) != (kind == 'fails'):
+    if status != (FAILED if kind == 'fails' else FINDINGS if accepted else 0):
         sys.exit(f'{example[0]}\nends with status {status}')
+    if accepted:
+        _, after = call(infraconvert, 'convert', service, source, target, '--accept', accepted, '-',
+                        text=before)
     if kind == 'fails':
         after = failure(infraconvert, service, source, target, before)
     if (after == before) != (kind == 'unchanged'):
         sys.exit(f'{example[0]}\nis {kind}, but comes out as\n{after}')
     if kind == 'unchanged':
         return example[0]
-    start, end = example.span(6)[0] - example.start(), example.span(6)[1] - example.start()
+    start, end = (place - example.start() for place in example.span(7))
     return example[0][:start] + after + example[0][end:]
 
 
