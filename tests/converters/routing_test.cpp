@@ -12,7 +12,7 @@ struct row_t {
     const char *before, *after; // null: nothing runs, the file is not touched
 };
 
-// An "x" in a log tells that the file was loaded; the untouched pairs do not get that far.
+// A pair of releases that count as the same ends before the load.
 bool was_loaded(const support::conversion_t &result) {
     return result.log.find("Reading ASCII file") != std::string::npos;
 }

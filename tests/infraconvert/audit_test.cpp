@@ -15,11 +15,8 @@ namespace fs = std::filesystem;
 
 using arguments_t = std::vector<std::string>;
 using nlohmann::json;
+using support::contains;
 using support::workspace_t;
-
-bool contains(const std::string &text, const std::string &wanted) {
-    return text.find(wanted) != text.npos;
-}
 
 json audit(const workspace_t &here, const arguments_t &arguments) {
     arguments_t all = {"audit", "--json"};

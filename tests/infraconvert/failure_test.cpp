@@ -11,11 +11,8 @@ namespace {
 
 using arguments_t = std::vector<std::string>;
 using nlohmann::json;
+using support::contains;
 using support::workspace_t;
-
-bool contains(const std::string &text, const std::string &wanted) {
-    return text.find(wanted) != text.npos;
-}
 
 const std::string maps = "class-map c1\n  match cos 1\nclass-map c2\n  match cos 2\n"
                          "class-map c3\n  match cos 3\nclass-map c4\n  match cos 4\n"

@@ -12,11 +12,8 @@ namespace {
 
 using arguments_t = std::vector<std::string>;
 using nlohmann::json;
+using support::contains;
 using support::workspace_t;
-
-bool contains(const std::string &text, const std::string &wanted) {
-    return text.find(wanted) != text.npos;
-}
 
 const std::string storage = "npiv enable\n"
                             "a\n"

@@ -8,11 +8,8 @@
 namespace {
 
 using arguments_t = std::vector<std::string>;
+using support::contains;
 using support::workspace_t;
-
-bool contains(const std::string &text, const std::string &wanted) {
-    return text.find(wanted) != text.npos;
-}
 
 const std::string nul(1, '\0');
 

@@ -49,6 +49,10 @@ class workspace_t {
     const std::filesystem::path streams; // what the runs read and write
 };
 
+inline bool contains(const std::string &text, const std::string &wanted) {
+    return text.find(wanted) != text.npos;
+}
+
 // Beside infraconvert.
 std::string runner_path();
 std::string command_path();
