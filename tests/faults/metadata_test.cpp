@@ -163,6 +163,28 @@ TEST(in_place, both_names_of_a_file_show_the_new_text) {
     EXPECT_EQ(support::read_file(second), new_text);
 }
 
+// A link of the process file system goes on showing a file that has lost the name it was opened by;
+// the name that it then tells may be that of another file.
+TEST(in_place, a_link_to_a_file_whose_name_is_gone) {
+    for (const bool another_has_the_name : {false, true}) {
+        place_t p;
+        const std::string opened = p.place.path() + "/opened", kept = p.place.path() + "/kept";
+        fs::rename(p.file, opened);
+        fs::create_hard_link(opened, kept);
+        const int descriptor = open(opened.c_str(), O_RDONLY);
+        fs::remove(opened);
+        const std::string told = opened + " (deleted)";
+        if (another_has_the_name)
+            support::write_file(told, "of somebody else");
+        fs::create_symlink("/proc/self/fd/" + std::to_string(descriptor), p.file);
+        EXPECT_EQ(p.convert(), 0);
+        EXPECT_EQ(support::read_file(kept), new_text);
+        EXPECT_EQ(fs::exists(told), another_has_the_name);
+        EXPECT_TRUE(!another_has_the_name || support::read_file(told) == "of somebody else");
+        close(descriptor);
+    }
+}
+
 TEST(in_place, a_directory_that_takes_no_file) {
     for (const mode_t mode : {0555, 0111}) {
         place_t p;

@@ -111,7 +111,7 @@ replace_file_t::~replace_file_t() {
     if (!beside_name.empty())
         unlinkat(directory.descriptor, beside_name.c_str(), 0);
     if (created)
-        unlink(target_path.c_str());
+        unlinkat(directory.descriptor, target_name.c_str(), 0);
     else if (touched && old_contents)
         put_old_contents_back();
     errno = error;
@@ -140,19 +140,33 @@ bool replace_file_t::open_beside() {
     return beside.is_open();
 }
 
+// Opens the directory where the target has its name, behind all symbolic links. It stays closed
+// where there is none: a link of the process file system can show a file that has no name, or one
+// whose name here is another file's.
+bool replace_file_t::find_name() {
+    const std::unique_ptr<char, decltype(&free)> real(realpath(target_path.c_str(), nullptr), free);
+    if (!real)
+        return errno == ENOENT || errno == EACCES || errno == ENAMETOOLONG;
+    const std::string real_path = real.get();
+    const size_t slash = real_path.rfind('/');
+    const std::string directory_name = real_path.substr(0, std::max<size_t>(slash, 1));
+    target_name = real_path.substr(slash + 1);
+    struct stat named;
+    if (lstat(real_path.c_str(), &named) != 0)
+        return false;
+    if (named.st_dev == status.st_dev && named.st_ino == status.st_ino)
+        directory.descriptor = open_at(AT_FDCWD, directory_name.c_str(), O_RDONLY | O_DIRECTORY);
+    return true;
+}
+
 bool replace_file_t::begin(const char *path) {
+    target_path = path;
     if (!open_target(path))
         return false;
-    const std::unique_ptr<char, decltype(&free)> real(realpath(path, nullptr), free);
-    if (!real)
+    const bool is_single_file = S_ISREG(status.st_mode) && status.st_nlink == 1;
+    if (is_single_file && !find_name())
         return false;
-    target_path = real.get();
-    const size_t slash = target_path.rfind('/');
-    target_name = target_path.substr(slash + 1);
-    const std::string directory_name = target_path.substr(0, std::max<size_t>(slash, 1));
-    directory.descriptor = open_at(AT_FDCWD, directory_name.c_str(), O_RDONLY | O_DIRECTORY);
-    const bool replaceable = S_ISREG(status.st_mode) && status.st_nlink == 1 && directory.is_open();
-    return (replaceable && open_beside()) || keep_old_contents();
+    return (directory.is_open() && open_beside()) || keep_old_contents();
 }
 
 bool replace_file_t::write(std::string_view bytes) {

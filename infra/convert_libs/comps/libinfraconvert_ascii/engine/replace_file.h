@@ -9,7 +9,8 @@
 // The target is written in place, and synced, where it cannot be replaced or would become another
 // file by it:
 //   - it has more than one hard link, or is not a regular file;
-//   - its directory cannot be opened, or no file can be made there;
+//   - its name behind the symbolic links cannot be told, its directory cannot be opened, or no file
+//     can be made there;
 //   - its owner, mode, access list or an extended attribute cannot be given to another file;
 //   - the rename is refused, as for a file that is a mount point of its own, or in a directory that
 //     only takes new names (where the file beside it then stays).
@@ -52,6 +53,7 @@ class replace_file_t {
     };
 
     bool open_target(const char *path);
+    bool find_name();
     bool open_beside();
     bool take_over_attributes() const;
     bool keep_old_contents();
@@ -65,7 +67,7 @@ class replace_file_t {
     file_t target;           // open for writing
     file_t directory;        // of the target
     file_t beside;           // the file that will replace the target; not open: write in place
-    std::string target_path; // without symbolic links
+    std::string target_path; // as it was given
     std::string target_name, beside_name; // within the directory; no name beside: nothing to remove
     struct stat status = {};              // of the target
     bool created = false;                 // the target did not exist
