@@ -11,7 +11,7 @@ constinit engine::engine_t assoc_engine = {
     .capacity_factor = 1,
     .capacity_extra = 76000,
     .traces_size = true,
-    .keeps_buffer = false,
+    .traces_release = true,
     .dump = engine::dump_t::log,
 };
 

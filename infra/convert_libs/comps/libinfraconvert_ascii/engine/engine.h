@@ -73,10 +73,10 @@ struct engine_t {
     // Room for a file of N bytes: N * capacity_factor + capacity_extra.
     uint32_t capacity_factor = 5;
     uint32_t capacity_extra = 0;
-    bool traces_path = false;  // load and save name the path or the file in further messages
-    bool traces_size = false;  // a load logs the size of the file
-    bool traces_edits = false; // insertions and deletions log their length
-    bool keeps_buffer = true;  // after a save
+    bool traces_path = false;    // load and save name the path or the file in further messages
+    bool traces_size = false;    // a load logs the size of the file
+    bool traces_edits = false;   // insertions and deletions log their length
+    bool traces_release = false; // a save logs that it gives the memory of the text back
     dump_t dump = dump_t::output;
     release_format format = release_format::k_train;
     bool platform_keeps_k_train = false; // in a release that the platform's file supplies

@@ -31,10 +31,14 @@ bool path_to_asciicfg(const engine_t &e, const char *path, path_t &file) {
     return false;
 }
 
-// Allocates the room for a file of `size` bytes as the instance's text.
-bool allocate_text(engine_t &e, long size) {
+void release_text(engine_t &e) {
     delete e.text;
     e.text = nullptr;
+}
+
+// Allocates the room for a file of `size` bytes as the instance's text.
+bool allocate_text(engine_t &e, long size) {
+    release_text(e);
     const bool fits = size <= (largest_capacity - long{e.capacity_extra}) / long{e.capacity_factor};
     if (!fits)
         errno = ENOMEM;
@@ -42,10 +46,8 @@ bool allocate_text(engine_t &e, long size) {
         e.text = new (std::nothrow)
             text_t(static_cast<uint32_t>(size),
                    static_cast<uint32_t>(size) * e.capacity_factor + e.capacity_extra);
-    if (e.text && !e.text->holds_memory()) {
-        delete e.text;
-        e.text = nullptr;
-    }
+    if (e.text && !e.text->holds_memory())
+        release_text(e);
     log_operation(e, "read_ascii_file", "Allocating block of memory at %p\n",
                   static_cast<const void *>(e.text ? e.text->memory() : nullptr));
     return e.text;
@@ -192,12 +194,10 @@ syserr_t write_ascii_file(engine_t &e, const char *path) {
     }
     log_operation(e, "write_ascii_file", "Wrote ASCII file succesfully!\n");
     print_ascii_file(e);
-    if (!e.keeps_buffer) {
+    if (e.traces_release)
         log_operation(e, "write_ascii_file", "Freeing block of memory at %p\n",
                       static_cast<const void *>(e.text->memory()));
-        delete e.text;
-        e.text = nullptr;
-    }
+    release_text(e); // nobody looks at it any more, and the other converters need room too
     return 0;
 }
 
