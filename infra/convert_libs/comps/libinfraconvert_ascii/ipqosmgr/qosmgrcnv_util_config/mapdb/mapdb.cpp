@@ -12,22 +12,21 @@ constinit tail_queue_t<list_elem_t> empty_policymaps;
 
 namespace {
 
-// A zero-filled record is the empty record, but for its lists, which point at themselves.
-template<class Record> Record *allocate(const char *function) {
-    void *memory = calloc(1, sizeof(Record));
+// A zero-filled record is the empty record, but for its lists, which point at themselves. `text` is
+// its member for the text that stands behind it.
+template<class Record>
+Record *allocate(const char *function, const char *Record::*text, std::string_view bytes) {
+    void *memory = calloc(1, sizeof(Record) + bytes.size() + 1);
     engine::log(qoscnv_engine, function, "Allocating block of memory at %p\n", memory);
-    return memory ? new (memory) Record{} : nullptr;
-}
-
-template<size_t size> void store(char (&area)[size], std::string_view text) {
-    memcpy(area, text.data(), std::min(text.size(), size - 1));
+    if (!memory)
+        return nullptr;
+    auto *record = new (memory) Record{};
+    record->*text = static_cast<char *>(memcpy(record + 1, bytes.data(), bytes.size()));
+    return record;
 }
 
 template<class Record> Record *named(const char *function, std::string_view name) {
-    auto *record = allocate<Record>(function);
-    if (record)
-        store(record->name, name);
-    return record;
+    return allocate(function, &Record::name, name);
 }
 
 struct indexes_t {
@@ -99,10 +98,7 @@ class_elem_t *qoscnv_new_class(const char *function, std::string_view name) {
 }
 
 actions_elem_t *qoscnv_new_action(const char *function, std::string_view line) {
-    auto *action = allocate<actions_elem_t>(function);
-    if (action)
-        store(action->action, line);
-    return action;
+    return allocate(function, &actions_elem_t::action, line);
 }
 
 void qoscnv_free_list_elem(const char *function, list_elem_t *elem) {

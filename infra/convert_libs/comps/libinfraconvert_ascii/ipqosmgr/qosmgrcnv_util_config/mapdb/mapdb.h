@@ -43,10 +43,12 @@ template<class Element> struct tail_queue_t {
     }
 };
 
+// A record is one allocation: its text, at most 199 characters, stands right behind its fields.
+
 // A name, or a match line of a class-map.
 struct list_elem_t {
     list_elem_t *next;
-    char name[engine::area_size];
+    const char *name;
 };
 
 struct classmap_elem_t {
@@ -54,14 +56,14 @@ struct classmap_elem_t {
     tail_queue_t<list_elem_t> matches; // whole lines, newline included
     uint8_t qos_group;
     uint8_t type; // in an upgrade, the types of the class-maps already written for this name
-    char name[engine::area_size];
+    const char *name;
 };
 
 // One action line of a class.
 struct actions_elem_t {
     actions_elem_t *next;
     uint8_t type;
-    char action[engine::area_size]; // the whole line, indentation and newline included
+    const char *action; // the whole line, indentation and newline included
 };
 
 // A class of one policy-map.
@@ -69,7 +71,7 @@ struct class_elem_t {
     class_elem_t *next;
     tail_queue_t<actions_elem_t> class_actions;
     uint8_t type;
-    char name[engine::area_size]; // of a class-map, or a predefined class
+    const char *name; // of a class-map, or a predefined class
 };
 
 struct policymap_elem_t {
@@ -77,7 +79,7 @@ struct policymap_elem_t {
     tail_queue_t<class_elem_t> classes;
     uint8_t type;   // of all its actions
     boolean sysqos; // attached under "system qos"
-    char name[engine::area_size];
+    const char *name;
 };
 
 extern tail_queue_t<classmap_elem_t> classmaps;
@@ -90,8 +92,8 @@ void qoscnv_db_init();
 // Frees every record, each with a trace, and leaves the lists empty.
 void qoscnv_db_teardown();
 
-// Make a zeroed record with that name, traced as an allocation by `function`. Null when there is no
-// memory. The name must fit.
+// Make a zeroed record with that text, traced as an allocation by `function`. Null when there is no
+// memory.
 list_elem_t *qoscnv_new_list_elem(const char *function, std::string_view name);
 classmap_elem_t *qoscnv_new_classmap(const char *function, std::string_view name);
 policymap_elem_t *qoscnv_new_policymap(const char *function, std::string_view name);
