@@ -14,8 +14,12 @@ bool is_digit(char c) { return c >= '0' && c <= '9'; }
 struct text_cursor {
     const text_t &text;
     position here;
-    char get() const { return text.at(here); }
-    void advance() { here++; }
+    std::string_view together = text.run(here, text.size()); // some of the bytes from here on
+    char get() const { return together.empty() ? text.at(here) : together.front(); }
+    void advance() {
+        here++;
+        together.remove_prefix(together.empty() ? 0 : 1);
+    }
 };
 
 struct line_cursor {

@@ -36,6 +36,8 @@ size_t text_t::piece_at(position at) const {
 }
 
 std::string_view text_t::run(position from, position before) const {
+    if (from >= before)
+        return {};
     const size_t i = piece_at(from);
     const uint32_t skipped = from - start(i);
     return {pieces[i].bytes + skipped, std::min(pieces[i].length - skipped, before - from)};
@@ -53,7 +55,7 @@ position text_t::find_byte(char wanted, position from, position before) const {
     return before;
 }
 
-char text_t::at(position at) const {
+char text_t::at_elsewhere(position at) const {
     if (at >= marker)
         return at == marker ? end_marker : '\0';
     const size_t i = piece_at(at);
@@ -72,6 +74,18 @@ position text_t::end(position from) const {
     return zero_free.to;
 }
 
+// First `wanted` in `bytes`, else npos. Most hits are near, and what is fastest in many bytes takes
+// longer to prepare itself than to read a few lines.
+size_t text_t::find_in(std::string_view bytes, std::string_view wanted) {
+    constexpr size_t near = 256;
+    const size_t near_hit = bytes.substr(0, near + wanted.size()).find(wanted);
+    if (near_hit != bytes.npos || bytes.size() <= near)
+        return near_hit;
+    const std::string_view rest = bytes.substr(near);
+    const void *hit = memmem(rest.data(), rest.size(), wanted.data(), wanted.size());
+    return hit ? static_cast<size_t>(static_cast<const char *>(hit) - bytes.data()) : bytes.npos;
+}
+
 position text_t::find(std::string_view wanted, position from, position before) const {
     if (from >= marker || before <= from)
         return nowhere;
@@ -79,9 +93,9 @@ position text_t::find(std::string_view wanted, position from, position before) c
         static_cast<position>(std::min<size_t>(end(from), size_t{before} - 1 + wanted.size()));
     while (from < reach) {
         const std::string_view bytes = run(from, reach);
-        const void *hit = memmem(bytes.data(), bytes.size(), wanted.data(), wanted.size());
-        if (hit)
-            return from + static_cast<position>(static_cast<const char *>(hit) - bytes.data());
+        const size_t hit = find_in(bytes, wanted);
+        if (hit != bytes.npos)
+            return from + static_cast<position>(hit);
         const position seam = from + static_cast<position>(bytes.size());
         const position over_seam = find_over_seam(wanted, seam, from, reach);
         if (over_seam != nowhere)
@@ -118,9 +132,9 @@ position text_t::newline_before(position before, position first) const {
 std::string text_t::copy(position from, uint32_t length) const {
     std::string bytes;
     const position behind = from < marker ? from + std::min(length, marker - from) : from;
-    while (from < behind) {
-        bytes += run(from, behind);
-        from += static_cast<position>(run(from, behind).size());
+    for (std::string_view part; !(part = run(from, behind)).empty();) {
+        bytes += part;
+        from += static_cast<position>(part.size());
     }
     return bytes;
 }

@@ -60,7 +60,9 @@ class text_t {
     uint32_t capacity() const { return most; }
 
     // The byte at `at`: a byte of the text, the marker, or zero behind it.
-    char at(position at) const;
+    char at(position at) const {
+        return holds(looked, at) ? pieces[looked].bytes[at - start(looked)] : at_elsewhere(at);
+    }
     // End of the text as seen from `from`: the next zero byte, or the marker.
     position end(position from) const;
     // First `wanted` that begins in [from, before), not beyond the end; else nowhere. `wanted` is
@@ -107,6 +109,8 @@ class text_t {
         return piece < pieces.size() && at - start(piece) < pieces[piece].length;
     }
     size_t piece_at(position at) const;
+    char at_elsewhere(position at) const;
+    static size_t find_in(std::string_view bytes, std::string_view wanted);
     position find_byte(char wanted, position from, position before) const;
     position find_over_seam(std::string_view wanted, position seam, position first,
                             size_t before) const;

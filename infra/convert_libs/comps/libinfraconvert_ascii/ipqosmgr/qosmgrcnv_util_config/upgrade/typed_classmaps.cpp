@@ -7,6 +7,7 @@
 
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -120,6 +121,19 @@ bool add_network_qos_class(policymap_elem_t &pmap, class_elem_t &cls) {
 }
 
 } // namespace
+
+last_headers_t::last_headers_t(const char *kind_word, const std::string &header)
+    : edit_watcher_t(qoscnv_engine), kind(kind_word), qos(header + " type qos"),
+      queuing(header + " type queuing"), unified_fabric(header + " type unified-fabric"),
+      common(std::string_view(qos.wanted).substr(0, qos.wanted.rfind(' '))) {}
+
+// Few edits bring a header, so they are looked at for what all have in common.
+void last_headers_t::edited(const engine::edit_t &edit) {
+    const position from = edit.at - std::min(edit.at, length(unified_fabric.wanted));
+    const bool may_bring = qoscnv_find(common, from, edit.at + edit.inserted) != nowhere;
+    for (last_hit_t *header : {&qos, &queuing, &unified_fabric})
+        header->edited(edit, may_bring);
+}
 
 position stanza_ends_t::insertion_point(uint8_t type) const {
     if (type == QOSCNV_TYPE_UF && unified_fabric != nowhere)

@@ -3,15 +3,21 @@
 
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 
+#include <string>
+#include <string_view>
+
 // The last headers of the typed stanzas of a kind, and the word for it in the log. A header that
 // begins with a newline stands at line starts only.
-struct last_headers_t {
-    const char *kind;
+class last_headers_t final : engine::edit_watcher_t {
+  public:
+    last_headers_t(const char *kind_word, const std::string &header);
+
+    const char *const kind;
     last_hit_t qos, queuing, unified_fabric;
 
-    last_headers_t(const char *kind_word, const std::string &header)
-        : kind(kind_word), qos(header + " type qos"), queuing(header + " type queuing"),
-          unified_fabric(header + " type unified-fabric") {}
+  private:
+    const std::string_view common; // all of them begin with it
+    void edited(const engine::edit_t &edit) override;
 };
 
 // Positions behind the last stanza of each type; nowhere for a type that has none, or when no

@@ -24,7 +24,7 @@ position last_hit_t::find() {
     return hit;
 }
 
-void last_hit_t::edited(const engine::edit_t &edit) {
+void last_hit_t::edited(const engine::edit_t &edit, bool may_bring) {
     end += edit.inserted - edit.removed;
     if (hit != nowhere && edit.at + edit.removed <= hit) {
         hit += edit.inserted - edit.removed;
@@ -35,6 +35,6 @@ void last_hit_t::edited(const engine::edit_t &edit) {
         return;
     }
     const uint32_t overlap = length(wanted) - 1;
-    if (known)
+    if (known && may_bring)
         search(edit.at - std::min(edit.at, overlap), edit.at + edit.inserted);
 }

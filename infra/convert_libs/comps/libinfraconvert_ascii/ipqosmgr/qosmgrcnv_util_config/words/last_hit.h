@@ -6,17 +6,18 @@
 
 #include <string>
 
-class last_hit_t final : engine::edit_watcher_t {
+class last_hit_t {
   public:
-    explicit last_hit_t(const std::string &text) : edit_watcher_t(qoscnv_engine), wanted(text) {}
+    explicit last_hit_t(const std::string &text) : wanted(text) {}
 
     const std::string wanted;
 
     // Start of the last `wanted`, else nowhere.
     engine::position find();
+    // Must be told of every edit. `may_bring` is false when the edit cannot have made a `wanted`.
+    void edited(const engine::edit_t &edit, bool may_bring);
 
   private:
-    void edited(const engine::edit_t &edit) override;
     void search(engine::position from, engine::position before);
 
     bool known = false;
