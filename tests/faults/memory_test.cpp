@@ -54,7 +54,7 @@ struct example_t {
 };
 
 const example_t examples[] = {
-    {"qos", "4.0(1)", "4.1(3)", "one-user-class"},
+    {"qos", "4.0(1)", "4.1(3)", "all-special-classes"},
     {"qos", "5.0(2)", "4.0(1)", "empty-maps-without-system-qos"},
     {"qos", "4.1(3)", "4.2(1)", "mtu-limits"},
     {"qos", "5.0(3)U2(1)", "5.0(3)U1(1)", "control-plane"},

@@ -20,8 +20,10 @@ Record *allocate(const char *function, const char *Record::*text, std::string_vi
     engine::log(qoscnv_engine, function, "Allocating block of memory at %p\n", memory);
     if (!memory)
         return nullptr;
+    char *behind = static_cast<char *>(memory) + sizeof(Record);
+    memcpy(behind, bytes.data(), bytes.size());
     auto *record = new (memory) Record{};
-    record->*text = static_cast<char *>(memcpy(record + 1, bytes.data(), bytes.size()));
+    record->*text = behind;
     return record;
 }
 
