@@ -137,6 +137,10 @@ const row_t refused[] = {
      "p\xFF\n"},
     {mtu_up, "\npolicy-map type network-qos p\n  class type network-qos a\n    mtu 1\n",
      "qoscnv_create_qosgrp_policymap_4_2_1(): Could not find policy-maps; aborting\n"},
+    {mtu_up, "\npolicy-map type network-qos p\n  class type network-qos a\xFF\n    mtu 1\nend\n",
+     "qoscnv_insert_text(): refusing to insert text of length 28\n"},
+    {mtu_up, "\npolicy-map type network-qos p\n  class type network-qos a\n    pause \xFF\nend\n",
+     "qoscnv_insert_text(): refusing to insert text of length 12\n"},
     {mtu_down, "\nclass-map", "qoscnv_insert_text(): refusing to insert text of length 39\n"},
     {mtu_down, "\nclass-map\n", "qoscnv_insert_text(): refusing to insert text of length 36\n"},
     {mtu_down, "\nclass-map type qos match-any " + long_word + "\n",
@@ -149,6 +153,15 @@ struct passed_by_t {
 };
 
 const passed_by_t passed_by[] = {
+    {{to_typed,
+      "\nclass-map class-default\npolicy-map p\n  class class-default\nsystem qos\n"
+      "  service-policy p\nend\n",
+      "qoscnv_assign_qosgrp_to_sysqos_policy(): Assigned qos-group 0 to class-map class-default\n"
+      "qoscnv_assign_qosgrp_to_sysqos_policy(): Assigned qos-group 0 to class-map class-default "
+      "type "
+      "1\n"},
+     "\nclass-map type qos class-default\npolicy-map type qos p\n  class type qos class-default\n"
+     "system qos\n  service-policy type qos input p\nend\n"},
     {{to_typed, "\nclass-map c\nsystem qos\n",
       "qoscnv_assign_qosgrp_to_sysqos_policy(): no more service-policies in the configuration\n"},
      "\nclass-map type qos c\nsystem qos\n"},

@@ -110,6 +110,15 @@ TEST(routing, a_pair_without_a_rule_gives_the_file_back) {
     }
 }
 
+// A save gathers short runs and writes long ones by themselves.
+TEST(routing, a_large_text_with_few_edits) {
+    const std::string filler(200'000, '\n');
+    const auto up =
+        support::convert(support::service_named("npiv"),
+                         "npiv enable\n" + filler + "npiv enable\n" + filler, "4.0(1)", "5.0(1)");
+    EXPECT_EQ(up.file, "feature npiv\n" + filler + "feature npiv\n" + filler);
+}
+
 TEST(routing, up_and_down_again_gives_old_forms_back) {
     std::mt19937 random(2);
     for (int i = 0; i < 60; i++) {

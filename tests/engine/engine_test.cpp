@@ -1,6 +1,7 @@
 // The engine from inside: releases, scanning, edits at the borders of the text, navigation.
 
 #include "engine/engine.h"
+#include "engine/loaded.h"
 #include "fc_port_sec/fcportsec_engine.h"
 #include "fwm/fwmcnv_engine.h"
 #include "ipqosmgr/qosmgrcnv_engine.h"
@@ -13,22 +14,10 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <unistd.h>
 #include <utility>
 
 using namespace engine;
-
-namespace {
-
-// Gives an instance a text, with as much room as a load would.
-void load(engine_t &e, std::string_view bytes) {
-    const support::temporary_directory place;
-    support::write_file(place.path() + "/ascii/system.cfg", bytes);
-    ASSERT_EQ(read_ascii_file(e, place.path().c_str()), 0u);
-}
-
-std::string text_of(const engine_t &e) { return e.text->copy(0, e.text->size()); }
-
-} // namespace
 
 TEST(releases, a_text_sets_the_fields_that_it_supplies) {
     struct {
@@ -192,54 +181,6 @@ TEST(edits, removal_goes_on_until_nothing_is_left) {
     }
 }
 
-namespace {
-
-// The operations of one instance by their prefixed names.
-struct instance_t {
-    engine_t &e;
-    position (*nextline)(position);
-    bool (*nextstanza)(position);
-    position (*goto_nextstanza)(position);
-    std::string (*getline)(position, uint32_t);
-    void (*delete_text)(position, uint32_t);
-    bool (*insert_text)(position, std::string_view);
-    syserr_t (*remove_substring)(const char *);
-};
-
-#define INSTANCE(p)                                                                                \
-    instance_t {                                                                                   \
-        p##_engine, p##_nextline, p##_nextstanza, p##_goto_nextstanza, p##_getline,                \
-            p##_delete_text, p##_insert_text, p##_remove_substring                                 \
-    }
-
-const instance_t instances[] = {INSTANCE(qoscnv), INSTANCE(fcportsec), INSTANCE(npiv),
-                                INSTANCE(fwmcnv)};
-
-} // namespace
-
-TEST(navigation, lines_and_stanzas_of_every_instance) {
-    const std::string text = "policy-map p\n  class c\n!\ninterface e\n";
-    const auto stanza = static_cast<position>(text.find("interface"));
-    const auto size = static_cast<position>(text.size());
-    for (const instance_t &i : instances) {
-        load(i.e, text);
-        EXPECT_EQ(i.goto_nextstanza(0), stanza);
-        EXPECT_EQ(i.goto_nextstanza(15), stanza);
-        EXPECT_EQ(i.goto_nextstanza(stanza + 1), nowhere);
-        EXPECT_EQ(i.nextline(stanza), size);
-        EXPECT_EQ(i.nextline(size), nowhere);
-        EXPECT_TRUE(i.nextstanza(0) && i.nextstanza(stanza));
-        EXPECT_FALSE(i.nextstanza(13) || i.nextstanza(size));
-        EXPECT_EQ(i.getline(0, 8), "policy-");
-        EXPECT_EQ(i.getline(12, 8), "");
-        EXPECT_EQ(i.getline(size, 8), "\xFF");
-        EXPECT_EQ(i.remove_substring("class"), 0u);
-        i.delete_text(0, 13);
-        EXPECT_TRUE(i.insert_text(0, "x\n"));
-        EXPECT_EQ(text_of(i.e), "x\n   c\n!\ninterface e\n");
-    }
-}
-
 TEST(navigation, previous_lines_and_sections) {
     load(qoscnv_engine, "a\n  b\npolicy-map p\n");
     EXPECT_EQ(qoscnv_prevline(3, 0), 2u);
@@ -265,10 +206,15 @@ TEST(navigation, a_zero_byte_ends_the_text_behind_it) {
 
 TEST(loading, failures_say_why) {
     const support::temporary_directory place;
+    const std::string file = place.path() + "/ascii/system.cfg";
     EXPECT_EQ(satcnv_read_ascii_file(nullptr), failure);
     EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
-    support::write_file(place.path() + "/ascii/system.cfg", "");
+    support::write_file(file, "");
     EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
+    // Positions are traced as signed numbers, so five times the file must be one.
+    ASSERT_EQ(truncate(file.c_str(), INT32_MAX / 5 + 1), 0);
+    EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
+    EXPECT_EQ(errno, ENOMEM);
     EXPECT_EQ(satcnv_read_ascii_file(std::string(300, '/').c_str()), failure);
 }
 

@@ -65,10 +65,16 @@ void use(const names_t &names, const std::string &place) {
     ASSERT_EQ(names.read_ascii_file(place.c_str()), 0u);
     if (names.nextline) {
         EXPECT_EQ(names.nextline(2), 13u);
+        EXPECT_EQ(names.nextline(20), 29u);
+        EXPECT_EQ(names.nextline(29), engine::nowhere);
         EXPECT_EQ(names.goto_nextstanza(0), 19u);
-        EXPECT_TRUE(names.nextstanza(19));
-        EXPECT_FALSE(names.nextstanza(17));
+        EXPECT_EQ(names.goto_nextstanza(14), 19u);
+        EXPECT_EQ(names.goto_nextstanza(20), engine::nowhere);
+        EXPECT_TRUE(names.nextstanza(0) && names.nextstanza(19));
+        EXPECT_FALSE(names.nextstanza(13) || names.nextstanza(17) || names.nextstanza(29));
         EXPECT_EQ(names.getline(0, 8), "policy-");
+        EXPECT_EQ(names.getline(12, 8), "");
+        EXPECT_EQ(names.getline(29, 8), "\xFF");
     }
     names.delete_text(17, 2);
     EXPECT_TRUE(names.insert_text(0, "x\n"));
