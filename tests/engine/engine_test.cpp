@@ -1,5 +1,6 @@
 // The engine from inside: releases, scanning, edits at the borders of the text, navigation.
 
+#include "assoc/assoc_vlan_list.h"
 #include "engine/engine.h"
 #include "engine/loaded.h"
 #include "fc_port_sec/fcportsec_engine.h"
@@ -54,6 +55,7 @@ TEST(releases, a_missing_text_comes_from_the_platform) {
         {"4.1(3)K2(1)\nmore", "4.1(3)", "4.1(3)K2(1)"},
         {"4.1(3x)K2(1)", "4.1(3)", "4.1(3)K2(1)"},
         {"5.0(3)U2(1)", "5.0(3)", "5.0(3)K0(0)"},
+        {"4.1(3", "4.1(3)", "4.1(3)K0(0)"},
         {"7.2", "7.2(0)", "7.2(0)K0(0)"},
         {"", "0.0(0)", "0.0(0)K0(0)"},
     };
@@ -202,6 +204,23 @@ TEST(navigation, a_zero_byte_ends_the_text_behind_it) {
     EXPECT_EQ(qoscnv_engine.text->end(0), 4u);
     EXPECT_EQ(qoscnv_engine.text->end(5), 12u);
     EXPECT_EQ(qoscnv_goto_nextstanza(5), 7u);
+}
+
+TEST(removals, nothing_to_remove_and_no_text) {
+    load(npiv_engine, "ab\n");
+    EXPECT_EQ(npiv_remove_substring(""), 0u);
+    EXPECT_EQ(text_of(npiv_engine), "ab\n");
+    delete std::exchange(npiv_engine.text, nullptr);
+    EXPECT_EQ(npiv_remove_substring("a"), 0u);
+    EXPECT_EQ(npiv_nextline(0), nowhere);
+}
+
+TEST(vlans, what_is_missing_is_no_reason_to_convert) {
+    EXPECT_FALSE(assoc_conversion_needed(nullptr, "5.0(2)"));
+    EXPECT_FALSE(assoc_conversion_needed("4.1(3)", nullptr));
+    load(assoc_engine, "vlan 1\n");
+    assoc_int_multi_range_t ranges;
+    EXPECT_FALSE(assoc_get_vlan_mrange(8, ranges));
 }
 
 TEST(loading, failures_say_why) {

@@ -43,10 +43,6 @@ syserr_t fcportsec_remove_substring(const char *substr) {
     return engine::remove_substring(fcportsec_engine, substr);
 }
 
-engine::position fcportsec_find(std::string_view wanted, engine::position from,
-                                engine::position before) {
-    return engine::find(fcportsec_engine, wanted, from, before);
-}
 engine::position fcportsec_nextline(engine::position cp) {
     return engine::nextline(fcportsec_engine, cp);
 }

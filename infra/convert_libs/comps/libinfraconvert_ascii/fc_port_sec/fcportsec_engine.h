@@ -22,8 +22,6 @@ syserr_t fcportsec_remove_regexp(const char *substr, uint32_t extra_before_chars
                                  uint32_t extra_after_chars);
 syserr_t fcportsec_remove_substring(const char *substr);
 
-engine::position fcportsec_find(std::string_view wanted, engine::position from,
-                                engine::position before = engine::nowhere);
 engine::position fcportsec_nextline(engine::position cp);
 bool fcportsec_nextstanza(engine::position cp);
 engine::position fcportsec_goto_nextstanza(engine::position cp);

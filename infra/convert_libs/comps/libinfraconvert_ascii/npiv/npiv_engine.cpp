@@ -44,10 +44,6 @@ syserr_t npiv_remove_substring(const char *substr) {
     return engine::remove_substring(npiv_engine, substr);
 }
 
-engine::position npiv_find(std::string_view wanted, engine::position from,
-                           engine::position before) {
-    return engine::find(npiv_engine, wanted, from, before);
-}
 engine::position npiv_nextline(engine::position cp) { return engine::nextline(npiv_engine, cp); }
 bool npiv_nextstanza(engine::position cp) { return engine::nextstanza(npiv_engine, cp); }
 engine::position npiv_goto_nextstanza(engine::position cp) {

@@ -22,8 +22,6 @@ syserr_t npiv_remove_regexp(const char *substr, uint32_t extra_before_chars,
                             uint32_t extra_after_chars);
 syserr_t npiv_remove_substring(const char *substr);
 
-engine::position npiv_find(std::string_view wanted, engine::position from,
-                           engine::position before = engine::nowhere);
 engine::position npiv_nextline(engine::position cp);
 bool npiv_nextstanza(engine::position cp);
 engine::position npiv_goto_nextstanza(engine::position cp);

@@ -34,11 +34,8 @@ constexpr removal_t qos_groups[] = {
 };
 
 syserr_t remove_all(std::span<const removal_t> removals) {
-    for (const removal_t &removal : removals) {
-        const syserr_t status = qoscnv_remove_regexp(removal.text, removal.before, removal.after);
-        if (status != 0)
-            return status;
-    }
+    for (const removal_t &removal : removals)
+        qoscnv_remove_regexp(removal.text, removal.before, removal.after);
     return 0;
 }
 

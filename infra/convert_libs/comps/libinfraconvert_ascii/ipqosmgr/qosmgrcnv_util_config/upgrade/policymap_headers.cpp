@@ -15,7 +15,7 @@ constexpr uint32_t overlap = length(line_start) - 1;
 
 // Where the search for `name` begins: behind the headers that are known not to be of that name.
 position policymap_headers_t::first_to_look_at(position section, std::string_view name) {
-    if (walking && !engine::log_is_on(qoscnv_engine) && !passed_by.contains(std::string(name)))
+    if (walking && !engine::log_is_on(qoscnv_engine) && !passed_by.contains(name))
         return next;
     walking = true;
     passed_by.clear();

@@ -8,9 +8,9 @@
 
 #include "ipqosmgr/qosmgrcnv_engine.h"
 
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 
 class policymap_headers_t final : engine::edit_watcher_t {
   public:
@@ -26,6 +26,6 @@ class policymap_headers_t final : engine::edit_watcher_t {
     engine::position first_to_look_at(engine::position section, std::string_view name);
 
     bool walking = false;
-    engine::position next = 0;                 // the headers in front of it are of type qos
-    std::unordered_set<std::string> passed_by; // their names
+    engine::position next = 0;                    // the headers in front of it are of type qos
+    std::set<std::string, std::less<>> passed_by; // their names
 };

@@ -115,8 +115,9 @@ class rewriting {
         return write("type queuing " + attachment.direction, name);
     }
 
-    bool write(const std::string &type, const char *name) {
-        const std::string line = "  service-policy " + type + ' ' + name + '\n';
+    bool write(std::string_view type, const char *name) {
+        std::string line = "  service-policy ";
+        line.append(type).append(" ").append(name).append("\n");
         if (!qoscnv_write(pass, cp, line))
             return false;
         stanza_end += length(line);

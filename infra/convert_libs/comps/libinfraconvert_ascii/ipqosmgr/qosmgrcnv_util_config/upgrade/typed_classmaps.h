@@ -33,8 +33,7 @@ struct stanza_ends_t {
 stanza_ends_t qoscnv_find_stanza_ends(const char *pass, last_headers_t &headers);
 
 // Writes a class-map of `type` for each class of `pmap` that has none yet, behind those of
-// `headers`. Adds a class of type
-// network-qos to the policy's list for each class that has no actions of that type. Returns 0 or
-// -1.
+// `headers`. Adds a class of type network-qos to the policy's list for each class that has no
+// actions of that type. Returns 0 or -1.
 syserr_t qoscnv_create_qosgrp_classmap(policymap_elem_t &pmap, uint8_t type,
                                        last_headers_t &headers);
