@@ -55,14 +55,14 @@ struct example_t {
 
 const example_t examples[] = {
     {"qos", "4.0(1)", "4.1(3)", "all-special-classes"},
-    {"qos", "5.0(2)", "4.0(1)", "empty-maps-without-system-qos"},
+    {"qos", "5.0(2)", "4.0(1)", "trap-empty-maps"},
     {"qos", "4.1(3)", "4.2(1)", "mtu-limits"},
-    {"qos", "5.0(3)U2(1)", "5.0(3)U1(1)", "control-plane"},
+    {"qos", "5.0(3)U2(1)", "5.0(3)U1(1)", "trap-control-plane-lines"},
     {"fcportsec", "4.1(2)", "4.2(1)", "storage-switch"},
     {"npiv", "4.1(2)", "4.1(3)K2(1)", "data-centre-switch"},
     {"fwm", "4.2(1)", "4.1(3)", "static-addresses"},
-    {"assoc", "4.1(3)", "5.0(2)", "storage-vlans"},
-    {"satmgr", "4.2(1)", "5.0(3)", "fabric-ports"},
+    {"assoc", "4.1(3)", "5.0(2)", "trap-odd-vlan-lists"},
+    {"satmgr", "4.2(1)", "5.0(3)", "trap-odd-fabric-ports"},
 };
 
 // What came of one allocation that failed.

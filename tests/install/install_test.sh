@@ -41,7 +41,7 @@ is_converted "$place/from_cpp"
 if [ -e "$prefix/bin/infraconvert" ]; then
   # The prefix moves, as that of a private install may.
   mv "$prefix" "$place/elsewhere"
-  "$place/elsewhere/bin/infraconvert" convert --from '4.1(2)' --to '5.0(3)' \
+  "$place/elsewhere/bin/infraconvert" convert --accept IC041 --from '4.1(2)' --to '5.0(3)' \
       --output "$place/converted.cfg" "$root/examples/switch.cfg" 2>"$place/messages" ||
     { cat "$place/messages"; exit 1; }
   grep -qx 'feature fc-port-security' "$place/converted.cfg"

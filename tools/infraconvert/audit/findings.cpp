@@ -89,7 +89,7 @@ constexpr finding_kind_t kinds[] = {
      "The conversion numbers the classes of the policy under \"system qos\" anew, from 2 on. What "
      "else refers to the old number no longer meets this class.",
      "Check everything that names the qos-group, on this switch and in the policies around it."},
-    {"IC032", warning, "Marking is gone",
+    {"IC032", error, "Marking is gone",
      "The older form is written without \"set qos-group\". Under \"system qos\" the classes number "
      "themselves; elsewhere nothing marks the traffic any more.",
      "Add the \"set qos-group\" actions again after the downgrade where they are needed."},
@@ -105,7 +105,7 @@ constexpr finding_kind_t kinds[] = {
      "A policy-map that is attached in the original, and still has actions of that kind in the "
      "result, is not attached there any more.",
      "Attach the policy-map again by its type."},
-    {"IC041", warning, "A policy that only marks is not attached any more",
+    {"IC041", error, "A policy that only marks is not attached any more",
      "The conversion writes type qos attachments only for the policy under \"system qos\", and "
      "none for older releases. A policy-map that classifies and marks is kept, but where it was "
      "attached elsewhere the attachment is gone, and traffic there is no longer marked.",
