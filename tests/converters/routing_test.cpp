@@ -61,6 +61,9 @@ const row_t rows[] = {
     {"qos", "5.0(2)", "4.2(1)", "class-map c\n", "class-map c\n"},
     {"qos", "4.0(1)", "4.2(1)", "\nclass-map c\n", "\nclass-map type qos c\n"},
     {"qos", "5.0(3)U1(1)", "5.0(3)U2(1)", "class-map c\n", nullptr},
+    {"qos", "5.0(3)U2(1)", "5.0(3)U3(1)", "class-map c\n", nullptr},
+    {"qos", "5.0(3)U2(1)", "5.0(3)N1(1)", "class-map c\n", nullptr},
+    {"qos", "5.0(3)N2(1)", "5.0(3)U1(1)", "class-map c\n", nullptr},
     {"qos", "5.0(3)U2(1)", "5.0(3)U1(1)", "class-map type control-plane c\n  match\n", "  match\n"},
 };
 

@@ -183,6 +183,14 @@ TEST(edits, removal_goes_on_until_nothing_is_left) {
     }
 }
 
+TEST(navigation, a_stanza_begins_with_an_ascii_letter) {
+    const std::string first_bytes = "AZaz@[`{09 !\xC4\xE4";
+    for (const char first : first_bytes) {
+        load(npiv_engine, std::string(1, first));
+        EXPECT_EQ(npiv_nextstanza(0), first_bytes.find(first) < 4) << first;
+    }
+}
+
 TEST(navigation, previous_lines_and_sections) {
     load(qoscnv_engine, "a\n  b\npolicy-map p\n");
     EXPECT_EQ(qoscnv_prevline(3, 0), 2u);

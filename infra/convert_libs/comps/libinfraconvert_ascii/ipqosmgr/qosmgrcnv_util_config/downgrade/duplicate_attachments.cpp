@@ -132,7 +132,9 @@ syserr_t keep_first(stanza_walk_t &walk, work_area_t &name, work_area_t &line) {
         name.hold(words.word[static_cast<size_t>(words.count - 1)]); // the last one
         engine::log(qoscnv_engine, pass, "found service-policy name %s\n", name.text());
         walk.delete_line();
-        if (first && !walk.replace_deleted(std::string("  service-policy ") + name.text() + '\n'))
+        if (!first)
+            continue;
+        if (!walk.replace_deleted(std::string("  service-policy ") + name.text() + '\n'))
             return engine::failure;
     }
     return 0;
