@@ -4,6 +4,7 @@
 #include "history.h"
 #include "installer_call.h"
 #include "logs.h"
+#include "secrets.h"
 
 #include <algorithm>
 
@@ -94,8 +95,10 @@ conversion_t convert(const conversion_request_t &request) {
     conversion.script = counts ? history.script() : history_t(request.text).script();
     if (request.wants_logs)
         conversion.logs = readable_logs(workplace.logs());
+    if (request.mask_logs)
+        conversion.logs = masked_lines(conversion.logs);
     if (!request.log_directory.empty())
-        keep_logs(workplace.logs(), request.log_directory);
+        keep_logs(workplace.logs(), request.log_directory, request.mask_logs);
     return conversion;
 }
 

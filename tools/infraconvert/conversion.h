@@ -20,6 +20,7 @@ struct conversion_request_t {
     bool keep_going = false;   // the result of those that succeed counts even when others fail
     bool wants_logs = false;   // returns them
     std::string log_directory; // where to keep them; empty: nowhere
+    bool mask_logs = false;    // hides the secrets in them
 };
 
 // What one service did.

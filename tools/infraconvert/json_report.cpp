@@ -91,15 +91,16 @@ json changes_json(const conversion_t &conversion) {
     return changes;
 }
 
-json conversion_json(const conversion_t &conversion) {
-    return {{"from", conversion.releases.from},
-            {"to", conversion.releases.to},
-            {"failed", conversion.failed()},
-            {"changed", conversion.changes()},
-            {"input", text_json(*conversion.original)},
-            {"result", text_json(*conversion.result)},
-            {"services", steps_json(conversion)},
-            {"changes", changes_json(conversion)}};
+json conversion_json(const json_conversion_t &conversion) {
+    const conversion_t &exact = conversion.exact;
+    return {{"from", exact.releases.from},
+            {"to", exact.releases.to},
+            {"failed", exact.failed()},
+            {"changed", exact.changes()},
+            {"input", text_json(*exact.original)},
+            {"result", text_json(*exact.result)},
+            {"services", steps_json(conversion.shown)},
+            {"changes", changes_json(conversion.shown)}};
 }
 
 } // namespace
@@ -127,14 +128,14 @@ std::string preview_json(const preview_json_t &preview) {
     if (preview.back) {
         document["rollback"] = conversion_json(*preview.back);
         document["rollback"].erase("changes");
-        document["reversible"] = *preview.back->result == *preview.forward.original;
+        document["reversible"] = *preview.back->exact.result == *preview.forward.exact.original;
     } else
         document["findings"] = findings_json(preview.findings);
     document["diff"] = preview.diff;
     return printed(document);
 }
 
-std::string convert_json(const std::string &path, const conversion_t &conversion,
+std::string convert_json(const std::string &path, const json_conversion_t &conversion,
                          const std::vector<finding_t> &findings, const std::string &written,
                          const std::string &backup) {
     json document = document_of("convert");

@@ -5,6 +5,7 @@
 #include "conversion.h"
 #include "rule_scope.h"
 
+#include <optional>
 #include <string>
 
 namespace infraconvert {
@@ -12,16 +13,21 @@ namespace infraconvert {
 std::string plan_json(const std::vector<const service_t *> &services,
                       const release_pair_t &releases);
 
+// A conversion, whose sizes and digests count, and the same with the texts that are shown.
+struct json_conversion_t {
+    const conversion_t &exact, &shown;
+};
+
 struct preview_json_t {
     std::string path, diff;
-    const conversion_t &forward;
+    json_conversion_t forward;
     std::vector<finding_t> findings;
-    const conversion_t *back = nullptr; // of a rollback
+    std::optional<json_conversion_t> back; // of a rollback
 };
 std::string preview_json(const preview_json_t &preview);
 
 // `written` and `backup` are empty when there is none.
-std::string convert_json(const std::string &path, const conversion_t &conversion,
+std::string convert_json(const std::string &path, const json_conversion_t &conversion,
                          const std::vector<finding_t> &findings, const std::string &written,
                          const std::string &backup);
 

@@ -2,6 +2,7 @@
 
 #include "errors.h"
 #include "files.h"
+#include "secrets.h"
 
 #include <algorithm>
 #include <vector>
@@ -58,10 +59,13 @@ std::string readable_logs(const fs::path &directory) {
     return text;
 }
 
-void keep_logs(const fs::path &directory, const fs::path &destination) try {
+void keep_logs(const fs::path &directory, const fs::path &destination, bool mask) try {
     fs::create_directories(destination);
-    for (const fs::path &log : logs_in(directory))
+    for (const fs::path &log : logs_in(directory)) {
+        if (mask)
+            write_plainly(log, masked_lines(folded(read_log(log))));
         fs::copy_file(log, destination / log.filename(), fs::copy_options::overwrite_existing);
+    }
 } catch (const fs::filesystem_error &e) {
     throw usage_error("cannot keep the logs in " + destination.string() + ": " +
                       e.code().message());

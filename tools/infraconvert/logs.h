@@ -13,8 +13,10 @@ std::string read_log(const std::filesystem::path &file);
 // gets one line for it.
 std::string readable_logs(const std::filesystem::path &directory);
 
-// Copies all logs of the directory, complete, to `destination`, which is made when missing. Throws
-// usage_error when that fails.
-void keep_logs(const std::filesystem::path &directory, const std::filesystem::path &destination);
+// Copies all logs of the directory to `destination`, which is made when missing: complete, or with
+// secrets masked and then without what shows the saved text byte by byte. Throws usage_error when
+// that fails.
+void keep_logs(const std::filesystem::path &directory, const std::filesystem::path &destination,
+               bool mask);
 
 } // namespace infraconvert

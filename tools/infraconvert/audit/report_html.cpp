@@ -41,7 +41,7 @@ std::vector<bool> shown_lines(const script_t &script) {
     return shown;
 }
 
-json rows_json(const conversion_t &conversion, bool mask) {
+json rows_json(const conversion_t &conversion) {
     const lines_t before = split_lines(*conversion.original);
     const lines_t after = split_lines(*conversion.result);
     const std::vector<bool> shown = shown_lines(conversion.script);
@@ -59,7 +59,7 @@ json rows_json(const conversion_t &conversion, bool mask) {
         rows.push_back({line.edit == edit_t::keep ? "="
                         : added                   ? "+"
                                                   : "-",
-                        line.before + 1, line.after + 1, mask ? masked(text) : std::string(text),
+                        line.before + 1, line.after + 1, std::string(text),
                         line.edit == edit_t::keep ? "" : conversion.rule_of(line)});
     }
     return rows;
@@ -116,6 +116,7 @@ std::string data_element(const std::string &id, const std::string &data) {
 } // namespace
 
 std::string report_details(const audited_t &audited, const conversion_t &conversion, bool mask) {
+    const conversion_t shown = shown_conversion(conversion, mask);
     std::vector<finding_t> findings = audited.findings;
     if (mask)
         mask_findings(findings);
@@ -124,9 +125,8 @@ std::string report_details(const audited_t &audited, const conversion_t &convers
         entry.erase("severity");
         entry.erase("title");
     }
-    return embedded({{"findings", entries},
-                     {"services", services_json(conversion)},
-                     {"rows", rows_json(conversion, mask)}});
+    return embedded(
+        {{"findings", entries}, {"services", services_json(shown)}, {"rows", rows_json(shown)}});
 }
 
 void write_report(const std::string &file, const fleet_summary_t &summary,

@@ -13,18 +13,18 @@
 
 namespace infraconvert {
 
-std::vector<finding_t> findings_of(const conversion_t &conversion) {
+std::vector<finding_t> findings_of(const conversion_t &conversion, bool mask) {
     std::vector<finding_t> findings = audit(conversion, false);
     std::erase_if(findings, [](const finding_t &f) { return strcmp(f.kind->code, "IC090") == 0; });
+    if (mask)
+        mask_findings(findings);
     return findings;
 }
 
-void tell_findings(const std::string &name, std::vector<finding_t> findings, bool mask) {
+void tell_findings(const std::string &name, const std::vector<finding_t> &findings) {
     const finding_count_t count = count_findings(findings);
     if (count.errors + count.warnings == 0)
         return;
-    if (mask)
-        mask_findings(findings);
     message(name + ": " + count_text(count) +
             " (infraconvert explain CODE tells about one, infraconvert audit shows all)");
     message_lines(findings_text(findings, severity_t::warning));

@@ -9,11 +9,12 @@
 
 namespace infraconvert {
 
-// What an audit finds in the conversion, without the failures, which are told by themselves.
-std::vector<finding_t> findings_of(const conversion_t &conversion);
+// What an audit finds in the conversion, without the failures, which are told by themselves; with
+// secrets masked if so wished.
+std::vector<finding_t> findings_of(const conversion_t &conversion, bool mask);
 
 // Tells errors and warnings with their lines, and how many notes there are.
-void tell_findings(const std::string &name, std::vector<finding_t> findings, bool mask);
+void tell_findings(const std::string &name, const std::vector<finding_t> &findings);
 
 // The codes of severity error that `accepted` does not name, joined by commas. Throws usage_error
 // for an accepted code that does not exist.

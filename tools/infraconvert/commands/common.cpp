@@ -1,6 +1,5 @@
 #include "commands/common.h"
 
-#include "audit/mask.h"
 #include "errors.h"
 #include "messages.h"
 
@@ -42,8 +41,9 @@ void declare_logs(CLI::App &arguments, options_t &options) {
 }
 
 void declare_mask(CLI::App &arguments, options_t &options) {
-    arguments.add_flag("--mask", options.mask,
-                       "Hide passwords, keys and community strings in what is shown");
+    arguments.add_flag(
+        "--mask", options.mask,
+        "Hide passwords, keys and community strings in what is shown and in kept logs");
 }
 
 void declare_keep_going(CLI::App &arguments, options_t &options) {
@@ -55,8 +55,6 @@ void declare_keep_going(CLI::App &arguments, options_t &options) {
 job_t read_job(const options_t &options) {
     const release_pair_t releases = checked_releases(options.from, options.to);
     const auto chosen = services_named(options.services);
-    if (options.mask && options.json)
-        throw usage_error("--mask goes with --json in audit only");
     if (options.path.empty())
         throw usage_error("missing PATH of the configuration");
     const std::string file = configuration_file(options.path);
@@ -68,12 +66,13 @@ job_t read_job(const options_t &options) {
                         .services = chosen,
                         .keep_going = options.keep_going,
                         .wants_logs = options.log,
-                        .log_directory = options.log_dir}};
+                        .log_directory = options.log_dir,
+                        .mask_logs = options.mask}};
 }
 
-conversion_t run_job(const conversion_request_t &request, bool mask) {
+conversion_t run_job(const conversion_request_t &request) {
     conversion_t conversion = convert(request);
-    message_lines(mask ? masked_lines(conversion.logs) : conversion.logs);
+    message_lines(conversion.logs);
     return conversion;
 }
 

@@ -176,11 +176,12 @@ int run(const options_t &options) {
     const task_t task = task_of(options);
     if (task.plan)
         check_input(*task.plan, *task.job.request.text);
-    const conversion_t conversion = run_job(task.job.request, options.mask);
+    const conversion_t conversion = run_job(task.job.request);
     const std::string name = shown_name(task.job.file);
-    tell_summary(name, options.mask ? masked_conversion(conversion) : conversion);
-    const std::vector<finding_t> findings = findings_of(conversion);
-    tell_findings(name, findings, options.mask);
+    const conversion_t shown = shown_conversion(conversion, options.mask);
+    tell_summary(name, shown);
+    const std::vector<finding_t> findings = findings_of(conversion, options.mask);
+    tell_findings(name, findings);
     const std::string refused = refused_codes(findings, options.accept);
     const bool usable = task.keep_going || !conversion.failed();
     if (task.plan && usable)
@@ -190,8 +191,8 @@ int run(const options_t &options) {
             (usable && !refused.empty() ? refusal(refused)
                                         : outcome(task, conversion, usable, written)));
     if (options.json)
-        write_output(convert_json(name, conversion, findings, written ? task.destination : "",
-                                  written ? task.backup : ""));
+        write_output(convert_json(name, {conversion, shown}, findings,
+                                  written ? task.destination : "", written ? task.backup : ""));
     if (conversion.failed())
         return exit_failed;
     return refused.empty() ? exit_done : exit_findings;

@@ -112,17 +112,18 @@ void save_plan_of(const options_t &options, const job_t &job, const conversion_t
 }
 
 int preview(const options_t &options, const job_t &job) {
-    const conversion_t conversion = run_job(job.request, options.mask);
-    const conversion_t shown = options.mask ? masked_conversion(conversion) : conversion;
-    const std::vector<finding_t> findings = findings_of(conversion);
+    const conversion_t conversion = run_job(job.request);
+    const conversion_t shown = shown_conversion(conversion, options.mask);
+    const std::vector<finding_t> findings = findings_of(conversion, options.mask);
     const std::string name = shown_name(job.file);
     const view_t view = {shown, job.file, conversion.releases.to};
     if (options.json)
-        write_output(preview_json({name, diff_of(options, view, false), conversion, findings}));
+        write_output(
+            preview_json({name, diff_of(options, view, false), {conversion, shown}, findings, {}}));
     else
         write_output(diff_of(options, view, true) + (options.explain ? legend(conversion) : ""));
     tell_summary(name, shown);
-    tell_findings(name, findings, options.mask);
+    tell_findings(name, findings);
     tell_outcome(name, conversion, options.keep_going);
     if (!options.save_plan.empty())
         save_plan_of(options, job, conversion);
@@ -140,27 +141,34 @@ conversion_t round_trip(const conversion_t &forward, const conversion_t &back) {
 int rollback(const options_t &options, job_t job) {
     const std::string logs = job.request.log_directory;
     job.request.log_directory = logs.empty() ? "" : logs + "/forward";
-    const conversion_t forward = run_job(job.request, options.mask);
+    const conversion_t forward = run_job(job.request);
     const std::string name = shown_name(job.file);
-    tell_summary(name, options.mask ? masked_conversion(forward) : forward);
+    const conversion_t forward_shown = shown_conversion(forward, options.mask);
+    tell_summary(name, forward_shown);
     if (forward.failed() && !options.keep_going) {
         tell_outcome(name, forward, false);
-        write_output(options.json ? preview_json({name, "", forward, {}}) : "");
+        write_output(options.json ? preview_json({name, "", {forward, forward_shown}, {}, {}})
+                                  : "");
         return exit_failed;
     }
     job.request.text = forward.result;
     job.request.log_directory = logs.empty() ? "" : logs + "/back";
     std::swap(job.request.releases.from, job.request.releases.to);
-    const conversion_t back = run_job(job.request, options.mask);
-    tell_summary(name + ", back again", options.mask ? masked_conversion(back) : back);
+    const conversion_t back = run_job(job.request);
+    const conversion_t back_shown = shown_conversion(back, options.mask);
+    tell_summary(name + ", back again", back_shown);
 
     const conversion_t exact = round_trip(forward, back);
-    const conversion_t both = options.mask ? masked_conversion(exact) : exact;
+    const conversion_t both = shown_conversion(exact, options.mask);
     const view_t view = {both, job.file,
                          both.releases.from + ", after " + both.releases.to + " and back"};
     const bool usable = !back.failed() || options.keep_going;
     const std::string diff = usable ? diff_of(options, view, !options.json) : "";
-    write_output(options.json ? preview_json({name, diff, forward, {}, &back}) : diff);
+    write_output(
+        options.json
+            ? preview_json(
+                  {name, diff, {forward, forward_shown}, {}, json_conversion_t{back, back_shown}})
+            : diff);
     if (!usable)
         message(name + ": cannot be converted back");
     else
