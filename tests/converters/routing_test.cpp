@@ -40,6 +40,7 @@ const row_t rows[] = {
      "mac address-table a\nmac-address-table b\n mac address-table c\n"},
     {"fwm", "5.0(2)", "3.1(1)", "\nmac address-table b\n", "\nmac-address-table b\n"},
     {"fwm", "4.2(1)", "4.1(2)", "\nmac address-table b\n", "\nmac address-table b\n"},
+    {"fwm", "4.0(1)", "4.1(3)", "\nmac address-table b\n", "\nmac address-table b\n"},
     {"fwm", "4.1(3)", "4.2(1)", "\nmac-address-table b\n", "\nmac-address-table b\n"},
     {"fwm", "4.2(1)K1(1)", "4.2(1)K2(1)", "\nmac address-table b\n", nullptr},
     {"satmgr", "4.2(1)", "5.0(3)",

@@ -68,6 +68,7 @@ void catch_interruptions() {
 std::string run_child(const std::vector<std::string> &command, const std::string &output_file,
                       const std::string &error_file) {
     std::vector<char *> arguments;
+    arguments.reserve(command.size() + 1);
     for (const std::string &argument : command)
         arguments.push_back(const_cast<char *>(argument.c_str()));
     arguments.push_back(nullptr);

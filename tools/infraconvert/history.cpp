@@ -4,7 +4,7 @@
 
 namespace infraconvert {
 
-history_t::history_t(text_t text)
+history_t::history_t(const text_t &text)
     : current(text), original_lines(split_lines(*text)), lines(original_lines), original(text),
       removed_by(lines.size(), -1), added_by(lines.size(), -1), origin(lines.size()) {
     std::iota(origin.begin(), origin.end(), 0u);

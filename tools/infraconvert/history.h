@@ -14,7 +14,7 @@ namespace infraconvert {
 
 class history_t {
   public:
-    explicit history_t(text_t original);
+    explicit history_t(const text_t &original);
 
     // Takes `text` as the result of step number `step`. Returns how much the step changed.
     count_t record(int step, text_t text);

@@ -139,6 +139,8 @@ int main(int argc, char **argv) {
     } catch (const infraconvert::interrupted &e) {
         signal(e.signal, SIG_DFL);
         raise(e.signal);
+    } catch (const std::exception &e) { // beyond the commands, such as without memory
+        fprintf(stderr, "infraconvert: %s\n", e.what());
     }
     return infraconvert::exit_failed;
 }

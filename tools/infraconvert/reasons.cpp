@@ -204,7 +204,7 @@ constexpr reason_t reasons[] = {
 };
 
 std::string value_of(char mark, const evidence_t &e) {
-    const std::string line = e.captures.empty() ? "" : e.captures[0];
+    std::string line = e.captures.empty() ? "" : e.captures[0];
     switch (mark) {
     case '1':
         return line;

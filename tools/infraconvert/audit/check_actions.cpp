@@ -125,9 +125,10 @@ void for_each_pair(const policies_t &before, const policies_t &after, visit_t vi
 void tell_new_classes(audit_t &audit, const policies_t &before, const policies_t &after) {
     for (const auto &[policy, classes] : after) {
         const auto old = before.find(policy);
+        const std::string in_policy = "policy-map " + policy + ", class ";
         for (const auto &[name, contents] : classes) {
             if (old == before.end() || !old->second.contains(name))
-                audit.add("IC034", "policy-map " + policy + ", class " + name, {}, {contents.line});
+                audit.add("IC034", in_policy + name, {}, {contents.line});
         }
     }
 }

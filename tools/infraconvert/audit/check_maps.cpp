@@ -20,7 +20,7 @@ bool is_group_match(const std::string &line) { return line.starts_with("match qo
 struct map_key_t {
     bool is_class_map;
     std::string type, name;
-    auto operator<=>(const map_key_t &) const = default;
+    auto operator<=>(const map_key_t &) const = default; // NOLINT(modernize-use-nullptr)
 };
 
 struct merged_t {

@@ -29,5 +29,6 @@ void redirect_logs_to(const std::string &directory) { log_directory = directory;
 extern "C" FILE *fopen(const char *path, const char *mode) {
     using fopen_t = FILE *(*)(const char *, const char *);
     static const auto next = reinterpret_cast<fopen_t>(dlsym(RTLD_NEXT, "fopen"));
+    // cppcheck-suppress returnDanglingLifetime
     return next(redirected(path).c_str(), mode);
 }

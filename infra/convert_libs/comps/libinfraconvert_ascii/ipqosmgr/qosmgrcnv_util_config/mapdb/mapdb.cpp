@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 
 constinit tail_queue_t<classmap_elem_t> classmaps;
 constinit tail_queue_t<policymap_elem_t> policymaps;
@@ -22,7 +23,7 @@ Record *allocate(const char *function, const char *Record::*text, std::string_vi
         return nullptr;
     char *behind = static_cast<char *>(memory) + sizeof(Record);
     memcpy(behind, bytes.data(), bytes.size());
-    auto *record = new (memory) Record{};
+    Record *record = std::construct_at(static_cast<Record *>(memory));
     record->*text = behind;
     return record;
 }
