@@ -107,10 +107,13 @@ class terminal_t {
     }
     ~terminal_t() { close(master); }
     std::string name() const { return ptsname(master); }
+    // All that was written, which arrives in pieces; ends once nobody writes any more.
     std::string read_screen() const {
-        char text[4096];
-        const ssize_t length = read(master, text, sizeof text);
-        return {text, length > 0 ? static_cast<size_t>(length) : 0};
+        std::string screen;
+        char piece[4096];
+        for (ssize_t length; (length = read(master, piece, sizeof piece)) > 0;)
+            screen.append(piece, static_cast<size_t>(length));
+        return screen;
     }
 
   private:
