@@ -43,7 +43,9 @@ button { cursor: pointer; } button.code { border: 0; padding: 0; color: var(--ac
 #count { margin-left: auto; }
 .configuration { border-bottom: 1px solid var(--line); content-visibility: auto;
   contain-intrinsic-size: auto 2.6rem; }
-.configuration > summary { display: flex; gap: 1rem; padding: .45rem .25rem; cursor: pointer; list-style: none; }
+.configuration > summary { display: flex; gap: 1rem; padding: .45rem .25rem; cursor: pointer; list-style: none;
+  scroll-margin-top: 6rem; }
+.configuration > summary:focus-visible { outline-offset: -2px; } /* what is outside is not painted */
 .configuration > summary::before { content: "\25B8"; color: var(--soft); }
 .configuration[open] > summary::before { content: "\25BE"; }
 .configuration > summary:hover { background: var(--panel); }
@@ -61,6 +63,7 @@ button { cursor: pointer; } button.code { border: 0; padding: 0; color: var(--ac
 .diff .at.added { background: var(--added-mark); color: var(--ink); }
 .diff .gap td { background: var(--panel); color: var(--soft); text-align: center; }
 .diff tr.rule td { background: var(--panel); color: var(--soft); font-family: system-ui, sans-serif; }
+@media (max-width: 75rem) { .filters { position: static; } }
 @media print { .filters { display: none; } body { max-width: none; padding: 0; } }
 )css";
 
@@ -104,7 +107,12 @@ for (const kind of page.codes) kinds[kind.code] = kind;
 const tally = c => severities.map((severity, i) => c.tally[i] ?
   c.tally[i] + " " + severity + (c.tally[i] > 1 ? "s" : "") : "").filter(text => text).join(", ") || "no findings";
 
-function choose(name, value) { form.elements[name].value = value; filter(); form.scrollIntoView(); }
+function choose(name, value) {
+  form.elements[name].value = value;
+  filter();
+  form.scrollIntoView();
+  form.elements[name].focus();
+}
 
 function showSummary() {
   document.getElementById("releases").textContent = "from " + page.from + " to " + page.to;
@@ -119,6 +127,7 @@ function showSummary() {
   const body = document.getElementById("codes");
   for (const kind of page.codes) {
     const row = make("tr"), code = make("td"), button = make("button", "code", kind.code);
+    button.title = "show the configurations with " + kind.code;
     button.onclick = () => choose("code", kind.code);
     code.append(button);
     row.append(code, make("td", "severity " + kind.severity, kind.severity), make("td", "", kind.title),
