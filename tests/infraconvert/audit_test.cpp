@@ -134,7 +134,18 @@ const std::vector<row_t> &rows() {
         {"IC032", "5.0(2)", "4.0(1)", "qos",
          typed_class + typed_policy("m", "qos", marking_body) + "system qos\n",
          typed_class + typed_policy("m", "qos", marking_body) +
-             "system qos\n  service-policy type qos input m\n"},
+             typed_policy("q", "queuing", queuing_body) +
+             "system qos\n  service-policy type qos input m\n"
+             "  service-policy type queuing output q\n"},
+        {"IC032", "5.0(2)", "4.0(1)", "qos",
+         typed_class + typed_policy("q", "qos", marking_body + "  class b\n    set qos-group 3\n") +
+             typed_policy("q", "queuing", queuing_body) +
+             "system qos\n  service-policy type qos input q\n"
+             "  service-policy type queuing output q\n",
+         typed_class + typed_policy("q", "qos", marking_body) +
+             typed_policy("q", "queuing", queuing_body) +
+             "system qos\n  service-policy type qos input q\n"
+             "  service-policy type queuing output q\n"},
         {"IC033", "4.0(1)", "4.1(3)", "qos",
          two_classes + "policy-map p\n  class a\n  class b\n    priority\n" + port,
          two_classes + "policy-map p\n  class b\n    priority\n" + port},

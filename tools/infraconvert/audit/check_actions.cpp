@@ -66,25 +66,36 @@ struct pair_t {
     std::string title() const { return "policy-map " + policy + ", class " + name; }
 };
 
-// The classes that number themselves under "system qos", so that their marking is not written.
-bool numbers_itself(const pair_t &pair, bool system_policy) {
-    return system_policy && (pair.name == "class-default" || pair.name == "class-fcoe");
+// True when the class is in a policy that is attached under "system qos".
+bool is_system_class(const qos_t &qos, const std::string &name) {
+    return std::any_of(qos.maps.begin(), qos.maps.end(), [&](const map_t &map) {
+        return std::any_of(map.classes.begin(), map.classes.end(),
+                           [&](const class_t &c) { return c.name == name; }) &&
+               is_system_policy(qos, map.name);
+    });
+}
+
+// True for a class that numbers itself under "system qos", so that its marking is not written: in
+// the older form each that a policy there has, in the newer one two classes with fixed numbers.
+bool numbers_itself(const audit_t &audit, const pair_t &pair) {
+    return is_system_policy(audit.qos_before, pair.policy) &&
+           (pair.name == "class-default" || pair.name == "class-fcoe" ||
+            (audit.becomes_untyped() && is_system_class(audit.qos_after, pair.name)));
 }
 
 void compare_groups(audit_t &audit, const pair_t &pair) {
-    const bool system_policy = is_system_policy(audit.qos_before, pair.policy);
     const bool any_left = pair.after && !pair.after->groups.empty();
     for (const auto &[action, line] : pair.before.groups) {
         if (pair.after && pair.after->groups.contains(action))
             continue;
         if (any_left)
             audit.add("IC031", pair.title(), {line}, {pair.after->groups.begin()->second});
-        else if (audit.becomes_untyped() && !system_policy)
-            audit.add("IC032", pair.title(), {line}, {});
-        else if (!audit.becomes_untyped() && !numbers_itself(pair, system_policy))
-            audit.add("IC030", pair.title(), {line}, {});
+        else if (!numbers_itself(audit, pair))
+            audit.add(audit.becomes_untyped() ? "IC032" : "IC030", pair.title(), {line}, {});
     }
-    if (!any_left || (audit.becomes_typed() && system_policy))
+    const bool given_here =
+        audit.becomes_typed() && is_system_policy(audit.qos_before, pair.policy);
+    if (!any_left || given_here)
         return;
     for (const auto &[action, line] : pair.after->groups) {
         if (pair.before.groups.empty())

@@ -70,6 +70,8 @@ void compare_upgraded(audit_t &audit, const attachment_t &old, const list_t &now
 
 void compare_downgraded(audit_t &audit, const attachment_t &old, const list_t &now) {
     const bool marks = old.type == "qos";
+    if (marks && old.on_system())
+        return; // the classes number themselves there; one that does not is told as an action
     if (!has(now, {old.name, nullptr, old.on_system() ? "" : old.direction}))
         audit.add(marks ? "IC041" : "IC040", old.place, {old.line}, lines_of(now, old.name));
 }

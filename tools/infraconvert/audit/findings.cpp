@@ -90,8 +90,9 @@ constexpr finding_kind_t kinds[] = {
      "else refers to the old number no longer meets this class.",
      "Check everything that names the qos-group, on this switch and in the policies around it."},
     {"IC032", error, "Marking is gone",
-     "The older form is written without \"set qos-group\". Under \"system qos\" the classes number "
-     "themselves; elsewhere nothing marks the traffic any more.",
+     "The older form is written without \"set qos-group\". Classes of the policy under "
+     "\"system qos\" number themselves; elsewhere, and where that policy has no such class, "
+     "nothing marks the traffic any more.",
      "Add the \"set qos-group\" actions again after the downgrade where they are needed."},
     {"IC033", warning, "A class disappeared from its policy-map",
      "The original's policy-map has a class without actions that no policy-map of that name has in "
@@ -104,12 +105,15 @@ constexpr finding_kind_t kinds[] = {
     {"IC040", error, "An attachment disappeared",
      "A policy-map that is attached in the original, and still has actions of that kind in the "
      "result, is not attached there any more.",
-     "Attach the policy-map again by its type."},
+     "Attach the policy-map again by its type. Before 4.1(3) a place takes one policy: put the "
+     "actions into that."},
     {"IC041", error, "A policy that only marks is not attached any more",
      "The conversion writes type qos attachments only for the policy under \"system qos\", and "
      "none for older releases. A policy-map that classifies and marks is kept, but where it was "
      "attached elsewhere the attachment is gone, and traffic there is no longer marked.",
-     "Attach it again by hand; from 4.1(3) on as \"service-policy type qos input NAME\"."},
+     "Attach it again by hand: \"service-policy type qos input NAME\", before 4.1(3) without "
+     "\"type "
+     "qos\"."},
     {"IC042", warning, "An attachment changed its direction",
      "A policy-map that was attached for output is attached for input only in the result.",
      "Check which direction is meant, and correct the attachment."},
