@@ -48,7 +48,8 @@ call_result_t call_installer(const call_t &call) {
                                         "--to",
                                         call.releases.to,
                                         "--service",
-                                        std::to_string(call.service.uuid)};
+                                        std::to_string(call.service.uuid),
+                                        "--scratch"};
     if (call.quiet)
         command.emplace_back("--quiet");
     const std::string trouble = run_child(command, call.logs / (name + ".stdout"), error_file);

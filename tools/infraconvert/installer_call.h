@@ -14,7 +14,7 @@ struct call_result_t {
 };
 
 struct call_t {
-    std::filesystem::path directory; // whose ascii/system.cfg is converted
+    std::filesystem::path directory; // whose ascii/system.cfg, a scratch copy, is converted
     std::filesystem::path logs;      // directory for the logs, the output and the errors; exists
     release_pair_t releases;
     const service_t &service;
