@@ -2,7 +2,8 @@
 # usage: tools/coverage.sh [gcovr arguments ...]
 #
 # Builds the library with counters in build/coverage, runs every test and reports which lines and
-# branches of it they reached. Branches that only exceptions take are not counted. Further arguments
+# branches of it they reached. Branches that only exceptions take, and those that
+# the compiler knows to be never taken, are not counted. Further arguments
 # go to gcovr, such as --html-details build/coverage/report.html.
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -15,6 +15,7 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <memory>
 #include <unistd.h>
 #include <utility>
 
@@ -231,10 +232,26 @@ TEST(vlans, what_is_missing_is_no_reason_to_convert) {
     EXPECT_FALSE(assoc_get_vlan_mrange(8, ranges));
 }
 
+TEST(edits, watchers_end_in_any_order) {
+    struct counter_t final : edit_watcher_t {
+        using edit_watcher_t::edit_watcher_t;
+        void edited(const edit_t &) override { count++; }
+        int count = 0;
+    };
+    load(npiv_engine, "abcd\n");
+    counter_t stays(npiv_engine);
+    auto first = std::make_unique<counter_t>(npiv_engine);
+    const counter_t last(npiv_engine);
+    first.reset();
+    npiv_delete_text(0, 1);
+    EXPECT_EQ(stays.count + last.count, 2);
+}
+
 TEST(loading, failures_say_why) {
     const support::temporary_directory place;
     const std::string file = place.path() + "/ascii/system.cfg";
     EXPECT_EQ(satcnv_read_ascii_file(nullptr), failure);
+    EXPECT_EQ(satcnv_write_ascii_file(nullptr), failure);
     EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
     support::write_file(file, "");
     EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);

@@ -3,6 +3,7 @@
 
 #include "support/services.h"
 
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
@@ -10,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -152,6 +154,23 @@ TEST(metadata, a_symbolic_link_stays_and_its_target_is_replaced) {
     EXPECT_EQ(p.convert(), 0);
     EXPECT_EQ(fs::read_symlink(p.file), "../elsewhere/real.cfg");
     EXPECT_EQ(support::read_file(p.place.path() + "/elsewhere/real.cfg"), new_text);
+}
+
+// The first limit is met by a short text, the second by a long one that is written by itself.
+TEST(metadata, a_file_that_may_not_become_so_large) {
+    for (const rlim_t limit : {5, 100'000}) {
+        place_t p;
+        const std::string text = line + std::string(200'000, '\n');
+        support::write_file(p.file, text);
+        const auto limit_files = [&] {
+            signal(SIGXFSZ, SIG_IGN);
+            const rlimit files = {limit, limit};
+            return setrlimit(RLIMIT_FSIZE, &files) == 0;
+        };
+        EXPECT_EQ(p.convert(limit_files), -1);
+        EXPECT_EQ(support::read_file(p.file), text);
+        EXPECT_EQ(std::distance(fs::directory_iterator(p.directory), {}), 1);
+    }
 }
 
 TEST(in_place, both_names_of_a_file_show_the_new_text) {
