@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Compares the examples of docs/conversions.md with what infraconvert really does.
+"""Compares the examples of a document with what infraconvert really does.
 
 A comment in front of an example says what it is:
     <!-- convert SERVICE FROM TO -->    a block with the configuration before, and one after;
@@ -8,20 +8,26 @@ A comment in front of an example says what it is:
     <!-- unchanged SERVICE FROM TO -->  a block with a configuration that stays as it is
     <!-- fails SERVICE FROM TO -->      a block with a configuration, and one with the failure
     <!-- pairs SERVICE -->              a table of source release, target release and rule
+    <!-- session FILE -->               a block with commands and what they print, one after the
+                                        other beside a copy of FILE
 
 usage: examples.py [--write] INFRACONVERT DOCUMENT
 With --write the document is brought up to date instead.
 """
 import difflib
 import json
+import os
 import re
+import shutil
 import subprocess
 import sys
+import tempfile
 
 EXAMPLE = re.compile(r'<!-- (convert|unchanged|fails) (\S+) (\S+) (\S+)(?: accept (\S+))? -->\n+'
                      r'```\n(.*?)```\n'
                      r'(?:\n[^`\n]+\n\n```\n(.*?)```\n)?', re.S)
 PAIRS = re.compile(r'<!-- pairs (\S+) -->\n\n(?:\|.*\n){2}((?:\|.*\n)+)')
+SESSION = re.compile(r'<!-- session (\S+) -->\n+```\n(.*?)```\n', re.S)
 
 FAILED, FINDINGS = 1, 4  # exit statuses of infraconvert
 
@@ -68,14 +74,30 @@ def pairs_as_they_are(infraconvert, table):
     return text
 
 
+def session_as_it_is(infraconvert, directory, session):
+    environment = os.environ | {'PATH': f"{os.path.dirname(infraconvert)}:{os.environ['PATH']}"}
+    with tempfile.TemporaryDirectory() as place:
+        shutil.copy(os.path.join(directory, session[1]), place)
+        text = ''
+        for command in re.findall(r'^\$ (.*)', session[2], re.M):
+            done = subprocess.run(command, shell=True, cwd=place, env=environment, timeout=60,
+                                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+            text += f'$ {command}\n{done.stdout}'
+    start, end = (place - session.start() for place in session.span(2))
+    return session[0][:start] + text + session[0][end:]
+
+
 def main():
-    infraconvert, document = sys.argv[-2:]
+    infraconvert, document = map(os.path.abspath, sys.argv[-2:])
     with open(document) as file:
         text = file.read()
-    if len(EXAMPLE.findall(text)) + len(PAIRS.findall(text)) != text.count('\n<!-- '):
+    found = sum(len(kind.findall(text)) for kind in (EXAMPLE, PAIRS, SESSION))
+    if found == 0 or found != text.count('\n<!-- '):
         sys.exit(f'{document}: a comment is not followed by what it announces')
     actual = EXAMPLE.sub(lambda example: example_as_it_is(infraconvert, example), text)
     actual = PAIRS.sub(lambda table: pairs_as_they_are(infraconvert, table), actual)
+    directory = os.path.dirname(document)
+    actual = SESSION.sub(lambda session: session_as_it_is(infraconvert, directory, session), actual)
     if '--write' in sys.argv:
         with open(document, 'w') as file:
             file.write(actual)
