@@ -2,9 +2,9 @@
 # usage: tools/coverage.sh [gcovr arguments ...]
 #
 # Builds the library with counters in build/coverage, runs every test and reports which lines and
-# branches of it they reached. Branches that only exceptions take, and those that
-# the compiler knows to be never taken, are not counted. Further arguments
-# go to gcovr, such as --html-details build/coverage/report.html.
+# branches of it they reached. Branches that only exceptions take, and those that the compiler knows
+# to be never taken, are not counted. Further arguments go to gcovr, such as --html-details
+# build/coverage/report.html.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
