@@ -10,7 +10,7 @@ constexpr int exit_done = 0;
 constexpr int exit_failed = 1;       // a conversion failed, or its result could not be written
 constexpr int exit_usage = 2;        // wrong usage, or an input that cannot be used
 constexpr int exit_would_change = 3; // preview --exit-code: the conversion would change something
-constexpr int exit_findings = 4;     // an audit found something that would be lost
+constexpr int exit_findings = 4;     // something would be lost (audit, convert)
 
 // What the user asked for cannot be started: wrong arguments or an unusable input.
 struct usage_error : std::runtime_error {

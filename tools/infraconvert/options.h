@@ -13,14 +13,14 @@ struct options_t {
     std::vector<std::string> services; // as written; empty: all
     bool keep_going = false;           // past services that fail
 
-    // What is shown, on every command.
+    // What is shown.
     bool json = false;
-    std::string color = "auto";
     bool mask = false;   // secrets in what is shown
     bool log = false;    // the converters' logs, on standard error
     std::string log_dir; // keeps them
 
     // preview
+    std::string color = "auto";
     size_t context = 3;
     std::vector<std::string> labels; // of the original, of the result
     bool explain = false;

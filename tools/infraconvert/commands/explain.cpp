@@ -73,7 +73,7 @@ int run(const options_t &options) {
         write_output(rules_json(rules));
     else
         write_output(one ? details(rules[0]) : list(rules) + '\n' + finding_list());
-    return 0;
+    return exit_done;
 }
 
 } // namespace

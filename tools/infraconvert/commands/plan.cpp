@@ -1,6 +1,7 @@
 // plan: which rule applies to a pair of releases, without any configuration.
 
 #include "commands/common.h"
+#include "errors.h"
 #include "json_report.h"
 #include "messages.h"
 #include "summary.h"
@@ -19,7 +20,7 @@ int run(const options_t &options) {
     const release_pair_t releases = checked_releases(options.from, options.to);
     const auto chosen = services_named(options.services);
     write_output(options.json ? plan_json(chosen, releases) : plan_table(chosen, releases));
-    return 0;
+    return exit_done;
 }
 
 } // namespace
