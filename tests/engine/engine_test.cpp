@@ -1,17 +1,14 @@
-// The engine from inside: releases, scanning, edits at the borders of the text, navigation.
+// The engine from inside: releases, scanning, edits at the borders of the text, navigation,
+// loading.
 
-#include "assoc/assoc_vlan_list.h"
 #include "engine/engine.h"
 #include "engine/loaded.h"
 #include "fc_port_sec/fcportsec_engine.h"
 #include "fwm/fwmcnv_engine.h"
 #include "ipqosmgr/qosmgrcnv_engine.h"
-#include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 #include "npiv/npiv_engine.h"
 #include "satmgr/satcnv_engine.h"
 #include "support/converter_process.h"
-
-#include "include/libinfraconvertascii.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
@@ -184,6 +181,30 @@ TEST(edits, removal_goes_on_until_nothing_is_left) {
     }
 }
 
+TEST(edits, removal_without_a_word_or_a_text) {
+    load(npiv_engine, "ab\n");
+    EXPECT_EQ(npiv_remove_substring(""), 0u);
+    EXPECT_EQ(text_of(npiv_engine), "ab\n");
+    delete std::exchange(npiv_engine.text, nullptr);
+    EXPECT_EQ(npiv_remove_substring("a"), 0u);
+    EXPECT_EQ(npiv_nextline(0), nowhere);
+}
+
+TEST(edits, watchers_end_in_any_order) {
+    struct counter_t final : edit_watcher_t {
+        using edit_watcher_t::edit_watcher_t;
+        void edited(const edit_t &) override { count++; }
+        int count = 0;
+    };
+    load(npiv_engine, "abcd\n");
+    counter_t stays(npiv_engine);
+    auto first = std::make_unique<counter_t>(npiv_engine);
+    const counter_t last(npiv_engine);
+    first.reset();
+    npiv_delete_text(0, 1);
+    EXPECT_EQ(stays.count + last.count, 2);
+}
+
 TEST(navigation, a_stanza_begins_with_an_ascii_letter) {
     const std::string first_bytes = "AZaz@[`{09 !\xC4\xE4";
     for (const char first : first_bytes) {
@@ -215,38 +236,6 @@ TEST(navigation, a_zero_byte_ends_the_text_behind_it) {
     EXPECT_EQ(qoscnv_goto_nextstanza(5), 7u);
 }
 
-TEST(removals, nothing_to_remove_and_no_text) {
-    load(npiv_engine, "ab\n");
-    EXPECT_EQ(npiv_remove_substring(""), 0u);
-    EXPECT_EQ(text_of(npiv_engine), "ab\n");
-    delete std::exchange(npiv_engine.text, nullptr);
-    EXPECT_EQ(npiv_remove_substring("a"), 0u);
-    EXPECT_EQ(npiv_nextline(0), nowhere);
-}
-
-TEST(vlans, what_is_missing_is_no_reason_to_convert) {
-    EXPECT_FALSE(assoc_conversion_needed(nullptr, "5.0(2)"));
-    EXPECT_FALSE(assoc_conversion_needed("4.1(3)", nullptr));
-    load(assoc_engine, "vlan 1\n");
-    assoc_int_multi_range_t ranges;
-    EXPECT_FALSE(assoc_get_vlan_mrange(8, ranges));
-}
-
-TEST(edits, watchers_end_in_any_order) {
-    struct counter_t final : edit_watcher_t {
-        using edit_watcher_t::edit_watcher_t;
-        void edited(const edit_t &) override { count++; }
-        int count = 0;
-    };
-    load(npiv_engine, "abcd\n");
-    counter_t stays(npiv_engine);
-    auto first = std::make_unique<counter_t>(npiv_engine);
-    const counter_t last(npiv_engine);
-    first.reset();
-    npiv_delete_text(0, 1);
-    EXPECT_EQ(stays.count + last.count, 2);
-}
-
 TEST(loading, failures_say_why) {
     const support::temporary_directory place;
     const std::string file = place.path() + "/ascii/system.cfg";
@@ -260,36 +249,4 @@ TEST(loading, failures_say_why) {
     EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
     EXPECT_EQ(errno, ENOMEM);
     EXPECT_EQ(satcnv_read_ascii_file(std::string(300, '/').c_str()), failure);
-}
-
-TEST(map_database, teardown_frees_what_a_record_holds_first) {
-    auto *map = qoscnv_new_classmap("test", "c1");
-    classmaps.append(map);
-    map->matches.append(qoscnv_new_list_elem("test", "  match cos 1\n"));
-    map->matches.append(qoscnv_new_list_elem("test", "  match cos 2\n"));
-    auto *pmap = qoscnv_new_policymap("test", "p1");
-    policymaps.append(pmap);
-    auto *cls = qoscnv_new_class("test", "c1");
-    pmap->classes.append(cls);
-    cls->class_actions.append(qoscnv_new_action("test", "    priority\n"));
-
-    const support::temporary_directory place;
-    const std::string log = place.path() + "/log";
-    err_fp = fopen(log.c_str(), "w");
-    qosmgrcnv_debug = 1;
-    qoscnv_db_teardown();
-    qosmgrcnv_debug = 0;
-    fclose(std::exchange(err_fp, nullptr));
-    std::string expected;
-    for (int i = 0; i < 6; i++)
-        expected += "qoscnv_db_teardown(): Freeing block of memory at <ptr>\n";
-    EXPECT_EQ(support::without_addresses(support::read_file(log)), expected);
-    EXPECT_TRUE(classmaps.empty() && policymaps.empty());
-}
-
-TEST(map_database, the_first_keyword_decides_the_type_of_an_action) {
-    EXPECT_EQ(qoscnv_convert_action_to_pmap_type("    bandwidth set qos-group"), QOSCNV_TYPE_QOS);
-    EXPECT_EQ(qoscnv_convert_action_to_pmap_type("    priority mtu 1500"), QOSCNV_TYPE_UF);
-    EXPECT_EQ(qoscnv_convert_action_to_pmap_type("    bandwidth percent 5"), QOSCNV_TYPE_QUEUING);
-    EXPECT_EQ(qoscnv_convert_action_to_pmap_type("    police"), QOSCNV_TYPE_NONE);
 }
