@@ -162,7 +162,8 @@ constexpr reason_t reasons[] = {
      "the direction of a \"service-policy\" on an interface is \"$1\", neither input nor output",
      attachment_without_direction},
     {"Unexpected text: %s",
-     "a line or a name is too long for the converter, which takes up to 198 characters",
+     "a line or a name is too long for the converter, which takes up to 198 characters "
+     "in a line and 199 in a name",
      unexpected_line, 198},
     {"Unexpected text: %s", "$M has $L where the converter expects a class, a match or a name",
      unexpected_line},

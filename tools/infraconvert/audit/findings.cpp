@@ -186,7 +186,7 @@ constexpr finding_kind_t kinds[] = {
      "Correct the list of VLANs in the original, or write the stanza by hand."},
     {"IC068", warning, "Fabric extender lines stay in the old order",
      "The new release wants \"switchport mode fex-fabric\" ahead of \"fex associate\".",
-     "Put the two lines in order by hand."},
+     "Convert the service satmgr too, or put the two lines in order by hand."},
     {"IC070", note, "A second conversion would change the result again",
      "The converters do not see that a configuration is converted already. Run twice, this "
      "conversion damages it.",
