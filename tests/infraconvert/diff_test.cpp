@@ -1,6 +1,6 @@
 // Scripts over random texts: applied they give the other text, and each change has its step.
 
-#include "history.h"
+#include "conversion/history.h"
 
 #include <gtest/gtest.h>
 #include <random>

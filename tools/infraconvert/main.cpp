@@ -1,12 +1,12 @@
 // infraconvert: what a release change does to a saved configuration, and then the change itself.
 
-#include "child.h"
-#include "command.h"
-#include "diff.h"
-#include "errors.h"
-#include "json_report.h"
-#include "messages.h"
-#include "suggest.h"
+#include "base/child.h"
+#include "base/diff.h"
+#include "base/errors.h"
+#include "base/messages.h"
+#include "base/suggest.h"
+#include "commands/command.h"
+#include "reports/json_report.h"
 
 #include <CLI/CLI.hpp>
 

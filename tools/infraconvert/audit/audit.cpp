@@ -1,7 +1,7 @@
 #include "audit/audit.h"
 
 #include "audit/checks.h"
-#include "configuration.h"
+#include "conversion/configuration.h"
 
 #include <algorithm>
 #include <cstdio>

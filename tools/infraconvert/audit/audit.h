@@ -3,7 +3,7 @@
 #pragma once
 
 #include "audit/findings.h"
-#include "conversion.h"
+#include "conversion/conversion.h"
 
 #include <vector>
 

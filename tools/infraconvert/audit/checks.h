@@ -3,7 +3,7 @@
 
 #include "audit/findings.h"
 #include "audit/stanzas.h"
-#include "conversion.h"
+#include "conversion/conversion.h"
 
 #include <array>
 #include <string>

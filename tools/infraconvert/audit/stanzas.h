@@ -2,7 +2,7 @@
 // converters: what they overlook must not be overlooked here for the same reason.
 #pragma once
 
-#include "diff.h"
+#include "base/diff.h"
 
 #include <string>
 #include <string_view>

@@ -1,11 +1,11 @@
 // audit: what a conversion would lose, for one configuration or for many.
 
-#include "audit/fleet.h"
-#include "audit/mask.h"
-#include "audit/reports.h"
+#include "base/errors.h"
+#include "base/messages.h"
 #include "commands/common.h"
-#include "errors.h"
-#include "messages.h"
+#include "reports/mask.h"
+#include "reports/reports.h"
+#include "window/fleet.h"
 
 #include <algorithm>
 #include <unistd.h>

@@ -1,7 +1,7 @@
 #include "commands/common.h"
 
-#include "errors.h"
-#include "messages.h"
+#include "base/errors.h"
+#include "base/messages.h"
 
 namespace infraconvert {
 

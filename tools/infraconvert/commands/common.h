@@ -1,8 +1,8 @@
 // What several commands have in common.
 #pragma once
 
-#include "command.h"
-#include "conversion.h"
+#include "commands/command.h"
+#include "conversion/conversion.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,15 +1,15 @@
 // convert: the conversion that preview shows, applied. All or nothing.
 
-#include "audit/mask.h"
-#include "audit/section.h"
-#include "backup.h"
+#include "base/errors.h"
+#include "base/messages.h"
+#include "commands/backup.h"
 #include "commands/common.h"
 #include "engine/replace_file.h"
-#include "errors.h"
-#include "json_report.h"
-#include "messages.h"
-#include "plan_file.h"
-#include "summary.h"
+#include "reports/conversion_findings.h"
+#include "reports/json_report.h"
+#include "reports/mask.h"
+#include "reports/summary.h"
+#include "window/plan_file.h"
 
 #include <cerrno>
 #include <cstring>

@@ -1,12 +1,12 @@
 // explain: what a rule does, and for which releases; what a finding means.
 
-#include "audit/report_json.h"
-#include "audit/report_text.h"
+#include "base/errors.h"
+#include "base/messages.h"
 #include "commands/common.h"
-#include "errors.h"
-#include "json_report.h"
-#include "messages.h"
-#include "rule_scope.h"
+#include "conversion/rule_scope.h"
+#include "reports/json_report.h"
+#include "reports/report_json.h"
+#include "reports/report_text.h"
 
 namespace infraconvert {
 

@@ -1,10 +1,10 @@
 // plan: which rule applies to a pair of releases, without any configuration.
 
+#include "base/errors.h"
+#include "base/messages.h"
 #include "commands/common.h"
-#include "errors.h"
-#include "json_report.h"
-#include "messages.h"
-#include "summary.h"
+#include "reports/json_report.h"
+#include "reports/summary.h"
 
 namespace infraconvert {
 

@@ -1,14 +1,14 @@
 // preview: what a conversion would change, as a diff, without changing anything.
 
-#include "audit/mask.h"
-#include "audit/section.h"
+#include "base/errors.h"
+#include "base/messages.h"
 #include "commands/common.h"
-#include "errors.h"
-#include "json_report.h"
-#include "messages.h"
-#include "plan_file.h"
-#include "summary.h"
-#include "unified.h"
+#include "reports/conversion_findings.h"
+#include "reports/json_report.h"
+#include "reports/mask.h"
+#include "reports/summary.h"
+#include "reports/unified.h"
+#include "window/plan_file.h"
 
 #include <algorithm>
 

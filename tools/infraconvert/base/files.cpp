@@ -1,0 +1,104 @@
+#include "base/files.h"
+
+#include "base/errors.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace infraconvert {
+
+namespace {
+
+std::string system_error(const std::string &path) { return path + ": " + strerror(errno); }
+
+std::string read_descriptor(int descriptor, const std::string &name) {
+    std::string bytes;
+    char block[1 << 16];
+    for (;;) {
+        const ssize_t count = read(descriptor, block, sizeof block);
+        if (count == 0)
+            return bytes;
+        if (count < 0 && errno != EINTR)
+            throw usage_error(system_error(name));
+        bytes.append(block, count > 0 ? static_cast<size_t>(count) : 0);
+    }
+}
+
+// "line 12, column 3 (byte 345)", the first two counted from 1 as editors do.
+std::string place(const std::string &text, size_t at) {
+    const auto line = std::count(text.begin(), text.begin() + static_cast<ptrdiff_t>(at), '\n') + 1;
+    const size_t newline = at == 0 ? text.npos : text.rfind('\n', at - 1);
+    const size_t column = newline == text.npos ? at + 1 : at - newline;
+    return "line " + std::to_string(line) + ", column " + std::to_string(column) + " (byte " +
+           std::to_string(at) + ")";
+}
+
+void refuse_unconvertible(const std::string &name, const std::string &text) {
+    using namespace std::literals;
+    if (text.empty())
+        throw usage_error(name + ": the configuration is empty");
+    const size_t at = text.find_first_of("\0\xFF"sv);
+    if (at == text.npos)
+        return;
+    const char *byte = text[at] == '\0' ? "a zero byte" : "a byte 0xFF";
+    throw usage_error(name + ": " + byte + " at " + place(text, at) +
+                      "; the converters would not see, or would lose, what stands behind it");
+}
+
+std::filesystem::path make_private_directory() {
+    const char *parent = getenv("TMPDIR");
+    std::string name = std::string(parent && *parent ? parent : "/tmp") + "/infraconvert-XXXXXX";
+    if (!mkdtemp(name.data()))
+        throw run_error("cannot make a temporary directory " + system_error(name));
+    return std::filesystem::canonical(name);
+}
+
+} // namespace
+
+std::string read_file(const std::string &path) {
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0)
+        throw usage_error(system_error(path));
+    const std::unique_ptr<const int, void (*)(const int *)> closer(&descriptor,
+                                                                   [](const int *d) { close(*d); });
+    return read_descriptor(descriptor, path);
+}
+
+std::string configuration_file(const std::string &path) {
+    std::error_code ignored;
+    if (path != standard_stream && std::filesystem::is_directory(path, ignored))
+        return std::filesystem::path(path) / configuration_in_directory;
+    return path;
+}
+
+text_t read_configuration(const std::string &file) {
+    const bool standard = file == standard_stream;
+    const std::string name = standard ? "standard input" : file;
+    auto text = std::make_shared<const std::string>(standard ? read_descriptor(STDIN_FILENO, name)
+                                                             : read_file(file));
+    refuse_unconvertible(name, *text);
+    return text;
+}
+
+void write_plainly(const std::filesystem::path &file, std::string_view bytes) {
+    FILE *stream = fopen(file.c_str(), "w");
+    const bool written = stream && fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size();
+    const bool closed = stream && fclose(stream) == 0;
+    if (!written || !closed)
+        throw run_error(system_error(file));
+}
+
+private_directory_t::private_directory_t() : path(make_private_directory()) {}
+
+private_directory_t::~private_directory_t() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path, ignored);
+}
+
+} // namespace infraconvert

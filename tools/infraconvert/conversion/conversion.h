@@ -1,0 +1,55 @@
+// The conversion of one configuration by several services, one after the other as the installer
+// does it, each in a process of its own and on a private copy.
+#pragma once
+
+#include "base/diff.h"
+#include "base/files.h"
+#include "conversion/reasons.h"
+#include "conversion/services.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace infraconvert {
+
+struct conversion_request_t {
+    text_t text;
+    release_pair_t releases;
+    std::vector<const service_t *> services;
+    bool keep_going = false;   // the result of those that succeed counts even when others fail
+    bool wants_logs = false;   // returns them
+    std::string log_directory; // where to keep them; empty: nowhere
+    bool mask_logs = false;    // hides the secrets in them
+};
+
+// What one service did.
+struct step_t {
+    const service_t *service;
+    routing_t routing;
+    count_t changed;
+    std::optional<failure_t> failure;
+
+    bool changes() const { return changed.added + changed.removed > 0; }
+    // "converted", "unchanged", "no rule" or "failed".
+    const char *state() const;
+};
+
+struct conversion_t {
+    release_pair_t releases;
+    text_t original, result; // the same when a service failed and nothing was to keep going
+    std::vector<step_t> steps;
+    script_t script;  // from the original to the result
+    std::string logs; // for people to read, when wanted
+
+    bool failed() const;
+    bool changes() const { return *original != *result; }
+    // The rule that a script line owes its change to; "-" when no rule's step is known.
+    std::string rule_of(const script_line_t &line) const;
+};
+
+// Runs the conversion. What a converter cannot do is a failure in its step. Throws run_error when
+// the machine does not allow it, and usage_error when the logs cannot be kept.
+conversion_t convert(const conversion_request_t &request);
+
+} // namespace infraconvert

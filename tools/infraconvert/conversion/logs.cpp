@@ -1,0 +1,74 @@
+#include "conversion/logs.h"
+
+#include "base/errors.h"
+#include "base/files.h"
+#include "base/secrets.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace infraconvert {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Leaves out the messages of the QoS converter that show one byte of the saved text each: they
+// follow one another without a newline of their own.
+std::string folded(const std::string &log) {
+    constexpr std::string_view announced = "qoscnv_print_ascii_file(): Printing ASCII file ...\n";
+    constexpr std::string_view message = "qoscnv_print_ascii_file(): ";
+    const size_t at = log.find(announced);
+    if (at == log.npos)
+        return log;
+    const size_t first = at + announced.size();
+    size_t end = first, bytes = 0;
+    for (; log.compare(end, message.size(), message) == 0; bytes++)
+        end += message.size() + 1;
+    if (bytes == 0)
+        return log;
+    return log.substr(0, first) + "(left out: " + std::to_string(bytes) +
+           " messages, one for each byte of the saved text)\n" +
+           log.substr(std::min(end, log.size()));
+}
+
+std::vector<fs::path> logs_in(const fs::path &directory) {
+    std::vector<fs::path> logs;
+    for (const auto &entry : fs::directory_iterator(directory)) {
+        if (entry.path().extension() == ".log")
+            logs.push_back(entry.path());
+    }
+    std::sort(logs.begin(), logs.end());
+    return logs;
+}
+
+} // namespace
+
+std::string read_log(const fs::path &file) {
+    std::error_code ignored;
+    return fs::exists(file, ignored) ? read_file(file) : "";
+}
+
+std::string readable_logs(const fs::path &directory) {
+    std::string text;
+    for (const fs::path &log : logs_in(directory)) {
+        text += "==> " + log.filename().string() + " <==\n" + folded(read_log(log));
+        if (!text.ends_with('\n'))
+            text += '\n';
+    }
+    return text;
+}
+
+void keep_logs(const fs::path &directory, const fs::path &destination, bool mask) try {
+    fs::create_directories(destination);
+    for (const fs::path &log : logs_in(directory)) {
+        if (mask)
+            write_plainly(log, masked_lines(folded(read_log(log))));
+        fs::copy_file(log, destination / log.filename(), fs::copy_options::overwrite_existing);
+    }
+} catch (const fs::filesystem_error &e) {
+    throw usage_error("cannot keep the logs in " + destination.string() + ": " +
+                      e.code().message());
+}
+
+} // namespace infraconvert

@@ -1,0 +1,30 @@
+// Which pairs of releases a rule applies to, asked of the rule itself.
+#pragma once
+
+#include "conversion/services.h"
+
+#include <string>
+#include <vector>
+
+namespace infraconvert {
+
+// Each of the releases `from` goes with each of the releases `to`. Releases of one list follow one
+// another among those that are asked.
+struct scope_t {
+    std::vector<std::string> from, to;
+};
+
+// The releases that are asked, oldest first: those at which a rule begins or ends to apply, and
+// their neighbours.
+const std::vector<std::string> &asked_releases();
+
+std::vector<scope_t> scope_of(const service_t &service, const engine::rule_t &rule);
+
+// The rule of this identifier, whatever its case, and its service. Throws usage_error.
+struct found_rule_t {
+    const service_t *service;
+    const engine::rule_t *rule;
+};
+found_rule_t rule_named(const std::string &id);
+
+} // namespace infraconvert

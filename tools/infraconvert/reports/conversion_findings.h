@@ -1,0 +1,24 @@
+// The findings as a section of what preview and convert tell.
+#pragma once
+
+#include "audit/findings.h"
+#include "conversion/conversion.h"
+
+#include <string>
+#include <vector>
+
+namespace infraconvert {
+
+// What an audit finds in the conversion, without the failures, which are told by themselves; with
+// secrets masked if so wished.
+std::vector<finding_t> findings_of(const conversion_t &conversion, bool mask);
+
+// Tells errors and warnings with their lines, and how many notes there are.
+void tell_findings(const std::string &name, const std::vector<finding_t> &findings);
+
+// The codes of severity error that `accepted` does not name, joined by commas. Throws usage_error
+// for an accepted code that does not exist.
+std::string refused_codes(const std::vector<finding_t> &findings,
+                          const std::vector<std::string> &accepted);
+
+} // namespace infraconvert

@@ -1,0 +1,172 @@
+#include "reports/json_report.h"
+
+#include "base/digest.h"
+#include "conversion/configuration.h"
+#include "reports/json_document.h"
+#include "reports/report_json.h"
+
+namespace infraconvert {
+
+namespace {
+
+using json = nlohmann::ordered_json;
+
+json or_null(const std::string &text) { return text.empty() ? json(nullptr) : json(text); }
+
+json service_json(const service_t &service) {
+    return {{"name", service.name},
+            {"title", service.title},
+            {"platform_name", service.platform_name},
+            {"uuid", service.uuid}};
+}
+
+json rule_json(const engine::rule_t &rule) {
+    return {{"id", rule.id}, {"description", rule.plain_words}};
+}
+
+json routing_json(const routing_t &routing) {
+    json rules = json::array();
+    for (const engine::rule_t *rule : routing.rules)
+        rules.push_back(rule_json(*rule));
+    return rules;
+}
+
+json failure_json(const step_t &step, const lines_t &original) {
+    if (!step.failure)
+        return nullptr;
+    json lines = json::array();
+    for (const size_t number : step.failure->lines)
+        lines.push_back(
+            {{"number", number}, {"text", std::string(without_newline(original[number - 1]))}});
+    json log = nullptr;
+    if (!step.failure->log_line.empty())
+        log = {{"file", step.service->log_name},
+               {"line", step.failure->log_line_number},
+               {"text", step.failure->log_line}};
+    return {{"reason", step.failure->reason}, {"lines", lines}, {"log", log}};
+}
+
+json steps_json(const conversion_t &conversion) {
+    const lines_t original = split_lines(*conversion.original);
+    json steps = json::array();
+    for (const step_t &step : conversion.steps) {
+        json entry = service_json(*step.service);
+        entry["rules"] = routing_json(step.routing);
+        entry["no_rule_because"] = or_null(step.routing.why_none);
+        entry["state"] = step.state();
+        entry["added"] = step.changed.added;
+        entry["removed"] = step.changed.removed;
+        entry["failure"] = failure_json(step, original);
+        steps.push_back(entry);
+    }
+    return steps;
+}
+
+json text_json(const std::string &text) {
+    return {{"size", text.size()}, {"sha256", sha256(text)}};
+}
+
+json change_json(const conversion_t &conversion, const script_line_t &line,
+                 std::string_view content) {
+    const bool removed = line.edit == edit_t::remove;
+    const bool known = line.step >= 0;
+    const step_t *step = known ? &conversion.steps[static_cast<size_t>(line.step)] : nullptr;
+    return {{"edit", removed ? "remove" : "add"},
+            {"line", (removed ? line.before : line.after) + 1},
+            {"text", std::string(without_newline(content))},
+            {"service", step ? json(step->service->name) : json(nullptr)},
+            {"rule", step ? json(conversion.rule_of(line)) : json(nullptr)}};
+}
+
+json changes_json(const conversion_t &conversion) {
+    const lines_t before = split_lines(*conversion.original);
+    const lines_t after = split_lines(*conversion.result);
+    json changes = json::array();
+    for (const script_line_t &line : conversion.script) {
+        if (line.edit == edit_t::remove)
+            changes.push_back(change_json(conversion, line, before[line.before]));
+        else if (line.edit == edit_t::add)
+            changes.push_back(change_json(conversion, line, after[line.after]));
+    }
+    return changes;
+}
+
+json conversion_json(const json_conversion_t &conversion) {
+    const conversion_t &exact = conversion.exact;
+    return {{"from", exact.releases.from},
+            {"to", exact.releases.to},
+            {"failed", exact.failed()},
+            {"changed", exact.changes()},
+            {"input", text_json(*exact.original)},
+            {"result", text_json(*exact.result)},
+            {"services", steps_json(conversion.shown)},
+            {"changes", changes_json(conversion.shown)}};
+}
+
+} // namespace
+
+std::string plan_json(const std::vector<const service_t *> &chosen,
+                      const release_pair_t &releases) {
+    json document = document_of("plan");
+    document["from"] = releases.from;
+    document["to"] = releases.to;
+    document["services"] = json::array();
+    for (const service_t *service : chosen) {
+        const routing_t routing = route(*service, releases);
+        json entry = service_json(*service);
+        entry["rules"] = routing_json(routing);
+        entry["no_rule_because"] = or_null(routing.why_none);
+        document["services"].push_back(entry);
+    }
+    return printed(document);
+}
+
+std::string preview_json(const preview_json_t &preview) {
+    json document = document_of("preview");
+    document["path"] = preview.path;
+    document.update(conversion_json(preview.forward));
+    if (preview.back) {
+        document["rollback"] = conversion_json(*preview.back);
+        document["rollback"].erase("changes");
+        document["reversible"] = *preview.back->exact.result == *preview.forward.exact.original;
+    } else
+        document["findings"] = findings_json(preview.findings);
+    document["diff"] = preview.diff;
+    return printed(document);
+}
+
+std::string convert_json(const std::string &path, const json_conversion_t &conversion,
+                         const std::vector<finding_t> &findings, const std::string &written,
+                         const std::string &backup) {
+    json document = document_of("convert");
+    document["path"] = path;
+    document["written"] = or_null(written);
+    document["backup"] = or_null(backup);
+    document.update(conversion_json(conversion));
+    document["findings"] = findings_json(findings);
+    return printed(document);
+}
+
+std::string rules_json(const std::vector<found_rule_t> &rules) {
+    json document = document_of("explain");
+    document["rules"] = json::array();
+    for (const found_rule_t &found : rules) {
+        json entry = rule_json(*found.rule);
+        entry["service"] = service_json(*found.service);
+        entry["applies"] = json::array();
+        for (const scope_t &scope : scope_of(*found.service, *found.rule))
+            entry["applies"].push_back({{"from", scope.from}, {"to", scope.to}});
+        document["rules"].push_back(entry);
+    }
+    document["asked_releases"] = asked_releases();
+    return printed(document);
+}
+
+std::string error_json(const std::string &command, const std::string &error, int exit_status) {
+    json document = document_of(command.c_str());
+    document["error"] = error;
+    document["exit_status"] = exit_status;
+    return printed(document);
+}
+
+} // namespace infraconvert

@@ -1,0 +1,149 @@
+#include "reports/report_json.h"
+#include "reports/report_page.h"
+#include "reports/reports.h"
+
+#include "base/errors.h"
+#include "conversion/configuration.h"
+#include "reports/mask.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+
+namespace infraconvert {
+
+namespace {
+
+using json = nlohmann::ordered_json;
+
+constexpr size_t context = 3; // unchanged lines around each change
+
+// JSON that may stand in a script element: nothing in it can end the element.
+std::string embedded(const json &value) {
+    const std::string text = value.dump(-1, ' ', false, json::error_handler_t::replace);
+    std::string safe;
+    for (const char c : text)
+        safe += c == '<' ? std::string("\\u003c") : std::string(1, c);
+    return safe;
+}
+
+// For each line of the script, whether it stands close enough to a change to be shown.
+std::vector<bool> shown_lines(const script_t &script) {
+    std::vector<bool> shown(script.size());
+    for (size_t i = 0; i < script.size(); i++) {
+        if (script[i].edit == edit_t::keep)
+            continue;
+        const size_t end = std::min(i + context + 1, script.size());
+        for (size_t near = i - std::min(i, context); near < end; near++)
+            shown[near] = true;
+    }
+    return shown;
+}
+
+json rows_json(const conversion_t &conversion) {
+    const lines_t before = split_lines(*conversion.original);
+    const lines_t after = split_lines(*conversion.result);
+    const std::vector<bool> shown = shown_lines(conversion.script);
+    json rows = json::array();
+    for (size_t i = 0; i < shown.size(); i++) {
+        const script_line_t &line = conversion.script[i];
+        if (!shown[i]) {
+            if (i > 0 && shown[i - 1] && i + 1 < shown.size())
+                rows.push_back({".", 0, 0, "", ""});
+            continue;
+        }
+        const bool added = line.edit == edit_t::add;
+        const std::string_view text =
+            without_newline(added ? after[line.after] : before[line.before]);
+        rows.push_back({line.edit == edit_t::keep ? "="
+                        : added                   ? "+"
+                                                  : "-",
+                        line.before + 1, line.after + 1, std::string(text),
+                        line.edit == edit_t::keep ? "" : conversion.rule_of(line)});
+    }
+    return rows;
+}
+
+json services_json(const conversion_t &conversion) {
+    json services = json::array();
+    for (const step_t &step : conversion.steps)
+        services.push_back(
+            {{"name", step.service->name},
+             {"rule", step.routing.ids()},
+             {"state", step.state()},
+             {"added", step.changed.added},
+             {"removed", step.changed.removed},
+             {"reason", step.failure ? step.failure->reason : step.routing.words()}});
+    return services;
+}
+
+json configuration_json(const audited_t &audited) {
+    const finding_count_t count = count_findings(audited.findings);
+    std::vector<std::string> codes;
+    for (const finding_t &finding : audited.findings)
+        codes.emplace_back(finding.kind->code);
+    codes.erase(std::unique(codes.begin(), codes.end()), codes.end());
+    return {{"path", audited.file},
+            {"state", audited.state()},
+            {"problem", audited.problem},
+            {"services", audited.services},
+            {"codes", codes},
+            {"tally", {count.errors, count.warnings, count.notes}}};
+}
+
+json summary_json(const fleet_summary_t &summary, const std::vector<audited_t> &results) {
+    json document = {{"from", summary.releases.from},
+                     {"to", summary.releases.to},
+                     {"states", summary.states},
+                     {"codes", json::array()},
+                     {"configurations", json::array()}};
+    for (const auto &[code, count] : summary.codes) {
+        json entry = kind_json(*finding_kind_named(code));
+        entry["findings"] = count.findings;
+        entry["files"] = count.files;
+        document["codes"].push_back(entry);
+    }
+    for (const audited_t &audited : results)
+        document["configurations"].push_back(configuration_json(audited));
+    return document;
+}
+
+std::string data_element(const std::string &id, const std::string &data) {
+    return "<script type=\"application/json\" id=\"" + id + "\">" + data + "</script>\n";
+}
+
+} // namespace
+
+std::string report_details(const audited_t &audited, const conversion_t &conversion, bool mask) {
+    const conversion_t shown = shown_conversion(conversion, mask);
+    std::vector<finding_t> findings = audited.findings;
+    if (mask)
+        mask_findings(findings);
+    json entries = findings_json(findings);
+    for (json &entry : entries) { // the page has them with the code
+        entry.erase("severity");
+        entry.erase("title");
+    }
+    return embedded(
+        {{"findings", entries}, {"services", services_json(shown)}, {"rows", rows_json(shown)}});
+}
+
+void write_report(const std::string &file, const fleet_summary_t &summary,
+                  const std::vector<audited_t> &results) {
+    std::ofstream page(file, std::ios::binary);
+    page << "<!DOCTYPE html>\n<html lang=\"en\">\n<meta charset=\"utf-8\">\n"
+            "<meta name=\"viewport\" content=\"width=device-width\">\n"
+            "<title>infraconvert audit</title>\n<style>"
+         << page_style << "</style>\n"
+         << page_body << data_element("summary", embedded(summary_json(summary, results)));
+    for (size_t i = 0; i < results.size(); i++) {
+        if (!results[i].details.empty())
+            page << data_element("configuration-" + std::to_string(i), results[i].details);
+    }
+    page << "<script>" << page_script << "</script>\n</html>\n";
+    if (!page.flush())
+        throw run_error("cannot write the report " + file + ": " + strerror(errno));
+}
+
+} // namespace infraconvert

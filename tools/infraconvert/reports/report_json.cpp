@@ -1,0 +1,141 @@
+#include "reports/report_json.h"
+
+#include "reports/json_document.h"
+#include "reports/reports.h"
+
+namespace infraconvert {
+
+namespace {
+
+using json = nlohmann::ordered_json;
+
+json lines_json(const std::vector<evidence_t> &lines) {
+    json list = json::array();
+    for (const evidence_t &line : lines)
+        list.push_back({{"number", line.number}, {"text", line.text}});
+    return list;
+}
+
+json configuration_json(const audited_t &audited) {
+    return {{"path", audited.file},
+            {"state", audited.state()},
+            {"problem", audited.problem.empty() ? json(nullptr) : json(audited.problem)},
+            {"services", audited.services},
+            {"findings", findings_json(audited.findings)}};
+}
+
+// ---- SARIF
+
+const char *sarif_level(severity_t severity) { return severity_name(severity); }
+
+json sarif_rule(const finding_kind_t &kind) {
+    return {{"id", kind.code},
+            {"shortDescription", {{"text", kind.title}}},
+            {"fullDescription", {{"text", kind.explanation}}},
+            {"help", {{"text", kind.advice}}},
+            {"defaultConfiguration", {{"level", sarif_level(kind.severity)}}}};
+}
+
+std::string sarif_message(const finding_t &finding) {
+    std::string text = finding.kind->title;
+    if (!finding.detail.empty())
+        text += ": " + finding.detail;
+    for (const evidence_t &line : finding.after)
+        text += "; in the result line " + std::to_string(line.number) + ": " + line.text;
+    return text;
+}
+
+// A file name as SARIF wants it: a URI, relative when the name is.
+std::string uri_of(const std::string &file) {
+    constexpr const char *digits = "0123456789ABCDEF";
+    std::string uri = file.starts_with("/") ? "file://" : "";
+    for (const char c : file) {
+        const auto byte = static_cast<unsigned char>(c);
+        if ((std::isalnum(byte) && byte < 0x80) ||
+            std::string_view("/._-~").find(c) != std::string_view::npos)
+            uri += c;
+        else
+            uri += std::string("%") + digits[byte / 16] + digits[byte % 16];
+    }
+    return uri;
+}
+
+json sarif_result(const std::string &file, const finding_t &finding) {
+    json location = {{"physicalLocation", {{"artifactLocation", {{"uri", uri_of(file)}}}}}};
+    if (!finding.before.empty())
+        location["physicalLocation"]["region"] = {{"startLine", finding.before[0].number}};
+    return {{"ruleId", finding.kind->code},
+            {"level", sarif_level(finding.kind->severity)},
+            {"message", {{"text", sarif_message(finding)}}},
+            {"locations", json::array({location})}};
+}
+
+} // namespace
+
+json kind_json(const finding_kind_t &kind) {
+    return {{"code", kind.code},
+            {"severity", severity_name(kind.severity)},
+            {"title", kind.title},
+            {"explanation", kind.explanation},
+            {"advice", kind.advice}};
+}
+
+json findings_json(const std::vector<finding_t> &findings) {
+    json list = json::array();
+    for (const finding_t &finding : findings)
+        list.push_back({{"code", finding.kind->code},
+                        {"severity", severity_name(finding.kind->severity)},
+                        {"title", finding.kind->title},
+                        {"detail", finding.detail},
+                        {"before", lines_json(finding.before)},
+                        {"after", lines_json(finding.after)}});
+    return list;
+}
+
+std::string kind_document(const finding_kind_t &kind) {
+    nlohmann::ordered_json document = document_of("explain");
+    document["finding"] = kind_json(kind);
+    return printed(document);
+}
+
+std::string audit_json(const fleet_summary_t &summary, const std::vector<audited_t> &results) {
+    json document = document_of("audit");
+    document["from"] = summary.releases.from;
+    document["to"] = summary.releases.to;
+    document["states"] = summary.states;
+    document["codes"] = json::array();
+    for (const auto &[code, count] : summary.codes) {
+        json entry = kind_json(*finding_kind_named(code));
+        entry["findings"] = count.findings;
+        entry["files"] = count.files;
+        document["codes"].push_back(entry);
+    }
+    document["configurations"] = json::array();
+    for (const audited_t &audited : results)
+        document["configurations"].push_back(configuration_json(audited));
+    return printed(document);
+}
+
+std::string audit_sarif(const std::vector<audited_t> &results) {
+    json rules = json::array(), found = json::array(), notifications = json::array();
+    for (const finding_kind_t &kind : finding_kinds())
+        rules.push_back(sarif_rule(kind));
+    for (const audited_t &audited : results) {
+        for (const finding_t &finding : audited.findings)
+            found.push_back(sarif_result(audited.file, finding));
+        if (!audited.problem.empty())
+            notifications.push_back({{"level", "error"}, {"message", {{"text", audited.problem}}}});
+    }
+    const json driver = {
+        {"name", "infraconvert"}, {"version", INFRACONVERT_VERSION}, {"rules", rules}};
+    const json run = {
+        {"tool", {{"driver", driver}}},
+        {"invocations", json::array({{{"executionSuccessful", notifications.empty()},
+                                      {"toolExecutionNotifications", notifications}}})},
+        {"results", found}};
+    return printed({{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
+                    {"version", "2.1.0"},
+                    {"runs", json::array({run})}});
+}
+
+} // namespace infraconvert

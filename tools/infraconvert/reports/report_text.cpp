@@ -1,0 +1,68 @@
+#include "reports/report_text.h"
+
+#include "base/messages.h"
+
+#include <algorithm>
+
+namespace infraconvert {
+
+namespace {
+
+constexpr size_t shown_of_a_kind = 12; // more of one kind are only counted
+constexpr size_t code_width = 7, severity_width = 9;
+
+std::string line_text(char mark, const evidence_t &line) {
+    const std::string number = std::to_string(line.number);
+    return "    " + std::string(1, mark) + ' ' +
+           std::string(6 - std::min<size_t>(6, number.size()), ' ') + number + "  " + line.text +
+           '\n';
+}
+
+std::string finding_text(const finding_t &finding) {
+    std::string text;
+    if (!finding.detail.empty())
+        text += "    " + wrapped(finding.detail, 4) + '\n';
+    for (const evidence_t &line : finding.before)
+        text += line_text('-', line);
+    for (const evidence_t &line : finding.after)
+        text += line_text('+', line);
+    return text;
+}
+
+} // namespace
+
+std::string findings_text(const std::vector<finding_t> &findings, severity_t least) {
+    std::string text;
+    for (size_t first = 0, next; first < findings.size(); first = next) {
+        const finding_kind_t *kind = findings[first].kind;
+        for (next = first; next < findings.size() && findings[next].kind == kind;)
+            next++;
+        if (kind->severity > least)
+            continue;
+        text += "  " + padded(severity_name(kind->severity), severity_width) +
+                padded(kind->code, code_width) + kind->title + '\n';
+        for (size_t i = first; i < std::min(next, first + shown_of_a_kind); i++)
+            text += finding_text(findings[i]);
+        if (next - first > shown_of_a_kind)
+            text += "    and " + std::to_string(next - first - shown_of_a_kind) + " more\n";
+        if (kind->severity != severity_t::note)
+            text += "    > " + wrapped(kind->advice, 6) + '\n';
+    }
+    return text;
+}
+
+std::string finding_details(const finding_kind_t &kind) {
+    return std::string(kind.code) + " (" + severity_name(kind.severity) + ") " + kind.title +
+           "\n\nWhat it means:\n  " + wrapped(kind.explanation, 2) + "\n\nWhat to do:\n  " +
+           wrapped(kind.advice, 2) + '\n';
+}
+
+std::string finding_list() {
+    std::string text;
+    for (const finding_kind_t &kind : finding_kinds())
+        text += padded(kind.code, code_width) +
+                padded(severity_name(kind.severity), severity_width) + kind.title + '\n';
+    return text;
+}
+
+} // namespace infraconvert

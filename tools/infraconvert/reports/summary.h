@@ -1,0 +1,17 @@
+// The account of a conversion on standard error: one line per service, then the failures.
+#pragma once
+
+#include "conversion/conversion.h"
+
+#include <string>
+
+namespace infraconvert {
+
+// Tells what each service did to the configuration `name`, and why those that failed did so.
+void tell_summary(const std::string &name, const conversion_t &conversion);
+
+// The same of a rule of each service, for plan.
+std::string plan_table(const std::vector<const service_t *> &services,
+                       const release_pair_t &releases);
+
+} // namespace infraconvert

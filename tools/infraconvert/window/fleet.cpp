@@ -1,0 +1,127 @@
+#include "window/fleet.h"
+
+#include "audit/audit.h"
+#include "base/errors.h"
+
+#include <algorithm>
+#include <atomic>
+#include <exception>
+#include <mutex>
+#include <thread>
+
+namespace infraconvert {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+void look_at(const fleet_t &fleet, audited_t &audited) try {
+    conversion_request_t request = fleet.request;
+    request.text = read_configuration(audited.file);
+    const conversion_t conversion = convert(request);
+    audited.failed = conversion.failed();
+    audited.changed = conversion.changes();
+    for (const step_t &step : conversion.steps) {
+        if (step.changes() || step.failure)
+            audited.services.emplace_back(step.service->name);
+    }
+    audited.findings = audit(conversion, true);
+    if (fleet.describe)
+        audited.details = fleet.describe(audited, conversion);
+} catch (const std::exception &e) {
+    audited.problem = e.what();
+}
+
+// The threads that share the work. What ends one of them early ends all, and is thrown again.
+class crew_t {
+  public:
+    crew_t(const fleet_t &f, std::vector<audited_t> &r) : fleet(f), results(r) {}
+
+    void run() {
+        {
+            std::vector<std::jthread> threads;
+            for (size_t i = 0; i < std::min(fleet.jobs, results.size()); i++)
+                threads.emplace_back([this] { work(); });
+        }
+        if (trouble)
+            std::rethrow_exception(trouble);
+    }
+
+  private:
+    void work() try {
+        for (size_t i; (i = next++) < results.size();) {
+            look_at(fleet, results[i]);
+            const std::lock_guard guard(lock);
+            done++;
+            if (fleet.progress)
+                fleet.progress(done);
+        }
+    } catch (...) {
+        const std::lock_guard guard(lock);
+        trouble = std::current_exception();
+        next = results.size();
+    }
+
+    const fleet_t &fleet;
+    std::vector<audited_t> &results;
+    std::atomic<size_t> next = 0;
+    std::mutex lock;
+    size_t done = 0;
+    std::exception_ptr trouble;
+};
+
+bool is_hidden(const fs::path &path) { return path.filename().string().starts_with("."); }
+
+void append_files_below(const fs::path &directory, std::vector<std::string> &files) {
+    const size_t first = files.size();
+    auto entries = fs::recursive_directory_iterator(directory);
+    for (auto entry = begin(entries); entry != end(entries); ++entry) {
+        if (is_hidden(entry->path()))
+            entry.disable_recursion_pending();
+        else if (entry->is_regular_file())
+            files.push_back(entry->path());
+    }
+    std::sort(files.begin() + static_cast<std::ptrdiff_t>(first), files.end());
+}
+
+} // namespace
+
+const char *audited_t::state() const {
+    if (!problem.empty())
+        return "unusable";
+    if (failed)
+        return "failed";
+    return changed ? "changed" : "unchanged";
+}
+
+std::vector<std::string> configuration_files(const std::vector<std::string> &paths) {
+    std::vector<std::string> files;
+    for (const std::string &path : paths) {
+        std::error_code ignored;
+        const bool all_below = fs::is_directory(path, ignored) &&
+                               !fs::exists(fs::path(path) / configuration_in_directory, ignored);
+        if (all_below) {
+            try {
+                append_files_below(path, files);
+            } catch (const fs::filesystem_error &e) {
+                throw usage_error(path + ": " + e.code().message());
+            }
+        } else {
+            files.push_back(configuration_file(path));
+        }
+    }
+    return files;
+}
+
+std::vector<audited_t> audit_all(const fleet_t &fleet) {
+    std::vector<audited_t> results;
+    for (const std::string &file : fleet.files) {
+        audited_t audited;
+        audited.file = file;
+        results.push_back(audited);
+    }
+    crew_t(fleet, results).run();
+    return results;
+}
+
+} // namespace infraconvert

@@ -1,0 +1,43 @@
+// Many configurations at once.
+#pragma once
+
+#include "audit/findings.h"
+#include "conversion/conversion.h"
+
+#include <functional>
+
+namespace infraconvert {
+
+// What became of one configuration.
+struct audited_t {
+    std::string file;
+    std::string problem; // why it could not be looked at; empty: it was
+    bool failed = false; // the conversion did
+    bool changed = false;
+    std::vector<std::string> services; // that would change it
+    std::vector<finding_t> findings;
+    std::string details; // what the caller made of the conversion
+
+    // "unusable", "failed", "changed" or "unchanged".
+    const char *state() const;
+};
+
+struct fleet_t {
+    std::vector<std::string> files;
+    conversion_request_t request; // its text is each file's in turn
+    size_t jobs = 1;
+    // Makes the details of a configuration out of its conversion; called by several threads.
+    std::function<std::string(const audited_t &, const conversion_t &)> describe;
+    // Told how many are done; called by one thread at a time.
+    std::function<void(size_t)> progress;
+};
+
+// The files that the paths stand for: a directory for its ascii/system.cfg if it has one, else for
+// every file below it, without those whose names begin with a dot.
+std::vector<std::string> configuration_files(const std::vector<std::string> &paths);
+
+// Audits all files, in the order in which they are given. A file that cannot be used is a result
+// like another.
+std::vector<audited_t> audit_all(const fleet_t &fleet);
+
+} // namespace infraconvert

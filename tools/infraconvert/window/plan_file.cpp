@@ -1,0 +1,75 @@
+#include "window/plan_file.h"
+
+#include "base/digest.h"
+#include "base/errors.h"
+
+#include <nlohmann/json.hpp>
+
+namespace infraconvert {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr const char *kind = "infraconvert plan";
+constexpr int version = 1;
+
+plan_t plan_from(const json &document) {
+    if (document.at("kind") != kind || document.at("format_version") != version)
+        throw usage_error("it is of another kind or of a later version");
+    return {.releases = {document.at("from"), document.at("to")},
+            .services = document.at("services"),
+            .keep_going = document.at("keep_going"),
+            .path = document.at("path"),
+            .input_digest = document.at("input_sha256"),
+            .result_digest = document.at("result_sha256")};
+}
+
+} // namespace
+
+plan_t plan_of(const conversion_t &conversion, const std::string &file, bool keep_going) {
+    plan_t plan = {.releases = conversion.releases,
+                   .services = {},
+                   .keep_going = keep_going,
+                   .path = file == standard_stream ? "" : std::filesystem::absolute(file).string(),
+                   .input_digest = sha256(*conversion.original),
+                   .result_digest = sha256(*conversion.result)};
+    for (const step_t &step : conversion.steps)
+        plan.services.emplace_back(step.service->name);
+    return plan;
+}
+
+void save_plan(const plan_t &plan, const std::string &plan_file) try {
+    const json document = {{"kind", kind},
+                           {"format_version", version},
+                           {"from", plan.releases.from},
+                           {"to", plan.releases.to},
+                           {"services", plan.services},
+                           {"keep_going", plan.keep_going},
+                           {"path", plan.path},
+                           {"input_sha256", plan.input_digest},
+                           {"result_sha256", plan.result_digest}};
+    write_plainly(plan_file, document.dump(2) + '\n');
+} catch (const run_error &e) {
+    throw usage_error(std::string("cannot save the plan: ") + e.what());
+}
+
+plan_t read_plan(const std::string &plan_file) try {
+    return plan_from(json::parse(read_file(plan_file)));
+} catch (const json::exception &) {
+    throw usage_error(plan_file + ": not a plan of infraconvert preview --save-plan");
+}
+
+void check_input(const plan_t &plan, const std::string &text) {
+    if (sha256(text) != plan.input_digest)
+        throw run_error("the configuration has changed since the plan was made; nothing is "
+                        "converted (make a new plan with infraconvert preview --save-plan)");
+}
+
+void check_result(const plan_t &plan, const std::string &text) {
+    if (sha256(text) != plan.result_digest)
+        throw run_error("the conversion gives another result than when the plan was made, so the "
+                        "converters are others; nothing is written");
+}
+
+} // namespace infraconvert

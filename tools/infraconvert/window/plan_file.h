@@ -1,0 +1,30 @@
+// A conversion that was previewed, agreed on and is to be applied exactly so: releases, services,
+// and digests of the configuration and of the result.
+#pragma once
+
+#include "conversion/conversion.h"
+
+#include <string>
+#include <vector>
+
+namespace infraconvert {
+
+struct plan_t {
+    release_pair_t releases;
+    std::vector<std::string> services;
+    bool keep_going = false;
+    std::string path; // of the configuration, absolute; empty: it came from standard input
+    std::string input_digest, result_digest;
+};
+
+plan_t plan_of(const conversion_t &conversion, const std::string &file, bool keep_going);
+
+// Throw usage_error, naming the file, when it cannot be written, or read as a plan.
+void save_plan(const plan_t &plan, const std::string &plan_file);
+plan_t read_plan(const std::string &plan_file);
+
+// Throw run_error when the configuration, or what became of it, is not what the plan was made for.
+void check_input(const plan_t &plan, const std::string &text);
+void check_result(const plan_t &plan, const std::string &text);
+
+} // namespace infraconvert
