@@ -16,8 +16,8 @@
 
 #include "ipqosmgr/qosmgrcnv_pipeline.h"
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/search_ahead.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/typed_policymap.h"
-#include "ipqosmgr/qosmgrcnv_util_config/words/search_ahead.h"
 
 namespace {
 

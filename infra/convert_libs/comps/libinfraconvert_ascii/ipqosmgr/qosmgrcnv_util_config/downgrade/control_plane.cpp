@@ -9,7 +9,7 @@
 // The lines below a class-map stay.
 
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
-#include "ipqosmgr/qosmgrcnv_util_config/words/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
 
 #include <algorithm>
 

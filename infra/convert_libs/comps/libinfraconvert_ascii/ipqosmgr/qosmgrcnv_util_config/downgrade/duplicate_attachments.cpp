@@ -10,8 +10,8 @@
 //       service-policy input p1
 
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/search_ahead.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
-#include "ipqosmgr/qosmgrcnv_util_config/words/search_ahead.h"
 
 #include <algorithm>
 #include <cstdlib>

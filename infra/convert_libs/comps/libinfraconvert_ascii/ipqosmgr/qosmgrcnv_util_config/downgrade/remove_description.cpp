@@ -5,7 +5,7 @@
 //       match cos 5
 
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
-#include "ipqosmgr/qosmgrcnv_util_config/words/search_ahead.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/search_ahead.h"
 
 namespace {
 

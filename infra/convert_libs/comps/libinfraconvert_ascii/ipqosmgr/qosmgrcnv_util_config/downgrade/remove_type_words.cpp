@@ -7,7 +7,7 @@
 //         set qos-group 2
 
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
-#include "ipqosmgr/qosmgrcnv_util_config/words/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
 
 #include <span>
 

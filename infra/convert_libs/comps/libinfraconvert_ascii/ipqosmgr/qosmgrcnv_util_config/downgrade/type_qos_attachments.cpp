@@ -5,7 +5,7 @@
 //       service-policy type queuing input p1
 
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
-#include "ipqosmgr/qosmgrcnv_util_config/words/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
 
 syserr_t qoscnv_delete_type_qos_attachments() {
     position cp = qoscnv_file_start_qossection();

@@ -5,7 +5,7 @@
 // record of a name. The database never edits the text.
 #pragma once
 
-#include "ipqosmgr/qosmgrcnv_util_config/words/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
 
 #include <span>
 

@@ -2,7 +2,7 @@
 
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/policymap_headers.h"
 
-#include "ipqosmgr/qosmgrcnv_util_config/words/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
 
 #include <algorithm>
 

@@ -9,7 +9,7 @@
 // last one.
 #pragma once
 
-#include "ipqosmgr/qosmgrcnv_util_config/words/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
 
 class search_ahead_t {
   public:

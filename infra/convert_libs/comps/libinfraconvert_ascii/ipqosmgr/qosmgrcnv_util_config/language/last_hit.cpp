@@ -1,9 +1,9 @@
 // An edit behind the hit may have brought a later one; an edit in front of it moves it; an edit of
 // the hit itself is rare, and makes the next look a search of the whole text.
 
-#include "ipqosmgr/qosmgrcnv_util_config/words/last_hit.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/last_hit.h"
 
-#include "ipqosmgr/qosmgrcnv_util_config/words/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
 
 #include <algorithm>
 

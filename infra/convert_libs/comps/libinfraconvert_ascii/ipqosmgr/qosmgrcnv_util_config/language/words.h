@@ -6,7 +6,7 @@
 #pragma once
 
 #include "ipqosmgr/qosmgrcnv_engine.h"
-#include "ipqosmgr/qosmgrcnv_util_config/words/last_hit.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/last_hit.h"
 
 #include <string>
 #include <string_view>

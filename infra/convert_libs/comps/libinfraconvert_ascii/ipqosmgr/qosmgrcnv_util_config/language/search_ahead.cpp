@@ -1,6 +1,6 @@
 // What is known of the text is one run without a hit.
 
-#include "ipqosmgr/qosmgrcnv_util_config/words/search_ahead.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/search_ahead.h"
 
 #include <algorithm>
 

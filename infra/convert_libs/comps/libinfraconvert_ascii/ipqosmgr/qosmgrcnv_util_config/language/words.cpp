@@ -1,6 +1,6 @@
 // Small steps that every pass takes.
 
-#include "ipqosmgr/qosmgrcnv_util_config/words/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
 
 #include <algorithm>
 #include <cstring>
