@@ -48,11 +48,11 @@ std::string applied(const script_t &script, const lines_t &before, const lines_t
     std::string result;
     size_t next = 0;
     for (const script_line_t &line : script) {
-        const bool kept = line.edit == edit_t::keep;
+        const bool kept = line.edit == line_edit_t::keep;
         EXPECT_EQ(line.before, next);
         EXPECT_TRUE(!kept || before[line.before] == after[line.after]);
-        next += line.edit != edit_t::add;
-        if (line.edit != edit_t::remove)
+        next += line.edit != line_edit_t::add;
+        if (line.edit != line_edit_t::remove)
             result += after[line.after];
     }
     EXPECT_EQ(next, before.size());
@@ -84,7 +84,7 @@ TEST(History, KnowsTheStepOfEachChange) {
         const lines_t before = split_lines(*original), after = split_lines(*text);
         EXPECT_EQ(applied(script, before, after), *text) << seed;
         for (const script_line_t &line : script)
-            EXPECT_EQ(line.edit == edit_t::keep, line.step < 0) << seed;
+            EXPECT_EQ(line.edit == line_edit_t::keep, line.step < 0) << seed;
     }
 }
 

@@ -41,8 +41,8 @@ bool stands_before(const finding_t &a, const finding_t &b) {
 
 } // namespace
 
-release_t parse_release(const std::string &text) {
-    release_t r = {};
+release_numbers_t parse_release(const std::string &text) {
+    release_numbers_t r = {};
     sscanf(text.c_str(), "%d.%d(%d)", &r[0], &r[1], &r[2]);
     const size_t k = text.find('K');
     if (k != text.npos)
@@ -50,7 +50,7 @@ release_t parse_release(const std::string &text) {
     return r;
 }
 
-audit_t::audit_t(const conversion_t &c)
+audit_t::audit_t(const converted_t &c)
     : conversion(c), from(parse_release(c.releases.from)), to(parse_release(c.releases.to)),
       before(*c.original), after(*c.result), qos_before(read_qos(before)),
       qos_after(read_qos(after)) {}
@@ -61,13 +61,13 @@ bool audit_t::ran(const std::string &service) const {
     });
 }
 
-void audit_t::add(const char *code, const std::string &detail, const numbers_t &before_lines,
+void audit_t::add(finding_code_t code, const std::string &detail, const numbers_t &before_lines,
                   const numbers_t &after_lines) {
-    findings.push_back({finding_kind_named(code), detail, evidence(before, before_lines),
-                        evidence(after, after_lines)});
+    findings.push_back(
+        {&code.kind(), detail, evidence(before, before_lines), evidence(after, after_lines)});
 }
 
-std::vector<finding_t> audit(const conversion_t &conversion, bool thorough) {
+std::vector<finding_t> audit(const converted_t &conversion, bool thorough) {
     audit_t audit(conversion);
     check_failures(audit);
     check_traps(audit);

@@ -12,6 +12,6 @@ namespace infraconvert {
 // Findings in the order of their severity, their codes, and the lines within. A thorough audit also
 // looks at the release that the configuration names, and converts once more to see whether that
 // would change the result.
-std::vector<finding_t> audit(const conversion_t &conversion, bool thorough);
+std::vector<finding_t> audit(const converted_t &conversion, bool thorough);
 
 } // namespace infraconvert

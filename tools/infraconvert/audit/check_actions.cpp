@@ -91,7 +91,8 @@ void compare_groups(audit_t &audit, const pair_t &pair) {
         if (any_left)
             audit.add("IC031", pair.title(), {line}, {pair.after->groups.begin()->second});
         else if (!numbers_itself(audit, pair))
-            audit.add(audit.becomes_untyped() ? "IC032" : "IC030", pair.title(), {line}, {});
+            audit.add(audit.becomes_untyped() ? finding_code_t("IC032") : finding_code_t("IC030"),
+                      pair.title(), {line}, {});
     }
     const bool given_here =
         audit.becomes_typed() && is_system_policy(audit.qos_before, pair.policy);
@@ -150,8 +151,8 @@ constexpr long overhead = 38, lowest = 1500, highest = 9216;
 
 // How the conversion between the releases changes an MTU: -38, 38, or 0.
 long shift_of(const audit_t &audit) {
-    const auto base = [](release_t r) { return release_t{r[0], r[1], r[2], 0, 0}; };
-    constexpr release_t single = {4, 2, 1, 0, 0};
+    const auto base = [](release_numbers_t r) { return release_numbers_t{r[0], r[1], r[2], 0, 0}; };
+    constexpr release_numbers_t single = {4, 2, 1, 0, 0};
     const bool goes_up = audit.from < audit.to;
     if (audit.becomes_typed() ||
         (goes_up && base(audit.from) == release_typed && audit.to >= single))

@@ -73,7 +73,8 @@ void compare_downgraded(audit_t &audit, const attachment_t &old, const list_t &n
     if (marks && old.on_system())
         return; // the classes number themselves there; one that does not is told as an action
     if (!has(now, {old.name, nullptr, old.on_system() ? "" : old.direction}))
-        audit.add(marks ? "IC041" : "IC040", old.place, {old.line}, lines_of(now, old.name));
+        audit.add(marks ? finding_code_t("IC041") : finding_code_t("IC040"), old.place, {old.line},
+                  lines_of(now, old.name));
 }
 
 void compare_typed(audit_t &audit, const attachment_t &old, const list_t &now) {

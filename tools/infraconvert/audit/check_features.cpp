@@ -81,13 +81,13 @@ std::vector<fabric_lines_t> fabric_lines(const document_t &document) {
     return all;
 }
 
-constexpr release_t release_fabric_order = {5, 0, 3, 0, 0};
+constexpr release_numbers_t release_fabric_order = {5, 0, 3, 0, 0};
 
 // ---- spelling
 
 struct spelling_t {
     std::string_view older, newer; // starts of the command
-    release_t changed;             // the first release with the newer form
+    release_numbers_t changed;     // the first release with the newer form
 };
 
 constexpr spelling_t spellings[] = {
@@ -147,8 +147,8 @@ void check_spelling(audit_t &audit) {
         }
         const std::string other(trimmed(newer ? spelling.newer : spelling.older));
         if (!lines.empty())
-            audit.add(newer ? "IC045" : "IC044", "the other release says \"" + other + '"', {},
-                      lines);
+            audit.add(newer ? finding_code_t("IC045") : finding_code_t("IC044"),
+                      "the other release says \"" + other + '"', {}, lines);
     }
 }
 

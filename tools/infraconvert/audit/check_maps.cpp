@@ -62,7 +62,8 @@ void tell_vanished(audit_t &audit, const map_key_t &key, const merged_t &before)
     else if (!key.is_class_map)
         audit.add("IC021", title, headers(before), {});
     else
-        audit.add(before.matches.empty() ? "IC026" : "IC020", title, headers(before), {});
+        audit.add(before.matches.empty() ? finding_code_t("IC026") : finding_code_t("IC020"), title,
+                  headers(before), {});
 }
 
 std::string difference_of(const texts_t &before, const texts_t &after) {
@@ -106,7 +107,7 @@ void check_criteria(audit_t &audit) {
     }
 }
 
-constexpr release_t release_match_any = {5, 0, 2, 0, 0};
+constexpr release_numbers_t release_match_any = {5, 0, 2, 0, 0};
 
 void check_match_any(audit_t &audit) {
     if (audit.from < release_match_any || audit.to >= release_match_any)

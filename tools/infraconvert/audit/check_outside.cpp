@@ -135,9 +135,9 @@ class comparison_t {
         std::vector<size_t> removed, added;
         for (const script_line_t &line :
              script_of(before.texts.size(), after.texts.size(), matches)) {
-            if (line.edit == edit_t::remove) {
+            if (line.edit == line_edit_t::remove) {
                 removed.push_back(line.before);
-            } else if (line.edit == edit_t::add) {
+            } else if (line.edit == line_edit_t::add) {
                 added.push_back(line.after);
             } else {
                 tell_change(removed, added);

@@ -27,7 +27,8 @@ void check_classes(audit_t &audit) {
                 continue;
             const std::string *old_type = changes_form(audit) ? nullptr : &type;
             const bool was_there = audit.qos_before.find(true, old_type, entry.name);
-            audit.add(was_there ? "IC010" : "IC011", map.title(), {}, {entry.line});
+            audit.add(was_there ? finding_code_t("IC010") : finding_code_t("IC011"), map.title(),
+                      {}, {entry.line});
         }
     }
 }
@@ -39,7 +40,8 @@ void check_attached(audit_t &audit) {
             continue;
         const std::string *old_type = changes_form(audit) ? nullptr : type;
         const bool was_there = audit.qos_before.find(false, old_type, attachment.name);
-        audit.add(was_there ? "IC012" : "IC013", attachment.place, {}, {attachment.line});
+        audit.add(was_there ? finding_code_t("IC012") : finding_code_t("IC013"), attachment.place,
+                  {}, {attachment.line});
     }
 }
 

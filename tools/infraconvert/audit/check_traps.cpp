@@ -13,7 +13,7 @@ bool is_map_word(std::string_view word) { return word == "class-map" || word == 
 // Maps and attachments whose form the source release does not write.
 void check_types(audit_t &audit) {
     const bool typed = audit.from >= release_typed;
-    const char *code = typed ? "IC061" : "IC060";
+    const finding_code_t code = typed ? finding_code_t("IC061") : finding_code_t("IC060");
     for (const map_t &map : audit.qos_before.maps) {
         if (map.type.empty() == typed)
             audit.add(code, "", {map.stanza.first}, {});
@@ -76,7 +76,7 @@ void check_version_line(audit_t &audit) {
         const std::string_view line = audit.before.lines[i];
         if (!line.starts_with("version "))
             continue;
-        const release_t wrote = parse_release(std::string(trimmed(line.substr(8))));
+        const release_numbers_t wrote = parse_release(std::string(trimmed(line.substr(8))));
         if (wrote[0] > 0 && !std::equal(wrote.begin(), wrote.begin() + 3, audit.from.begin()))
             audit.add("IC064", "", {i}, {});
         return;
@@ -108,7 +108,7 @@ void check_second_run(audit_t &audit) {
     }
     if (again.services.empty())
         return;
-    const conversion_t second = convert(again);
+    const converted_t second = run_conversion(again);
     std::string names;
     for (const step_t &step : second.steps) {
         if (step.changes() || step.failure)

@@ -12,14 +12,14 @@
 namespace infraconvert {
 
 // Major, minor, patch, and the two numbers behind K, which are 0 without it.
-using release_t = std::array<int, 5>;
-release_t parse_release(const std::string &text);
+using release_numbers_t = std::array<int, 5>;
+release_numbers_t parse_release(const std::string &text);
 
-constexpr release_t release_typed = {4, 1, 3, 0, 0}; // from here on maps have types
+constexpr release_numbers_t release_typed = {4, 1, 3, 0, 0}; // from here on maps have types
 
 class audit_t {
   public:
-    explicit audit_t(const conversion_t &conversion);
+    explicit audit_t(const converted_t &conversion);
 
     // True when this service had a rule for the pair of releases and did its work.
     bool ran(const std::string &service) const;
@@ -29,11 +29,11 @@ class audit_t {
 
     // Adds a finding; the lines are counted from 0.
     using numbers_t = std::vector<size_t>;
-    void add(const char *code, const std::string &detail, const numbers_t &before_lines,
+    void add(finding_code_t code, const std::string &detail, const numbers_t &before_lines,
              const numbers_t &after_lines);
 
-    const conversion_t &conversion;
-    const release_t from, to;
+    const converted_t &conversion;
+    const release_numbers_t from, to;
     const document_t before, after;
     const qos_t qos_before, qos_after;
     std::vector<finding_t> findings;

@@ -1,6 +1,7 @@
-// What an audit can find. The codes are part of the interface: a code keeps its meaning for good,
-// and new findings take new codes.
+// What an audit finds, and where.
 #pragma once
+
+#include "audit/finding_kinds.h"
 
 #include <span>
 #include <string>
@@ -8,16 +9,7 @@
 
 namespace infraconvert {
 
-enum class severity_t { error, warning, note };
 const char *severity_name(severity_t severity);
-
-struct finding_kind_t {
-    const char *code;
-    severity_t severity;
-    const char *title;
-    const char *explanation;
-    const char *advice;
-};
 
 std::span<const finding_kind_t> finding_kinds();
 

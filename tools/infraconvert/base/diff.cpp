@@ -147,13 +147,13 @@ script_t script_of(size_t before, size_t after, const std::vector<match_t> &matc
     uint32_t b = 0, a = 0;
     const auto change_up_to = [&](uint32_t b_end, uint32_t a_end) {
         for (; b < b_end; b++)
-            script.push_back({edit_t::remove, b, a});
+            script.push_back({line_edit_t::remove, b, a});
         for (; a < a_end; a++)
-            script.push_back({edit_t::add, b, a});
+            script.push_back({line_edit_t::add, b, a});
     };
     for (const match_t &match : matches) {
         change_up_to(match.before, match.after);
-        script.push_back({edit_t::keep, b++, a++});
+        script.push_back({line_edit_t::keep, b++, a++});
     }
     change_up_to(static_cast<uint32_t>(before), static_cast<uint32_t>(after));
     return script;
@@ -162,8 +162,8 @@ script_t script_of(size_t before, size_t after, const std::vector<match_t> &matc
 count_t count_changes(const script_t &script) {
     count_t count;
     for (const script_line_t &line : script) {
-        count.added += line.edit == edit_t::add;
-        count.removed += line.edit == edit_t::remove;
+        count.added += line.edit == line_edit_t::add;
+        count.removed += line.edit == line_edit_t::remove;
     }
     return count;
 }

@@ -19,11 +19,11 @@ struct match_t {
 // A longest common subsequence.
 std::vector<match_t> common_lines(const lines_t &before, const lines_t &after);
 
-enum class edit_t { keep, remove, add };
+enum class line_edit_t { keep, remove, add };
 
 // One line of an edit script.
 struct script_line_t {
-    edit_t edit;
+    line_edit_t edit;
     uint32_t before, after; // line numbers from 0; where the line is missing, of the next one
     int step = -1;          // the conversion step that removed or added it, -1: not known
 };

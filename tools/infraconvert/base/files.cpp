@@ -77,7 +77,7 @@ std::string configuration_file(const std::string &path) {
     return path;
 }
 
-text_t read_configuration(const std::string &file) {
+shared_text_t read_configuration(const std::string &file) {
     const bool standard = file == standard_stream;
     const std::string name = standard ? "standard input" : file;
     auto text = std::make_shared<const std::string>(standard ? read_descriptor(STDIN_FILENO, name)

@@ -9,7 +9,7 @@
 namespace infraconvert {
 
 // The bytes of a text that several may look at, its lines included.
-using text_t = std::shared_ptr<const std::string>;
+using shared_text_t = std::shared_ptr<const std::string>;
 
 // Name of standard input and standard output in place of a file.
 constexpr const char *standard_stream = "-";
@@ -25,7 +25,7 @@ std::string configuration_file(const std::string &path);
 
 // The configuration in `file`, which may be standard_stream. Throws usage_error when it cannot be
 // read or when the converters would not see all of it: an empty one, a zero byte, a 0xFF byte.
-text_t read_configuration(const std::string &file);
+shared_text_t read_configuration(const std::string &file);
 
 // Writes a file that nobody else looks at. Throws run_error.
 void write_plainly(const std::filesystem::path &file, std::string_view bytes);

@@ -50,7 +50,7 @@ fleet_t fleet_of(const options_t &options) {
         throw usage_error("no configuration stands below the directories");
     fleet.jobs = options.jobs;
     if (!options.report.empty())
-        fleet.describe = [&options](const audited_t &audited, const conversion_t &conversion) {
+        fleet.describe = [&options](const audited_t &audited, const converted_t &conversion) {
             return report_details(audited, conversion, options.mask);
         };
     if (fleet.files.size() > 1 && isatty(STDERR_FILENO))

@@ -58,7 +58,7 @@ job_t read_job(const options_t &options) {
     if (options.path.empty())
         throw usage_error("missing PATH of the configuration");
     const std::string file = configuration_file(options.path);
-    const text_t text = read_configuration(file);
+    const shared_text_t text = read_configuration(file);
     compare_with_version_line(*text, releases.from);
     return {.file = file,
             .request = {.text = text,
@@ -70,8 +70,8 @@ job_t read_job(const options_t &options) {
                         .mask_logs = options.mask}};
 }
 
-conversion_t run_job(const conversion_request_t &request) {
-    conversion_t conversion = convert(request);
+converted_t run_job(const conversion_request_t &request) {
+    converted_t conversion = run_conversion(request);
     message_lines(conversion.logs);
     return conversion;
 }

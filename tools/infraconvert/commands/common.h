@@ -25,7 +25,7 @@ struct job_t {
 job_t read_job(const options_t &options);
 
 // Converts, and shows the logs when the options ask for them.
-conversion_t run_job(const conversion_request_t &request);
+converted_t run_job(const conversion_request_t &request);
 
 // Name of the configuration in messages.
 std::string shown_name(const std::string &file);

@@ -134,7 +134,7 @@ class narrowed_rights_t {
 };
 
 // Writes the result where it belongs. Returns false when there was nothing to write.
-bool write_result(const task_t &task, const conversion_t &conversion) {
+bool write_result(const task_t &task, const converted_t &conversion) {
     if (task.destination == standard_stream) {
         write_output(*conversion.result);
         return true;
@@ -153,7 +153,7 @@ bool write_result(const task_t &task, const conversion_t &conversion) {
     return true;
 }
 
-std::string outcome(const task_t &task, const conversion_t &conversion, bool usable, bool written) {
+std::string outcome(const task_t &task, const converted_t &conversion, bool usable, bool written) {
     if (!usable)
         return "nothing is written, because a service failed (--keep-going uses what the others "
                "made of it)";
@@ -176,9 +176,9 @@ int run(const options_t &options) {
     const task_t task = task_of(options);
     if (task.plan)
         check_input(*task.plan, *task.job.request.text);
-    const conversion_t conversion = run_job(task.job.request);
+    const converted_t conversion = run_job(task.job.request);
     const std::string name = shown_name(task.job.file);
-    const conversion_t shown = shown_conversion(conversion, options.mask);
+    const converted_t shown = shown_conversion(conversion, options.mask);
     tell_summary(name, shown);
     const std::vector<finding_t> findings = findings_of(conversion, options.mask);
     tell_findings(name, findings);

@@ -55,13 +55,13 @@ std::string label(const options_t &options, size_t number, const std::string &fi
 }
 
 struct view_t {
-    const conversion_t &conversion; // whose steps changed the lines
+    const converted_t &conversion; // whose steps changed the lines
     const std::string &file;
     std::string after_state; // in the head of the diff
 };
 
 std::string diff_of(const options_t &options, const view_t &view, bool may_color) {
-    const conversion_t &c = view.conversion;
+    const converted_t &c = view.conversion;
     unified_t format = {.before_label = label(options, 0, view.file, c.releases.from),
                         .after_label = label(options, 1, view.file, view.after_state),
                         .context = options.context,
@@ -77,7 +77,7 @@ std::string diff_of(const options_t &options, const view_t &view, bool may_color
 }
 
 // The rules that stand in the margin.
-std::string legend(const conversion_t &conversion) {
+std::string legend(const converted_t &conversion) {
     std::string text;
     for (const step_t &step : conversion.steps) {
         const std::string ids = step.routing.ids() + "  ";
@@ -90,7 +90,7 @@ std::string legend(const conversion_t &conversion) {
     return text.empty() ? "" : '\n' + text;
 }
 
-void tell_outcome(const std::string &name, const conversion_t &c, bool keep_going) {
+void tell_outcome(const std::string &name, const converted_t &c, bool keep_going) {
     if (c.failed() && !keep_going)
         message(name + ": nothing would be written, because a service fails (--keep-going uses "
                        "what the others make of it)");
@@ -104,7 +104,7 @@ int status_of(const options_t &options, bool failed, bool changes) {
     return options.exit_code && changes ? exit_would_change : exit_done;
 }
 
-void save_plan_of(const options_t &options, const job_t &job, const conversion_t &conversion) {
+void save_plan_of(const options_t &options, const job_t &job, const converted_t &conversion) {
     if (conversion.failed() && !options.keep_going)
         return message("no plan is saved");
     save_plan(plan_of(conversion, job.file, options.keep_going), options.save_plan);
@@ -112,8 +112,8 @@ void save_plan_of(const options_t &options, const job_t &job, const conversion_t
 }
 
 int preview(const options_t &options, const job_t &job) {
-    const conversion_t conversion = run_job(job.request);
-    const conversion_t shown = shown_conversion(conversion, options.mask);
+    const converted_t conversion = run_job(job.request);
+    const converted_t shown = shown_conversion(conversion, options.mask);
     const std::vector<finding_t> findings = findings_of(conversion, options.mask);
     const std::string name = shown_name(job.file);
     const view_t view = {shown, job.file, conversion.releases.to};
@@ -131,8 +131,8 @@ int preview(const options_t &options, const job_t &job) {
 }
 
 // There and back: the difference between the original and what comes back.
-conversion_t round_trip(const conversion_t &forward, const conversion_t &back) {
-    conversion_t both = forward;
+converted_t round_trip(const converted_t &forward, const converted_t &back) {
+    converted_t both = forward;
     both.result = back.result;
     both.script = difference(split_lines(*both.original), split_lines(*both.result));
     return both;
@@ -141,9 +141,9 @@ conversion_t round_trip(const conversion_t &forward, const conversion_t &back) {
 int rollback(const options_t &options, job_t job) {
     const std::string logs = job.request.log_directory;
     job.request.log_directory = logs.empty() ? "" : logs + "/forward";
-    const conversion_t forward = run_job(job.request);
+    const converted_t forward = run_job(job.request);
     const std::string name = shown_name(job.file);
-    const conversion_t forward_shown = shown_conversion(forward, options.mask);
+    const converted_t forward_shown = shown_conversion(forward, options.mask);
     tell_summary(name, forward_shown);
     if (forward.failed() && !options.keep_going) {
         tell_outcome(name, forward, false);
@@ -154,12 +154,12 @@ int rollback(const options_t &options, job_t job) {
     job.request.text = forward.result;
     job.request.log_directory = logs.empty() ? "" : logs + "/back";
     std::swap(job.request.releases.from, job.request.releases.to);
-    const conversion_t back = run_job(job.request);
-    const conversion_t back_shown = shown_conversion(back, options.mask);
+    const converted_t back = run_job(job.request);
+    const converted_t back_shown = shown_conversion(back, options.mask);
     tell_summary(name + ", back again", back_shown);
 
-    const conversion_t exact = round_trip(forward, back);
-    const conversion_t both = shown_conversion(exact, options.mask);
+    const converted_t exact = round_trip(forward, back);
+    const converted_t both = shown_conversion(exact, options.mask);
     const view_t view = {both, job.file,
                          both.releases.from + ", after " + both.releases.to + " and back"};
     const bool usable = !back.failed() || options.keep_going;

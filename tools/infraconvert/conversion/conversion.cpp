@@ -28,7 +28,7 @@ class workplace_t {
     fs::path logs() const { return directory.path / "logs"; }
 
     // Has one service convert `text`, which is replaced by what the service makes of it.
-    step_t convert(const service_t &service, text_t &text) {
+    step_t run_service(const service_t &service, shared_text_t &text) {
         step_t step{&service, route(service, releases), {}, {}};
         call_result_t call = call_installer(call_of(service, !wants_logs));
         if (call.came_back && call.status != 0 && !wants_logs) // once more, to learn the reason
@@ -66,26 +66,26 @@ const char *step_t::state() const {
     return routing.rules.empty() ? "no rule" : "unchanged";
 }
 
-bool conversion_t::failed() const {
+bool converted_t::failed() const {
     return std::any_of(steps.begin(), steps.end(), [](const step_t &s) { return s.failure; });
 }
 
-std::string conversion_t::rule_of(const script_line_t &line) const {
+std::string converted_t::rule_of(const script_line_t &line) const {
     return line.step < 0 ? "-" : steps[static_cast<size_t>(line.step)].routing.ids();
 }
 
-conversion_t convert(const conversion_request_t &request) {
-    conversion_t conversion = {.releases = request.releases,
-                               .original = request.text,
-                               .result = request.text,
-                               .steps = {},
-                               .script = {},
-                               .logs = {}};
+converted_t run_conversion(const conversion_request_t &request) {
+    converted_t conversion = {.releases = request.releases,
+                              .original = request.text,
+                              .result = request.text,
+                              .steps = {},
+                              .script = {},
+                              .logs = {}};
     workplace_t workplace(request);
     history_t history(request.text);
-    text_t text = request.text;
+    shared_text_t text = request.text;
     for (const service_t *service : request.services) {
-        step_t step = workplace.convert(*service, text);
+        step_t step = workplace.run_service(*service, text);
         step.changed = history.record(static_cast<int>(conversion.steps.size()), text);
         conversion.steps.push_back(std::move(step));
     }

@@ -14,7 +14,7 @@
 namespace infraconvert {
 
 struct conversion_request_t {
-    text_t text;
+    shared_text_t text;
     release_pair_t releases;
     std::vector<const service_t *> services;
     bool keep_going = false;   // the result of those that succeed counts even when others fail
@@ -35,9 +35,9 @@ struct step_t {
     const char *state() const;
 };
 
-struct conversion_t {
+struct converted_t {
     release_pair_t releases;
-    text_t original, result; // the same when a service failed and nothing was to keep going
+    shared_text_t original, result; // the same when a service failed and nothing was to keep going
     std::vector<step_t> steps;
     script_t script;  // from the original to the result
     std::string logs; // for people to read, when wanted
@@ -50,6 +50,6 @@ struct conversion_t {
 
 // Runs the conversion. What a converter cannot do is a failure in its step. Throws run_error when
 // the machine does not allow it, and usage_error when the logs cannot be kept.
-conversion_t convert(const conversion_request_t &request);
+converted_t run_conversion(const conversion_request_t &request);
 
 } // namespace infraconvert

@@ -4,13 +4,13 @@
 
 namespace infraconvert {
 
-history_t::history_t(const text_t &text)
+history_t::history_t(const shared_text_t &text)
     : current(text), original_lines(split_lines(*text)), lines(original_lines), original(text),
       removed_by(lines.size(), -1), added_by(lines.size(), -1), origin(lines.size()) {
     std::iota(origin.begin(), origin.end(), 0u);
 }
 
-count_t history_t::record(int step, text_t text) {
+count_t history_t::record(int step, shared_text_t text) {
     if (*text == *current)
         return {};
     lines_t after = split_lines(*text);
@@ -25,10 +25,10 @@ void history_t::carry(const script_t &script, int step) {
     std::vector<int> next_added_by;
     std::vector<uint32_t> next_origin;
     for (const script_line_t &line : script) {
-        if (line.edit == edit_t::keep) {
+        if (line.edit == line_edit_t::keep) {
             next_added_by.push_back(added_by[line.before]);
             next_origin.push_back(origin[line.before]);
-        } else if (line.edit == edit_t::add) {
+        } else if (line.edit == line_edit_t::add) {
             next_added_by.push_back(step);
             next_origin.push_back(0);
         } else if (added_by[line.before] < 0) {
@@ -71,7 +71,7 @@ namespace {
 // Gives changed lines without a step the step of the changed line before them.
 template<class Iterator> void spread_steps(Iterator line, Iterator end) {
     for (int step = -1; line != end; ++line) {
-        if (line->edit == edit_t::keep)
+        if (line->edit == line_edit_t::keep)
             step = -1;
         else if (line->step < 0)
             line->step = step;
@@ -86,9 +86,9 @@ script_t history_t::script() const {
     script_t script = script_of(original_lines.size(), lines.size(),
                                 without_stray_matches(survivors(), original_lines, lines));
     for (script_line_t &line : script) {
-        if (line.edit == edit_t::remove)
+        if (line.edit == line_edit_t::remove)
             line.step = removed_by[line.before];
-        else if (line.edit == edit_t::add)
+        else if (line.edit == line_edit_t::add)
             line.step = added_by[line.after];
     }
     spread_steps(script.begin(), script.end());

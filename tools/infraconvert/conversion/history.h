@@ -14,10 +14,10 @@ namespace infraconvert {
 
 class history_t {
   public:
-    explicit history_t(const text_t &original);
+    explicit history_t(const shared_text_t &original);
 
     // Takes `text` as the result of step number `step`. Returns how much the step changed.
-    count_t record(int step, text_t text);
+    count_t record(int step, shared_text_t text);
 
     // The difference between the original and the text recorded last.
     script_t script() const;
@@ -26,9 +26,9 @@ class history_t {
     void carry(const script_t &script, int step);
     std::vector<match_t> survivors() const;
 
-    text_t current;
+    shared_text_t current;
     lines_t original_lines, lines; // of the original, of the current text
-    text_t original;
+    shared_text_t original;
     std::vector<int> removed_by;  // for each line of the original, -1 while it is there
     std::vector<int> added_by;    // for each line at hand, -1 for one of the original
     std::vector<uint32_t> origin; // for each line at hand of the original, its number there

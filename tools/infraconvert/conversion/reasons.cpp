@@ -39,7 +39,7 @@ std::optional<captures_t> match(std::string_view line, std::string_view pattern)
 }
 
 // A failure as the log tells it.
-struct evidence_t {
+struct logged_failure_t {
     const lines_t &log; // up to the line that tells of the failure
     const configuration_t &configuration;
     captures_t captures; // of that line
@@ -56,10 +56,10 @@ struct evidence_t {
 };
 
 // The class-map or policy-map that the converter was reading.
-struct map_t {
+struct map_name_t {
     std::string keyword, name;
 };
-map_t map_at_hand(const evidence_t &e) {
+map_name_t map_at_hand(const logged_failure_t &e) {
     const captures_t found = e.last_captures("found %s-map name %s");
     return {found[0] + "-map", found[1]};
 }
@@ -68,19 +68,19 @@ using places_t = std::vector<size_t>;
 
 // ---- Where it is in the configuration ----
 
-places_t nowhere(const evidence_t &) { return {}; }
+places_t no_places(const logged_failure_t &) { return {}; }
 
-places_t named_attachments(const evidence_t &e) {
+places_t named_attachments(const logged_failure_t &e) {
     return e.configuration.lines_with({"service-policy", e.captures[0]});
 }
 
-places_t first_line_of_map(const evidence_t &e) {
-    const map_t map = map_at_hand(e);
+places_t first_line_of_map(const logged_failure_t &e) {
+    const map_name_t map = map_at_hand(e);
     return e.configuration.maps(map.keyword, map.name);
 }
 
 // The attachment under "system qos" and the policy-map that it names.
-places_t system_policy(const evidence_t &e) {
+places_t system_policy(const logged_failure_t &e) {
     const std::string name = e.last("found service-policy name %s");
     places_t places = e.configuration.lines_in("system qos", {"service-policy", name});
     places.resize(std::min<size_t>(places.size(), 1));
@@ -89,41 +89,43 @@ places_t system_policy(const evidence_t &e) {
     return places;
 }
 
-places_t interface_attachment(const evidence_t &e) {
+places_t interface_attachment(const logged_failure_t &e) {
     return e.configuration.lines_in("interface",
                                     {"service-policy", e.last("is on an interface: dir %s"),
                                      e.last("service-policy %s is on an interface")});
 }
 
-places_t differing_attachments(const evidence_t &e, const char *direction) {
+places_t differing_attachments(const logged_failure_t &e, const char *direction) {
     return e.configuration.stanza_with_both("interface",
                                             {"service-policy", direction, e.captures[1]},
                                             {"service-policy", direction, e.captures[0]});
 }
-places_t differing_inputs(const evidence_t &e) { return differing_attachments(e, "input"); }
-places_t differing_outputs(const evidence_t &e) { return differing_attachments(e, "output"); }
+places_t differing_inputs(const logged_failure_t &e) { return differing_attachments(e, "input"); }
+places_t differing_outputs(const logged_failure_t &e) { return differing_attachments(e, "output"); }
 
 // A whole line of the configuration, in the map at hand or else anywhere.
-places_t line_of_map(const evidence_t &e, const std::string &line) {
-    const map_t map = map_at_hand(e);
+places_t line_of_map(const logged_failure_t &e, const std::string &line) {
+    const map_name_t map = map_at_hand(e);
     const places_t places = e.configuration.line_below(map.keyword, map.name, line);
     return places.empty() ? e.configuration.whole_lines(line) : places;
 }
-places_t unexpected_line(const evidence_t &e) { return line_of_map(e, e.captures[0]); }
-places_t class_line(const evidence_t &e) { return line_of_map(e, e.last("found class: %s")); }
+places_t unexpected_line(const logged_failure_t &e) { return line_of_map(e, e.captures[0]); }
+places_t class_line(const logged_failure_t &e) { return line_of_map(e, e.last("found class: %s")); }
 
-places_t class_of_policy(const evidence_t &e) {
+places_t class_of_policy(const logged_failure_t &e) {
     return e.configuration.lines_in("policy-map", {"class", e.captures[0]});
 }
 
-places_t untyped_policies(const evidence_t &e) { return e.configuration.untyped("policy-map"); }
-places_t bare_attachments(const evidence_t &e) {
+places_t untyped_policies(const logged_failure_t &e) {
+    return e.configuration.untyped("policy-map");
+}
+places_t bare_attachments(const logged_failure_t &e) {
     return e.configuration.whole_lines("  service-policy");
 }
-places_t attachment_without_direction(const evidence_t &e) {
+places_t attachment_without_direction(const logged_failure_t &e) {
     return e.configuration.lines_in("interface", {"service-policy", e.captures[0]});
 }
-places_t policy_in_work(const evidence_t &e) {
+places_t policy_in_work(const logged_failure_t &e) {
     return e.configuration.maps("policy-map", e.last(" for policy-map %s"));
 }
 
@@ -133,7 +135,7 @@ struct reason_t {
     const char *logged;
     const char
         *plain_words; // $1, $2: what the log line captured; $L: $1 as a line; $M: map at hand
-    places_t (*places)(const evidence_t &);
+    places_t (*places)(const logged_failure_t &);
     size_t at_least = 0; // length of the first capture
 };
 
@@ -174,7 +176,7 @@ constexpr reason_t reasons[] = {
     {"unexpected class format; aborting", "a class of $M has no name or too many words",
      class_line},
     {"unexpected format for class; aborting", "a class of $M has no name", first_line_of_map},
-    {"unexpected format for policy-map; aborting", "a policy-map has no name", nowhere},
+    {"unexpected format for policy-map; aborting", "a policy-map has no name", no_places},
     {"unexpected service-policy format; aborting", "a \"service-policy\" names no policy-map",
      bare_attachments},
     {"unexpected format for service-policy; aborting",
@@ -192,19 +194,19 @@ constexpr reason_t reasons[] = {
     {"refusing to insert text of length",
      "the rewritten configuration would outgrow the converter's room (five times the file's size; "
      "VLAN-FCoE association: the file's size and 76000 bytes)",
-     nowhere},
-    {"could not allocate memory", "the machine is out of memory", nowhere},
-    {"failed to allocate memory", "the configuration is too large for the memory", nowhere},
+     no_places},
+    {"could not allocate memory", "the machine is out of memory", no_places},
+    {"failed to allocate memory", "the configuration is too large for the memory", no_places},
     {"failed to get file size", "the converter could not read its copy of the configuration",
-     nowhere},
-    {"unexpectedly", "the converter found its copy of the configuration empty", nowhere},
-    {"failed to read", "the converter could not read its copy of the configuration", nowhere},
-    {"failed to open", "the converter could not open its copy of the configuration", nowhere},
-    {"failed to write", "the converter could not save its copy: the disk may be full", nowhere},
-    {"failed to close", "the converter could not save its copy: the disk may be full", nowhere},
+     no_places},
+    {"unexpectedly", "the converter found its copy of the configuration empty", no_places},
+    {"failed to read", "the converter could not read its copy of the configuration", no_places},
+    {"failed to open", "the converter could not open its copy of the configuration", no_places},
+    {"failed to write", "the converter could not save its copy: the disk may be full", no_places},
+    {"failed to close", "the converter could not save its copy: the disk may be full", no_places},
 };
 
-std::string value_of(char mark, const evidence_t &e) {
+std::string value_of(char mark, const logged_failure_t &e) {
     std::string line = e.captures.empty() ? "" : e.captures[0];
     switch (mark) {
     case '1':
@@ -218,7 +220,7 @@ std::string value_of(char mark, const evidence_t &e) {
     }
 }
 
-std::string filled_in(std::string_view plain_words, const evidence_t &e) {
+std::string filled_in(std::string_view plain_words, const logged_failure_t &e) {
     std::string text;
     for (size_t at = 0; at < plain_words.size(); at++)
         text += plain_words[at] == '$' ? value_of(plain_words[++at], e)
@@ -233,7 +235,7 @@ std::optional<failure_t> explained_by(const reason_t &row, const lines_t &log, s
     if (!captures || (row.at_least > 0 && captures->at(0).size() < row.at_least))
         return {};
     const lines_t up_to(log.begin(), log.begin() + static_cast<ptrdiff_t>(number) + 1);
-    const evidence_t evidence{up_to, configuration, *captures};
+    const logged_failure_t evidence{up_to, configuration, *captures};
     return failure_t{filled_in(row.plain_words, evidence), row.places(evidence), std::string(line),
                      number + 1};
 }

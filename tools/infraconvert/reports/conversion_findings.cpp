@@ -8,14 +8,14 @@
 #include "reports/report_text.h"
 
 #include <algorithm>
-#include <cstring>
 #include <set>
 
 namespace infraconvert {
 
-std::vector<finding_t> findings_of(const conversion_t &conversion, bool mask) {
+std::vector<finding_t> findings_of(const converted_t &conversion, bool mask) {
     std::vector<finding_t> findings = audit(conversion, false);
-    std::erase_if(findings, [](const finding_t &f) { return strcmp(f.kind->code, "IC090") == 0; });
+    std::erase_if(findings,
+                  [](const finding_t &f) { return f.kind == &finding_code_t("IC090").kind(); });
     if (mask)
         mask_findings(findings);
     return findings;

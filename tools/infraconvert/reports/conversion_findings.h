@@ -11,7 +11,7 @@ namespace infraconvert {
 
 // What an audit finds in the conversion, without the failures, which are told by themselves; with
 // secrets masked if so wished.
-std::vector<finding_t> findings_of(const conversion_t &conversion, bool mask);
+std::vector<finding_t> findings_of(const converted_t &conversion, bool mask);
 
 // Tells errors and warnings with their lines, and how many notes there are.
 void tell_findings(const std::string &name, const std::vector<finding_t> &findings);

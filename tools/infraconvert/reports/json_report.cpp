@@ -46,7 +46,7 @@ json failure_json(const step_t &step, const lines_t &original) {
     return {{"reason", step.failure->reason}, {"lines", lines}, {"log", log}};
 }
 
-json steps_json(const conversion_t &conversion) {
+json steps_json(const converted_t &conversion) {
     const lines_t original = split_lines(*conversion.original);
     json steps = json::array();
     for (const step_t &step : conversion.steps) {
@@ -66,9 +66,9 @@ json text_json(const std::string &text) {
     return {{"size", text.size()}, {"sha256", sha256(text)}};
 }
 
-json change_json(const conversion_t &conversion, const script_line_t &line,
+json change_json(const converted_t &conversion, const script_line_t &line,
                  std::string_view content) {
-    const bool removed = line.edit == edit_t::remove;
+    const bool removed = line.edit == line_edit_t::remove;
     const bool known = line.step >= 0;
     const step_t *step = known ? &conversion.steps[static_cast<size_t>(line.step)] : nullptr;
     return {{"edit", removed ? "remove" : "add"},
@@ -78,21 +78,21 @@ json change_json(const conversion_t &conversion, const script_line_t &line,
             {"rule", step ? json(conversion.rule_of(line)) : json(nullptr)}};
 }
 
-json changes_json(const conversion_t &conversion) {
+json changes_json(const converted_t &conversion) {
     const lines_t before = split_lines(*conversion.original);
     const lines_t after = split_lines(*conversion.result);
     json changes = json::array();
     for (const script_line_t &line : conversion.script) {
-        if (line.edit == edit_t::remove)
+        if (line.edit == line_edit_t::remove)
             changes.push_back(change_json(conversion, line, before[line.before]));
-        else if (line.edit == edit_t::add)
+        else if (line.edit == line_edit_t::add)
             changes.push_back(change_json(conversion, line, after[line.after]));
     }
     return changes;
 }
 
 json conversion_json(const json_conversion_t &conversion) {
-    const conversion_t &exact = conversion.exact;
+    const converted_t &exact = conversion.exact;
     return {{"from", exact.releases.from},
             {"to", exact.releases.to},
             {"failed", exact.failed()},

@@ -15,7 +15,7 @@ std::string plan_json(const std::vector<const service_t *> &services,
 
 // A conversion, whose sizes and digests count, and the same with the texts that are shown.
 struct json_conversion_t {
-    const conversion_t &exact, &shown;
+    const converted_t &exact, &shown;
 };
 
 struct preview_json_t {

@@ -4,7 +4,7 @@
 
 namespace infraconvert {
 
-conversion_t shown_conversion(conversion_t conversion, bool mask) {
+converted_t shown_conversion(converted_t conversion, bool mask) {
     if (!mask)
         return conversion;
     conversion.original = std::make_shared<const std::string>(masked_lines(*conversion.original));

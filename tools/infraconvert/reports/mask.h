@@ -10,7 +10,7 @@ namespace infraconvert {
 
 // The conversion as it is shown, with secrets masked if so wished. The script stays, so that a
 // difference within a secret still shows as one.
-conversion_t shown_conversion(conversion_t conversion, bool mask);
+converted_t shown_conversion(converted_t conversion, bool mask);
 
 void mask_findings(std::vector<finding_t> &findings);
 

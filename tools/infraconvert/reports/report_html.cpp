@@ -32,7 +32,7 @@ std::string embedded(const json &value) {
 std::vector<bool> shown_lines(const script_t &script) {
     std::vector<bool> shown(script.size());
     for (size_t i = 0; i < script.size(); i++) {
-        if (script[i].edit == edit_t::keep)
+        if (script[i].edit == line_edit_t::keep)
             continue;
         const size_t end = std::min(i + context + 1, script.size());
         for (size_t near = i - std::min(i, context); near < end; near++)
@@ -41,7 +41,7 @@ std::vector<bool> shown_lines(const script_t &script) {
     return shown;
 }
 
-json rows_json(const conversion_t &conversion) {
+json rows_json(const converted_t &conversion) {
     const lines_t before = split_lines(*conversion.original);
     const lines_t after = split_lines(*conversion.result);
     const std::vector<bool> shown = shown_lines(conversion.script);
@@ -53,19 +53,19 @@ json rows_json(const conversion_t &conversion) {
                 rows.push_back({".", 0, 0, "", ""});
             continue;
         }
-        const bool added = line.edit == edit_t::add;
+        const bool added = line.edit == line_edit_t::add;
         const std::string_view text =
             without_newline(added ? after[line.after] : before[line.before]);
-        rows.push_back({line.edit == edit_t::keep ? "="
-                        : added                   ? "+"
-                                                  : "-",
+        rows.push_back({line.edit == line_edit_t::keep ? "="
+                        : added                        ? "+"
+                                                       : "-",
                         line.before + 1, line.after + 1, std::string(text),
-                        line.edit == edit_t::keep ? "" : conversion.rule_of(line)});
+                        line.edit == line_edit_t::keep ? "" : conversion.rule_of(line)});
     }
     return rows;
 }
 
-json services_json(const conversion_t &conversion) {
+json services_json(const converted_t &conversion) {
     json services = json::array();
     for (const step_t &step : conversion.steps)
         services.push_back(
@@ -115,8 +115,8 @@ std::string data_element(const std::string &id, const std::string &data) {
 
 } // namespace
 
-std::string report_details(const audited_t &audited, const conversion_t &conversion, bool mask) {
-    const conversion_t shown = shown_conversion(conversion, mask);
+std::string report_details(const audited_t &audited, const converted_t &conversion, bool mask) {
+    const converted_t shown = shown_conversion(conversion, mask);
     std::vector<finding_t> findings = audited.findings;
     if (mask)
         mask_findings(findings);

@@ -32,7 +32,7 @@ std::string audit_sarif(const std::vector<audited_t> &results);
 
 // The part of the page that is about one configuration, which can be given before the others are
 // looked at, so that not all texts need be kept.
-std::string report_details(const audited_t &audited, const conversion_t &conversion, bool mask);
+std::string report_details(const audited_t &audited, const converted_t &conversion, bool mask);
 // Writes the page. Throws run_error.
 void write_report(const std::string &file, const fleet_summary_t &summary,
                   const std::vector<audited_t> &results);

@@ -35,7 +35,7 @@ void tell_failure(const std::string &name, const step_t &step, const lines_t &li
 
 } // namespace
 
-void tell_summary(const std::string &name, const conversion_t &conversion) {
+void tell_summary(const std::string &name, const converted_t &conversion) {
     message(name + ", " + conversion.releases.from + " to " + conversion.releases.to + ':');
     for (const step_t &step : conversion.steps)
         message_lines(step_line(step));

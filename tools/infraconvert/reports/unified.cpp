@@ -19,7 +19,7 @@ struct hunk_t {
 std::vector<hunk_t> hunks_of(const script_t &script, size_t context) {
     std::vector<hunk_t> hunks;
     for (size_t i = 0; i < script.size(); i++) {
-        if (script[i].edit == edit_t::keep)
+        if (script[i].edit == line_edit_t::keep)
             continue;
         const size_t first = i > context ? i - context : 0;
         const size_t end = context < script.size() - i - 1 ? i + context + 1 : script.size();
@@ -59,8 +59,8 @@ class writer_t {
     void write_hunk(const hunk_t &hunk) {
         size_t before_count = 0, after_count = 0;
         for (size_t i = hunk.first; i < hunk.end; i++) {
-            before_count += script[i].edit != edit_t::add;
-            after_count += script[i].edit != edit_t::remove;
+            before_count += script[i].edit != line_edit_t::add;
+            after_count += script[i].edit != line_edit_t::remove;
         }
         const script_line_t &first = script[hunk.first];
         line("", cyan,
@@ -72,11 +72,11 @@ class writer_t {
 
     void write_script_line(const script_line_t &l) {
         switch (l.edit) {
-        case edit_t::keep:
+        case line_edit_t::keep:
             return line("", plain, ' ' + std::string(before[l.before]));
-        case edit_t::remove:
+        case line_edit_t::remove:
             return line(annotation(l), red, '-' + std::string(before[l.before]));
-        case edit_t::add:
+        case line_edit_t::add:
             return line(annotation(l), green, '+' + std::string(after[l.after]));
         }
     }

@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 void look_at(const fleet_t &fleet, audited_t &audited) try {
     conversion_request_t request = fleet.request;
     request.text = read_configuration(audited.file);
-    const conversion_t conversion = convert(request);
+    const converted_t conversion = run_conversion(request);
     audited.failed = conversion.failed();
     audited.changed = conversion.changes();
     for (const step_t &step : conversion.steps) {

@@ -27,7 +27,7 @@ plan_t plan_from(const json &document) {
 
 } // namespace
 
-plan_t plan_of(const conversion_t &conversion, const std::string &file, bool keep_going) {
+plan_t plan_of(const converted_t &conversion, const std::string &file, bool keep_going) {
     plan_t plan = {.releases = conversion.releases,
                    .services = {},
                    .keep_going = keep_going,

@@ -17,7 +17,7 @@ struct plan_t {
     std::string input_digest, result_digest;
 };
 
-plan_t plan_of(const conversion_t &conversion, const std::string &file, bool keep_going);
+plan_t plan_of(const converted_t &conversion, const std::string &file, bool keep_going);
 
 // Throw usage_error, naming the file, when it cannot be written, or read as a plan.
 void save_plan(const plan_t &plan, const std::string &plan_file);
