@@ -9,7 +9,9 @@
 #include <filesystem>
 #include <grp.h>
 #include <gtest/gtest.h>
+#include <linux/fs.h>
 #include <sched.h>
+#include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -144,6 +146,40 @@ TEST(metadata, nothing_is_inherited_from_the_directory) {
     EXPECT_EQ(support::read_file(p.file), new_text);
     EXPECT_EQ(attribute(p.file, "system.posix_acl_access"), strerror(ENODATA));
     EXPECT_EQ(p.status().st_mode & 07777, 0640u);
+}
+
+// Sets a flag that chattr knows; false where the file system has none, or the user may not.
+bool set_flag(const std::string &path, unsigned int flag, bool on) {
+    const int file = open(path.c_str(), O_RDONLY);
+    unsigned int flags = 0;
+    bool done = ioctl(file, FS_IOC_GETFLAGS, &flags) == 0;
+    flags = on ? flags | flag : flags & ~flag;
+    done = done && ioctl(file, FS_IOC_SETFLAGS, &flags) == 0;
+    close(file);
+    return done;
+}
+
+TEST(metadata, flags_are_kept_and_those_that_forbid_writing_are_heeded) {
+    place_t p;
+    constexpr unsigned int kept = FS_NODUMP_FL | FS_NOATIME_FL;
+    if (!set_flag(p.file, kept, true))
+        GTEST_SKIP() << "no flags here: " << strerror(errno);
+    EXPECT_EQ(p.convert(), 0);
+    EXPECT_EQ(support::read_file(p.file), new_text);
+    unsigned int flags = 0;
+    const int file = open(p.file.c_str(), O_RDONLY);
+    EXPECT_EQ(ioctl(file, FS_IOC_GETFLAGS, &flags), 0);
+    EXPECT_EQ(flags & kept, kept);
+    close(file);
+    for (const unsigned int forbids : {FS_IMMUTABLE_FL, FS_APPEND_FL}) {
+        support::write_file(p.file, old_text);
+        if (!set_flag(p.file, forbids, true))
+            GTEST_SKIP() << "no rights for this flag: " << strerror(errno);
+        const int status = p.convert();
+        set_flag(p.file, forbids, false);
+        EXPECT_EQ(status, -1);
+        EXPECT_EQ(support::read_file(p.file), old_text);
+    }
 }
 
 TEST(metadata, a_symbolic_link_stays_and_its_target_is_replaced) {

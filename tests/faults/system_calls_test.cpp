@@ -61,14 +61,19 @@ class conversion_t {
         if (example.has_second_link)
             fs::create_hard_link(path(), place.path() + "/ascii/second");
         const ino_t inode_before = inode();
+        run_again(judge);
+        same_inode = inode() == inode_before;
+        fs::remove(place.path() + "/ascii/second");
+    }
+    // With what the last run left.
+    void run_again(const std::function<verdict_t(const system_call_t &)> &judge =
+                       [](const system_call_t &) { return verdict_t{}; }) {
         result = faults::traced(
             [this] {
                 return static_cast<int>(
                     service.start(place.path().c_str(), "package", example.to, example.from));
             },
             judge);
-        same_inode = inode() == inode_before;
-        fs::remove(place.path() + "/ascii/second");
     }
 
     std::string path() const { return place.path() + "/ascii/" + configuration_file; }
@@ -129,6 +134,9 @@ const std::map<std::string, std::vector<int>> errors = {
     {"readlink", {EIO}},
     {"allocate", {ENOSPC}},
     {"truncate", {EIO}},
+    {"lock", {ENOLCK, EWOULDBLOCK}},
+    {"flags", {EIO, EOPNOTSUPP}},
+    {"duplicate", {EMFILE}},
 };
 
 // The message after a failure that only the one call caused.
@@ -329,6 +337,40 @@ TEST(faults, what_cannot_be_replaced_is_written_in_place) {
     }
 }
 
+// The file beside becomes the file that others may read; on the way there it is never open to more.
+TEST(faults, nobody_reads_the_file_beside_who_may_not_read_the_file) {
+    // The owner reads and writes, user 4321 reads; mode 0640, of which the group has nothing.
+    const unsigned char list[] =
+        "\2\0\0\0\1\0\6\0\xff\xff\xff\xff\2\0\4\0\xe1\x10\0\0\4\0\0\0\xff\xff\xff\xff"
+        "\x10\0\4\0\xff\xff\xff\xff\x20\0\0\0\xff\xff\xff\xff";
+    constexpr const char *access_list = "system.posix_acl_access";
+    conversion_t c(examples[0]);
+    int looks = 0, kinds_of_mode = 0;
+    bool listed = false;
+    mode_t last = 0;
+    c.run([&](const system_call_t &call) {
+        if (opens_target(call))
+            listed = setxattr(c.path().c_str(), access_list, list, sizeof list - 1, 0) == 0;
+        for (const std::string &name : c.beside()) {
+            const std::string path = fs::path(c.path()).parent_path() / name;
+            struct stat status = {};
+            stat(path.c_str(), &status);
+            const bool open_to_group =
+                (status.st_mode & 070) != 0 && getxattr(path.c_str(), access_list, nullptr, 0) < 0;
+            EXPECT_FALSE(open_to_group) << "before " << call.kind;
+            kinds_of_mode += status.st_mode != last;
+            last = status.st_mode;
+            looks++;
+        }
+        return verdict_t{};
+    });
+    if (!listed)
+        GTEST_SKIP() << "no access lists here";
+    EXPECT_TRUE(c.is_new());
+    EXPECT_GT(looks, 5);
+    EXPECT_EQ(kinds_of_mode, 2) << "0600, then 0640";
+}
+
 TEST(faults, interrupted_and_short_calls_are_carried_on) {
     const char *const kinds[] = {"open", "read", "write", "fsync", "close", "allocate", "truncate"};
     counts_t injected;
@@ -385,4 +427,15 @@ TEST(faults, a_kill_leaves_the_old_file_or_the_new_one) {
     EXPECT_GT(killed.of("fsync"), 1);
     EXPECT_GT(killed.of("rename"), 0);
     EXPECT_GT(left, 0) << "a kill before the rename leaves the file beside it";
+}
+
+TEST(faults, what_a_kill_left_behind_is_gone_with_the_next_conversion) {
+    conversion_t c(examples[0]);
+    c.run([](const system_call_t &call) {
+        return call.kind == "rename" ? verdict_t{verdict_t::kill} : verdict_t{};
+    });
+    ASSERT_EQ(c.beside().size(), 1u);
+    c.run_again();
+    EXPECT_TRUE(c.is_new());
+    EXPECT_EQ(c.beside(), std::set<std::string>());
 }

@@ -53,6 +53,9 @@ constexpr kind_t kinds[] = {
     {SYS_fremovexattr, "xattr", names_file::by_descriptor},
     {SYS_fallocate, "allocate", names_file::by_descriptor},
     {SYS_ftruncate, "truncate", names_file::by_descriptor},
+    {SYS_flock, "lock", names_file::by_descriptor},
+    {SYS_ioctl, "flags", names_file::by_descriptor},
+    {SYS_fcntl, "duplicate", names_file::by_descriptor},
     {SYS_unlink, "unlink", names_file::by_path},
     {SYS_unlinkat, "unlink", names_file::by_path_at},
 };
