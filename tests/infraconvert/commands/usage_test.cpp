@@ -1,7 +1,7 @@
 // What the command answers before it converts anything: help, plans, rules, and every way to use
 // it wrongly.
 
-#include "workspace.h"
+#include "infraconvert/workspace.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ using support::workspace_t;
 
 const std::string nul(1, '\0');
 
-TEST(Usage, WrongArgumentsEndWithStatus2AndSayWhatToDo) {
+TEST(usage, wrong_arguments_end_with_status2_and_say_what_to_do) {
     workspace_t here;
     here.write("switch.cfg", "npiv enable\n");
     here.write("zero.cfg", "vlan 1\n  na" + nul + "me\n");
@@ -88,7 +88,7 @@ TEST(Usage, WrongArgumentsEndWithStatus2AndSayWhatToDo) {
     EXPECT_EQ(here.read("taken.cfg"), "npiv enable\n");
 }
 
-TEST(Usage, HelpLeadsWithExamples) {
+TEST(usage, help_leads_with_examples) {
     const workspace_t here;
     for (const char *command : {"", "plan", "preview", "convert", "explain"}) {
         const auto result = here.run(*command ? arguments_t{command, "--help"} : arguments_t{"-h"});
@@ -100,7 +100,7 @@ TEST(Usage, HelpLeadsWithExamples) {
     EXPECT_TRUE(here.run({"--version"}).out.starts_with("infraconvert 1."));
 }
 
-TEST(Usage, OddReleasesAreToldButTaken) {
+TEST(usage, odd_releases_are_told_but_taken) {
     workspace_t here;
     here.write("switch.cfg", "!Command\nversion 4.0(1a)\nnpiv enable\n");
     const auto half = here.run({"plan", "--from", "4.1(3)K2", "--to", "5.0(2)"});
@@ -115,7 +115,7 @@ TEST(Usage, OddReleasesAreToldButTaken) {
 }
 
 // Each pair with the rule of each service in the order in which they run.
-TEST(Plan, NamesTheRuleOfEachService) {
+TEST(plan, names_the_rule_of_each_service) {
     const workspace_t here;
     const struct {
         const char *from, *to;
@@ -148,7 +148,7 @@ TEST(Plan, NamesTheRuleOfEachService) {
     }
 }
 
-TEST(Plan, TakesServicesByAnyOfTheirNames) {
+TEST(plan, takes_services_by_any_of_their_names) {
     const workspace_t here;
     const auto plan = [&](const arguments_t &services) {
         arguments_t arguments = {"plan", "--from", "4.1(2)", "--to", "5.0(3)"};
@@ -163,7 +163,7 @@ TEST(Plan, TakesServicesByAnyOfTheirNames) {
     EXPECT_EQ(plan({"npiv", "all"}), plan({}));
 }
 
-TEST(Explain, TellsWhatARuleDoesAndWhenItApplies) {
+TEST(explain, tells_what_a_rule_does_and_when_it_applies) {
     const workspace_t here;
     const auto one = here.run({"explain", "ic-npiv-02"});
     EXPECT_EQ(one.status, 0);

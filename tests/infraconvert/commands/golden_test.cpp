@@ -1,7 +1,7 @@
 // Over all golden conversions: patch with the preview's diff, the command, and the installer's own
 // call give the same bytes.
 
-#include "workspace.h"
+#include "infraconvert/workspace.h"
 
 #include <gtest/gtest.h>
 
@@ -56,7 +56,7 @@ support::result_t convert_knowingly(const workspace_t &here, std::vector<std::st
     return here.run(arguments);
 }
 
-TEST(Golden, PatchAndConvertGiveTheExpectedBytes) {
+TEST(each_conversion, patch_and_convert_give_the_expected_bytes) {
     workspace_t here;
     const auto cases = all_cases(here);
     EXPECT_FALSE(cases.empty());
@@ -79,7 +79,7 @@ TEST(Golden, PatchAndConvertGiveTheExpectedBytes) {
     }
 }
 
-TEST(Golden, TheInstallersCallForAllServicesGivesTheSame) {
+TEST(each_conversion, the_installers_call_for_all_services_gives_the_same) {
     workspace_t here;
     for (const case_t &c : all_cases(here)) {
         here.write("installed/ascii/system.cfg", c.original);

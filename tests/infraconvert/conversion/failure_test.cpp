@@ -1,6 +1,6 @@
 // What the command says and does when a converter fails, crashes, or is interrupted.
 
-#include "workspace.h"
+#include "infraconvert/workspace.h"
 
 #include <csignal>
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ const std::string maps = "class-map c1\n  match cos 1\nclass-map c2\n  match cos
                          "class-map c3\n  match cos 3\nclass-map c4\n  match cos 4\n"
                          "class-map c5\n  match cos 5\n";
 
-TEST(Reason, NamesTheConfigurationLineInPlainWords) {
+TEST(reason, names_the_configuration_line_in_plain_words) {
     const struct {
         const char *from, *to;
         std::string configuration;
@@ -97,7 +97,7 @@ TEST(Reason, NamesTheConfigurationLineInPlainWords) {
 }
 
 // A VLAN list whose stanzas outgrow the room that the converter has.
-TEST(Reason, TellsOfARefusedInsertion) {
+TEST(reason, tells_of_a_refused_insertion) {
     workspace_t here;
     here.write("switch.cfg", "vlan 1-999999999\n  fcoe\n");
     const auto result = here.run({"preview", "--from", "4.1(3)", "--to", "5.0(2)", "switch.cfg"});
@@ -111,7 +111,7 @@ const std::string half = "npiv enable\nsystem qos\n  service-policy none\nclass-
                          "  match cos 1\npolicy-map p\n  class c\n    priority\nvlan 1\n";
 const std::string half_converted = "feature npiv" + half.substr(11);
 
-TEST(Failure, LeavesEverythingAsItWasUnlessToldToKeepGoing) {
+TEST(failure, leaves_everything_as_it_was_unless_told_to_keep_going) {
     workspace_t here;
     here.write("switch.cfg", half);
     const arguments_t pair = {"--from", "4.0(1)", "--to", "5.0(2)"};
@@ -177,7 +177,7 @@ class broken_installation_t {
     workspace_t here;
 };
 
-TEST(Crash, IsReportedNotSuffered) {
+TEST(crash, is_reported_not_suffered) {
     const struct {
         const char *script, *report;
     } rows[] = {
@@ -195,7 +195,7 @@ TEST(Crash, IsReportedNotSuffered) {
     }
 }
 
-TEST(Interruption, CleansUpAndEndsByTheSignal) {
+TEST(interruption, cleans_up_and_ends_by_the_signal) {
     broken_installation_t slow("exec sleep 60");
     const auto result = slow.convert({"timeout", "--preserve-status", "--signal=TERM", "1"});
     EXPECT_EQ(result.status, 128 + SIGTERM);
