@@ -42,10 +42,9 @@ class untyped_builder_t final : public policymap_builder_t {
 
     // The first record of the name that has the type, or none yet.
     class_elem_t *class_for(policymap_elem_t &pmap, class_elem_t &cls, uint8_t type) override {
-        class_elem_t *taker = pmap.classes.first;
-        while (taker && (std::string_view(taker->name) != cls.name ||
-                         (taker->type != QOSCNV_TYPE_NONE && taker->type != type)))
-            taker = taker->next;
+        class_elem_t *taker = class_finder.first(pmap, cls.name, [&](const class_elem_t &c) {
+            return c.type == QOSCNV_TYPE_NONE || c.type == type;
+        });
         if (!taker)
             taker = append_class(pmap, cls.name);
         if (taker)

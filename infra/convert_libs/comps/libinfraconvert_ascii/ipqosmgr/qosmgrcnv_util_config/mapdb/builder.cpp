@@ -82,7 +82,7 @@ bool policymap_builder_t::build_class(policymap_elem_t &pmap, position &cp) {
     std::string name;
     if (!read_class_name(line, name))
         return false;
-    class_elem_t *cls = qoscnv_lookup(pmap.classes, name);
+    class_elem_t *cls = class_finder.first(pmap, name, [](const class_elem_t &) { return true; });
     if (!cls)
         cls = append_class(pmap, name);
     if (!cls)

@@ -1,7 +1,7 @@
 // What the builders of the database share.
 #pragma once
 
-#include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
+#include "ipqosmgr/qosmgrcnv_util_config/mapdb/class_finder.h"
 
 // Reads the name of a map from the text at its keyword, with a pattern such as "class-map %s".
 // Returns false, with a message, when there is no word or one that does not fit.
@@ -29,6 +29,7 @@ class policymap_builder_t {
     class_elem_t *append_class(policymap_elem_t &pmap, std::string_view name) const;
 
     const char *const pass;
+    class_finder_t class_finder;
 
   private:
     // Read a name; false with a message.

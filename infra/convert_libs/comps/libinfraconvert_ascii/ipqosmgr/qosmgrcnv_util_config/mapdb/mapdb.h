@@ -102,15 +102,6 @@ actions_elem_t *qoscnv_new_action(const char *function, std::string_view line);
 // Frees a record that is in no list, with the trace of `function`.
 void qoscnv_free_list_elem(const char *function, list_elem_t *elem);
 
-// First element of that name, or null, by a walk along the list.
-template<class Element>
-Element *qoscnv_lookup(const tail_queue_t<Element> &list, std::string_view name) {
-    Element *element = list.first;
-    while (element && name != element->name)
-        element = element->next;
-    return element;
-}
-
 // The records of the lists of class-maps and policy-maps by name, at a constant cost: all
 // class-maps of the name, in the order of the list; the first class-map or policy-map, or null.
 std::span<classmap_elem_t *const> qoscnv_classmaps_named(std::string_view name);

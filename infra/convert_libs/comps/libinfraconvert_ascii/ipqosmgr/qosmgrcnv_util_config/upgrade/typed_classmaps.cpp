@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <unordered_set>
 
 namespace {
 
@@ -96,18 +97,22 @@ bool write_classmap(const class_elem_t &cls, uint8_t type, place_t &place) {
     return qoscnv_write(pass, place.point, classmap_stanza(cls, type, group));
 }
 
-bool has_network_qos_class(const policymap_elem_t &pmap, std::string_view name) {
+using names_t = std::unordered_set<std::string_view>;
+
+// The names of the classes of `pmap` that are of type network-qos and no other.
+names_t network_qos_classes(const policymap_elem_t &pmap) {
+    names_t names;
     for (const auto *cls = pmap.classes.first; cls; cls = cls->next) {
-        if (name == cls->name && cls->type == QOSCNV_TYPE_UF)
-            return true;
+        if (cls->type == QOSCNV_TYPE_UF)
+            names.insert(cls->name);
     }
-    return false;
+    return names;
 }
 
 // Puts a class of type network-qos without actions behind `cls` when the policy has none of that
-// name. Returns false with a message.
-bool add_network_qos_class(policymap_elem_t &pmap, class_elem_t &cls) {
-    if (has_network_qos_class(pmap, cls.name))
+// name: then it is not among `known`. Returns false with a message.
+bool add_network_qos_class(policymap_elem_t &pmap, class_elem_t &cls, names_t &known) {
+    if (!known.insert(cls.name).second)
         return true;
     class_elem_t *added = qoscnv_new_class(pass, cls.name);
     if (!added) {
@@ -167,13 +172,16 @@ syserr_t qoscnv_create_qosgrp_classmap(policymap_elem_t &pmap, uint8_t type,
                    number_no_stanza, type, pmap.name);
         return 0;
     }
+    names_t network_qos;
+    if (type == QOSCNV_TYPE_UF)
+        network_qos = network_qos_classes(pmap);
     for (class_elem_t *cls = pmap.classes.first; cls; cls = cls->next) {
         if (cls->name == class_fcoe || cls->name == class_default)
             continue;
         if (cls->type & type) {
             if (!write_classmap(*cls, type, place))
                 return engine::failure;
-        } else if (type == QOSCNV_TYPE_UF && !add_network_qos_class(pmap, *cls)) {
+        } else if (type == QOSCNV_TYPE_UF && !add_network_qos_class(pmap, *cls, network_qos)) {
             return engine::failure;
         }
     }
