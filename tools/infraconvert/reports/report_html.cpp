@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <ctime>
 #include <fstream>
 
 namespace infraconvert {
@@ -78,13 +79,14 @@ json services_json(const converted_t &conversion) {
     return services;
 }
 
-json configuration_json(const audited_t &audited) {
+json configuration_json(const audited_t &audited, size_t alike) {
     const finding_count_t count = count_findings(audited.findings);
     std::vector<std::string> codes;
     for (const finding_t &finding : audited.findings)
         codes.emplace_back(finding.kind->code);
     codes.erase(std::unique(codes.begin(), codes.end()), codes.end());
     return {{"path", audited.file},
+            {"alike", alike},
             {"state", audited.state()},
             {"problem", audited.problem},
             {"services", audited.services},
@@ -92,9 +94,49 @@ json configuration_json(const audited_t &audited) {
             {"tally", {count.errors, count.warnings, count.notes}}};
 }
 
+// Numbers for what is said of configurations: those that have the same said of them, whatever their
+// line numbers, have the same number.
+class likeness_t {
+  public:
+    size_t number(const audited_t &audited) {
+        std::string said = std::string(audited.state()) + '\n' + audited.problem;
+        for (const finding_t &finding : audited.findings) {
+            said += std::string("\n") + finding.kind->code + '\n' + finding.detail;
+            for (const auto *lines : {&finding.before, &finding.after}) {
+                for (const evidence_t &line : *lines)
+                    said += '\n' + line.text;
+            }
+        }
+        return numbers.try_emplace(std::move(said), numbers.size()).first->second;
+    }
+
+  private:
+    std::map<std::string, size_t> numbers;
+};
+
+std::string now() {
+    const time_t time = std::time(nullptr);
+    tm utc = {};
+    gmtime_r(&time, &utc);
+    char text[sizeof "2000-01-01T00:00:00Z"];
+    return {text, strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc)};
+}
+
+json rule_words() {
+    json rules = json::object();
+    for (const service_t &service : services()) {
+        for (const engine::rule_t &rule : service.rules())
+            rules[rule.id] = std::string(service.title) + ": " + rule.plain_words;
+    }
+    return rules;
+}
+
 json summary_json(const fleet_summary_t &summary, const std::vector<audited_t> &results) {
     json document = {{"from", summary.releases.from},
                      {"to", summary.releases.to},
+                     {"tool_version", INFRACONVERT_VERSION},
+                     {"date", now()},
+                     {"rules", rule_words()},
                      {"states", summary.states},
                      {"codes", json::array()},
                      {"configurations", json::array()}};
@@ -104,8 +146,9 @@ json summary_json(const fleet_summary_t &summary, const std::vector<audited_t> &
         entry["files"] = count.files;
         document["codes"].push_back(entry);
     }
+    likeness_t likeness;
     for (const audited_t &audited : results)
-        document["configurations"].push_back(configuration_json(audited));
+        document["configurations"].push_back(configuration_json(audited, likeness.number(audited)));
     return document;
 }
 
@@ -121,10 +164,8 @@ std::string report_details(const audited_t &audited, const converted_t &conversi
     if (mask)
         mask_findings(findings);
     json entries = findings_json(findings);
-    for (json &entry : entries) { // the page has them with the code
-        entry.erase("severity");
-        entry.erase("title");
-    }
+    for (json &entry : entries)
+        entry.erase("title"); // the page has it with the code
     return embedded(
         {{"findings", entries}, {"services", services_json(shown)}, {"rows", rows_json(shown)}});
 }
@@ -133,7 +174,9 @@ void write_report(const std::string &file, const fleet_summary_t &summary,
                   const std::vector<audited_t> &results) {
     std::ofstream page(file, std::ios::binary);
     page << "<!DOCTYPE html>\n<html lang=\"en\">\n<meta charset=\"utf-8\">\n"
-            "<meta name=\"viewport\" content=\"width=device-width\">\n"
+            "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+            "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
+            "style-src 'unsafe-inline'; script-src 'unsafe-inline'\">\n"
             "<title>infraconvert audit</title>\n<style>"
          << page_style << "</style>\n"
          << page_body << data_element("summary", embedded(summary_json(summary, results)));

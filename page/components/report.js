@@ -1,0 +1,46 @@
+// The report: one call shows it in the elements of report.html.
+
+function showReport(report) {
+  const at = id => document.getElementById(id), form = at("filters"), list = at("list");
+  report.configurations.forEach((c, index) => { c.index = index; c.open ??= c.codes; });
+  const update = () => updateList(report, form, list, at("count"));
+  showIdentity(report, at("identity"));
+  showTiles(report, at("tiles"), filter => { goTo(filter); at("configurations").scrollIntoView(); });
+  showCauses(report, at("causes"),
+    filter => { goTo(filter); at("configurations").scrollIntoView(); }, index => goTo({ open: String(index) }));
+  showCodes(report, at("codes"), filter => { goTo(filter); at("configurations").scrollIntoView(); });
+  fillChoices(report, form);
+  form.addEventListener("input", () => goTo({ ...Object.fromEntries(new FormData(form)), needs: currentFilter().needs }));
+  form.addEventListener("submit", event => event.preventDefault());
+  form.addEventListener("reset", event => { event.preventDefault(); goTo({}); });
+  window.addEventListener("hashchange", update);
+  window.addEventListener("beforeprint", () => openAll(report, list));
+  listenToKeys(list, form);
+  update();
+}
+
+function updateList(report, form, list, count) {
+  const wanted = currentFilter();
+  for (const name of filterNames) if (form.elements[name] && form.elements[name].value !== (wanted[name] || "")) form.elements[name].value = wanted[name] || form.elements[name].options?.[0]?.value || "";
+  const shown = showList(report, list, wanted);
+  count.textContent = shown + " of " + plural(report.configurations.length, "configuration") +
+    (wanted.needs ? wanted.needs === "hands" ? ", those that need hands" : ", those without loss" : "");
+  if (wanted.open) openConfiguration(list, wanted.open);
+}
+
+// On paper nothing can be opened.
+function openAll(report, list) {
+  for (const box of list.children) fill(report, box);
+  for (const box of list.querySelectorAll("details")) box.open = true;
+}
+
+// Every code that was found, with how often.
+function showCodes(report, place, choose) {
+  const kinds = [...report.codes].sort((a, b) => severities.indexOf(a.severity) - severities.indexOf(b.severity));
+  if (!kinds.length) { place.replaceChildren(make("p", "soft", "None.")); return; }
+  place.replaceChildren(table("codes", ["Code", "Severity", "Title", "Findings", "Configurations"], kinds.map(kind => {
+    const code = button(kind.code, "code", () => choose({ code: kind.code }));
+    code.setAttribute("aria-label", "show the configurations with " + kind.code);
+    return [code, make("span", "severity " + kind.severity, kind.severity), kind.title, kind.findings, kind.files];
+  })));
+}

@@ -1,0 +1,16 @@
+// The totals, each leading to the list that it counts.
+
+function showTiles(report, place, choose) {
+  const all = report.configurations, open = all.filter(c => c.tally[0] > 0 || ["failed", "unusable"].includes(c.state));
+  const tiles = [
+    ["all", all.length, all.length === 1 ? "configuration" : "configurations", {}],
+    ["hands", open.length, open.length === 1 ? "needs hands" : "need hands", { needs: "hands" }],
+    ["clear", all.length - open.length, "without loss", { needs: "nothing" }],
+    ...Object.entries(report.states).map(([state, number]) => [state, number, state, { state }]),
+  ];
+  place.replaceChildren(...tiles.map(([name, number, text, filter]) => {
+    const tile = button("", "tile " + name + (number ? "" : " none"), () => choose(filter));
+    tile.append(make("b", "", number), " ", text);
+    return tile;
+  }));
+}
