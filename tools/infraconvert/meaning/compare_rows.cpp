@@ -1,0 +1,441 @@
+// Rows of the effect table that are lost, gained or changed, told by their cause: the attachment
+// that is gone, the class that changed, the traffic that it meets.
+
+#include "meaning/comparison.h"
+
+#include <algorithm>
+#include <map>
+
+namespace infraconvert::meaning {
+
+namespace {
+
+// A row of one table, and what became of it.
+struct fate_t {
+    const row_t *row;
+    std::string effect; // as it has to be in the result
+    bool same = false;
+    const row_t *partner = nullptr; // the row of the other table that stands in its place
+};
+using fates_t = std::vector<fate_t>;
+
+bool same_effect(const fate_t &fate, const row_t &row) {
+    return fate.row->keyword == row.keyword && fate.effect == row.effect;
+}
+
+bool same_place(const row_t &a, const row_t &b) {
+    return a.place == b.place && a.direction == b.direction;
+}
+
+class pairing_t {
+  public:
+    explicit pairing_t(comparison_t &comparison) {
+        for (const row_t &row : comparison.before.table) {
+            const release_t &from = comparison.route.front(), &to = comparison.route.back();
+            before.push_back(
+                {&row, row.mtu ? "mtu " + std::to_string(expected_mtu(*row.mtu, from, to).value)
+                               : row.effect});
+        }
+        for (const row_t &row : comparison.after.table)
+            after.push_back({&row, row.effect});
+        pair([](const fate_t &a, const fate_t &b) {
+            return same_place(*a.row, *b.row) && a.row->traffic == b.row->traffic &&
+                   same_effect(a, *b.row);
+        });
+        for (fates_t *fates : {&before, &after}) {
+            for (fate_t &fate : *fates)
+                fate.same = fate.partner != nullptr;
+        }
+        pair([](const fate_t &a, const fate_t &b) {
+            return same_place(*a.row, *b.row) && a.row->traffic == b.row->traffic &&
+                   a.row->keyword == b.row->keyword;
+        });
+        pair([](const fate_t &a, const fate_t &b) {
+            return same_place(*a.row, *b.row) && same_effect(a, *b.row);
+        });
+    }
+
+    fates_t before, after;
+
+  private:
+    template<typename same_t> void pair(same_t same) {
+        for (fate_t &old : before) {
+            if (old.partner)
+                continue;
+            for (fate_t &now : after) {
+                if (now.partner || !same(old, now))
+                    continue;
+                old.partner = now.row;
+                now.partner = old.row;
+                break;
+            }
+        }
+    }
+};
+
+// ---- words
+
+std::string effect_in_words(const row_t &row) {
+    if (row.is_marking())
+        return row.traffic + (row.effect.starts_with("goes") ? " " : " joins ") + row.effect;
+    return row.effect + " for " + row.traffic;
+}
+
+std::string listed(const std::vector<std::string> &parts, const char *last, size_t most) {
+    std::string text;
+    for (size_t i = 0; i < std::min(parts.size(), most); i++)
+        text += (i == 0 ? "" : i + 1 == parts.size() ? last : ", ") + parts[i];
+    if (parts.size() > most)
+        text += " and " + std::to_string(parts.size() - most) + " more";
+    return text;
+}
+
+void add_once(std::vector<std::string> &parts, const std::string &part) {
+    if (std::find(parts.begin(), parts.end(), part) == parts.end())
+        parts.push_back(part);
+}
+
+// "Ethernet1/1 input and output" where both say the same.
+std::vector<std::string> places_in_words(const std::vector<const row_t *> &rows) {
+    std::vector<std::string> places, told;
+    for (const row_t *row : rows)
+        add_once(places, row->place);
+    for (const std::string &place : places) {
+        row_t named = {.place = place,
+                       .direction = {},
+                       .traffic = {},
+                       .effect = {},
+                       .keyword = {},
+                       .policy = {},
+                       .type = {},
+                       .class_name = {}};
+        std::vector<std::string> directions;
+        for (const row_t *row : rows) {
+            if (row->place == place && !row->direction.empty())
+                add_once(directions, row->direction);
+        }
+        const std::string both = listed(directions, " and ", 2);
+        told.push_back(place_in_words(named) + (both.empty() ? "" : " ") + both);
+    }
+    return told;
+}
+
+// "system input and output: priority for cos 5", for all rows.
+std::string rows_in_words(const std::vector<const row_t *> &rows, const char *verb) {
+    constexpr size_t most_places = 3, most_effects = 4;
+    std::map<std::string, std::vector<const row_t *>> by_effect;
+    for (const row_t *row : rows)
+        by_effect[effect_in_words(*row)].push_back(row);
+    std::map<std::string, std::vector<std::string>> by_places;
+    for (const auto &[effect, having] : by_effect)
+        by_places[listed(places_in_words(having), " and ", most_places)].push_back(effect);
+    std::string text;
+    for (const auto &[places, effects] : by_places)
+        text += (text.empty() ? "" : "; ") + places + ": " +
+                listed(effects, " and ", most_effects) + (effects.size() > 1 ? " are " : " is ") +
+                verb;
+    return text;
+}
+
+// ---- causes
+
+struct group_t {
+    const char *code;
+    std::string words; // empty: those of the rows
+    std::vector<const row_t *> lost, gained;
+};
+
+class teller_t {
+  public:
+    explicit teller_t(comparison_t &told) : comparison(told), pairs(told) {}
+
+    void run() {
+        for (const fate_t &fate : pairs.before)
+            tell_old(fate);
+        for (const fate_t &fate : pairs.after)
+            tell_new(fate);
+        for (auto &[key, group] : groups)
+            add(group);
+        for (auto &[difference, rows] : explained)
+            explain(comparison.differences[difference], rows);
+    }
+
+  private:
+    void tell_old(const fate_t &fate) {
+        const row_t &row = *fate.row;
+        if (fate.same || (fate.partner && row.mtu))
+            note_mtu(fate);
+        if (fate.same)
+            return;
+        if (difference_t *cause = comparison.cause_of(row)) {
+            explained[static_cast<size_t>(cause - comparison.differences.data())].push_back(&row);
+            return;
+        }
+        if (!fate.partner)
+            return lose(row);
+        const row_t &now = *fate.partner;
+        if (now.traffic != row.traffic)
+            return change("IC038", "traffic", row, now,
+                          "class " + row.class_name + " meets " + now.traffic + " instead of " +
+                              row.traffic);
+        if (row.mtu && now.mtu)
+            return; // told with the values
+        change("IC039", "effect", row, now,
+               row.traffic + " has " + now.effect + " instead of " + fate.effect);
+    }
+
+    void note_mtu(const fate_t &fate) {
+        const row_t &old = *fate.row, &now = *fate.partner;
+        if (old.mtu && now.mtu)
+            comparison.note_mtu({fate_of_mtu(*old.mtu, *now.mtu, comparison.route),
+                                 place_in_words(old) + ", " + old.traffic, *old.mtu, *now.mtu,
+                                 old.action_line, now.action_line});
+    }
+
+    // ---- rows that are gone
+
+    bool is_attached_still(const row_t &row) const {
+        const auto &all = comparison.after.model.attachments;
+        return std::any_of(all.begin(), all.end(), [&](const attachment_t &attachment) {
+            return attachment.place == row.place && attachment.name == row.policy;
+        });
+    }
+
+    bool all_lost(const row_t &like) const {
+        return std::all_of(pairs.before.begin(), pairs.before.end(), [&](const fate_t &fate) {
+            return fate.row->place != like.place || fate.row->policy != like.policy || !fate.same;
+        });
+    }
+
+    static bool stands_in(const model_t &model, const row_t &row) {
+        return std::any_of(
+            model.policies.begin(), model.policies.end(), [&](const policy_t &policy) {
+                const class_t *found =
+                    policy.name == row.policy ? policy.find(row.class_name) : nullptr;
+                return found &&
+                       std::any_of(found->actions.begin(), found->actions.end(),
+                                   [&](const auto &a) { return a.keyword == row.keyword; });
+            });
+    }
+
+    void lose(const row_t &row) {
+        if (all_lost(row) && !is_attached_still(row)) {
+            group_t &group = groups["attachment\n" + row.place + '\n' + row.policy];
+            group.code =
+                row.is_marking() && (!group.code || std::string_view(group.code) == "IC041")
+                    ? "IC041"
+                    : "IC040";
+            group.lost.push_back(&row);
+            return;
+        }
+        group_t &group = groups["class\n" + row.policy + '\n' + row.class_name];
+        group.code = row.is_marking()                         ? "IC032"
+                     : stands_in(comparison.after.model, row) ? "IC037"
+                                                              : "IC030";
+        group.lost.push_back(&row);
+    }
+
+    // ---- rows that are new
+
+    void tell_new(const fate_t &fate) {
+        if (fate.partner)
+            return;
+        const row_t &row = *fate.row;
+        const bool known = stands_in(comparison.before.model, row);
+        group_t &group = groups[(known ? "new\n" : "action\n") + row.policy + '\n' +
+                                (known ? row.place : row.class_name)];
+        group.code = known ? "IC036" : "IC034";
+        group.gained.push_back(&row);
+    }
+
+    void change(const char *code, const char *kind, const row_t &row, const row_t &now,
+                const std::string &words) {
+        group_t &group = groups[std::string(kind) + '\n' + row.class_name + '\n' + words];
+        group.code = code;
+        group.words = words;
+        group.lost.push_back(&row);
+        group.gained.push_back(&now);
+    }
+
+    // ---- telling
+
+    static void add_lines(lines_t &lines, const row_t &row) {
+        lines.insert(lines.end(), {row.attachment_line, row.class_line, row.action_line});
+    }
+
+    std::string words_of(const group_t &group) const {
+        if (!group.words.empty()) {
+            const std::string places = listed(places_in_words(group.lost), " and ", 3);
+            return places + ": " + group.words;
+        }
+        return group.lost.empty() ? rows_in_words(group.gained, "new")
+                                  : rows_in_words(group.lost, "gone");
+    }
+
+    void add(const group_t &group) {
+        difference_t &difference =
+            comparison.add(group.code, weight_t::error, words_of(group), {}, {});
+        for (const row_t *row : group.lost) {
+            difference.rows.push_back({*row, false});
+            add_lines(difference.before, *row);
+        }
+        for (const row_t *row : group.gained) {
+            difference.rows.push_back({*row, true});
+            add_lines(difference.after, *row);
+        }
+    }
+
+    void explain(difference_t &difference, const std::vector<const row_t *> &rows) {
+        difference.words += "; " + rows_in_words(rows, "gone");
+        for (const row_t *row : rows) {
+            difference.rows.push_back({*row, false});
+            add_lines(difference.before, *row);
+        }
+    }
+
+    comparison_t &comparison;
+    const pairing_t pairs;
+    std::map<std::string, group_t> groups;
+    std::map<size_t, std::vector<const row_t *>> explained;
+};
+
+} // namespace
+
+void comparison_t::note_mtu(mtu_change_t change) {
+    if (change.fate != mtu_fate_t::same_size)
+        mtus.insert(std::move(change));
+}
+
+void compare_rows(comparison_t &comparison) { teller_t(comparison).run(); }
+
+// ---- MTUs
+
+namespace {
+
+struct told_fate_t {
+    mtu_fate_t fate;
+    const char *code;
+    weight_t weight;
+    const char *words;
+};
+
+constexpr told_fate_t told_fates[] = {
+    {mtu_fate_t::wrong, "IC053", weight_t::error, "the MTU is another size"},
+    {mtu_fate_t::not_raised, "IC051", weight_t::warning, "the MTU keeps its number"},
+    {mtu_fate_t::limit, "IC052", weight_t::warning, "the MTU met a limit"},
+    {mtu_fate_t::lowered_twice, "IC054", weight_t::warning, "the MTU was converted twice"},
+};
+
+} // namespace
+
+void tell_mtus(comparison_t &comparison) {
+    constexpr size_t most = 3;
+    for (const told_fate_t &told : told_fates) {
+        std::vector<std::string> values;
+        lines_t old_lines, lines;
+        for (const auto &change : comparison.mtus) {
+            if (change.fate != told.fate)
+                continue;
+            add_once(values, change.where + ": " + std::to_string(change.before) + " is " +
+                                 std::to_string(change.after));
+            old_lines.push_back(change.line_before);
+            lines.push_back(change.line_after);
+        }
+        if (!values.empty())
+            comparison.add(told.code, told.weight,
+                           std::string(told.words) + " (" + listed(values, ", ", most) + ")",
+                           old_lines, lines);
+    }
+}
+
+// ---- order
+
+namespace {
+
+std::vector<std::string> shared_atoms(const traffic_t &a, const traffic_t &b) {
+    traffic_t shared;
+    std::set_intersection(a.begin(), a.end(), b.begin(), b.end(), std::back_inserter(shared));
+    return shared;
+}
+
+struct ordered_t {
+    traffic_t traffic;
+    std::string name;
+    uint32_t line;
+};
+using order_t = std::vector<ordered_t>;
+
+order_t order_of(const model_t &model, const policy_t *policy) {
+    order_t order;
+    if (!policy)
+        return order;
+    for (const class_t &each : policy->classes) {
+        traffic_t traffic = traffic_of(model, policy->type, each.name);
+        if (!is_predefined(each.name) && !traffic.empty())
+            order.push_back({std::move(traffic), std::string(each.name), each.lines.front()});
+    }
+    return order;
+}
+
+// The policies that classify at a place.
+std::vector<const policy_t *> classifying(const model_t &model, std::string_view place) {
+    std::vector<const policy_t *> policies;
+    for (const attachment_t &attachment : model.attachments) {
+        const bool plane = attachment.kind == place_kind_t::control_plane;
+        if (attachment.place == place && (plane || attachment.type == types::none))
+            policies.push_back(
+                model.policy(plane ? types::control_plane : types::none, attachment.name));
+    }
+    const bool typed =
+        std::any_of(model.attachments.begin(), model.attachments.end(),
+                    [&](const auto &a) { return a.place == place && !a.type.empty(); });
+    if (typed)
+        policies.push_back(policy_in_force(model, place));
+    return policies;
+}
+
+const ordered_t *with_traffic(const order_t &order, const traffic_t &traffic) {
+    for (const ordered_t &each : order) {
+        if (each.traffic == traffic)
+            return &each;
+    }
+    return nullptr;
+}
+
+void compare_order(comparison_t &comparison, const order_t &old, const order_t &now,
+                   std::set<std::string> &told) {
+    for (size_t i = 0; i < old.size(); i++) {
+        for (size_t j = i + 1; j < old.size(); j++) {
+            if (shared_atoms(old[i].traffic, old[j].traffic).empty())
+                continue;
+            const ordered_t *first = with_traffic(now, old[i].traffic);
+            const ordered_t *second = with_traffic(now, old[j].traffic);
+            if (!first || !second || first <= second)
+                continue;
+            const std::string words = "classes " + old[i].name + " and " + old[j].name +
+                                      " match the same packets and changed places";
+            if (told.insert(words).second)
+                comparison.add("IC055", weight_t::error, words, {old[i].line, old[j].line},
+                               {first->line, second->line});
+        }
+    }
+}
+
+} // namespace
+
+void compare_order(comparison_t &comparison) {
+    std::set<std::string> places, told;
+    for (const attachment_t &attachment : comparison.before.model.attachments)
+        places.insert(attachment.place);
+    for (const std::string &place : places) {
+        for (const policy_t *old : classifying(comparison.before.model, place)) {
+            const order_t order = order_of(comparison.before.model, old);
+            if (order.size() < 2)
+                continue;
+            for (const policy_t *now : classifying(comparison.after.model, place))
+                compare_order(comparison, order, order_of(comparison.after.model, now), told);
+        }
+    }
+}
+
+} // namespace infraconvert::meaning

@@ -1,0 +1,77 @@
+// What the parts of a comparison share. Each part looks at one kind of difference and adds it.
+#pragma once
+
+#include "meaning/difference.h"
+#include "meaning/form.h"
+#include "meaning/mtu.h"
+
+#include <initializer_list>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace infraconvert::meaning {
+
+struct side_t {
+    side_t(std::string_view text, std::string_view release, std::string_view from)
+        : model(text, release, from), table(effects_of(model)), problems(check_form(model)) {}
+
+    bool is_typed() const { return model.dialect.typed; }
+
+    model_t model;
+    table_t table;
+    std::vector<problem_t> problems;
+};
+
+using lines_t = std::vector<uint32_t>;
+
+struct comparison_t {
+    comparison_t(std::string_view before_text, std::string_view after_text,
+                 std::span<const std::string_view> texts);
+
+    difference_t &add(const char *code, weight_t weight, const std::string &words,
+                      const lines_t &before_lines, const lines_t &after_lines);
+
+    bool crosses_models() const { return before.is_typed() != after.is_typed(); }
+
+    const std::vector<std::string_view> releases;
+    std::vector<release_t> route;
+    const side_t before, after;
+    std::vector<difference_t> differences;
+
+    // Faults of the result, and the differences that tell of them: rows that are lost because of
+    // one are told with it.
+    struct cause_t {
+        const problem_t *problem;
+        size_t difference;
+    };
+    std::vector<cause_t> causes;
+    // The difference that explains why a row is not there any more; null when none does.
+    difference_t *cause_of(const row_t &row);
+
+    // Values of MTUs that changed with a warning, told together at the end.
+    struct mtu_change_t {
+        mtu_fate_t fate;
+        std::string where;
+        long before, after;
+        uint32_t line_before, line_after;
+        bool operator<(const mtu_change_t &other) const {
+            return std::pair(line_before, line_after) <
+                   std::pair(other.line_before, other.line_after);
+        }
+    };
+    std::set<mtu_change_t> mtus;
+    void note_mtu(mtu_change_t change);
+};
+
+// In this order.
+void compare_form(comparison_t &comparison);
+void compare_rows(comparison_t &comparison);
+void compare_order(comparison_t &comparison);
+void compare_content(comparison_t &comparison);
+void compare_features(comparison_t &comparison);
+void compare_vlans(comparison_t &comparison);
+void compare_blocks(comparison_t &comparison);
+void tell_mtus(comparison_t &comparison);
+
+} // namespace infraconvert::meaning

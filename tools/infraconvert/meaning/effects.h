@@ -1,0 +1,72 @@
+// What a packet meets on the switch: the effect table of a model.
+//
+// A row says at which place, in which direction, what traffic meets which effect. Names of maps and
+// numbers of groups are means and stand in no row, so two configurations with equal tables make the
+// same switch. What gives no row is content (content.h).
+#pragma once
+
+#include "meaning/model.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace infraconvert::meaning {
+
+// What is matched: a set of criteria, of which a packet meets one. "cos 5"; "cos 5 and dscp 46" for
+// two lines that it must meet both; "class-default" for the rest. Sorted, each once; empty:
+// nothing.
+using traffic_t = std::vector<std::string>;
+std::string in_words(const traffic_t &traffic);
+
+// Of a class in a policy that classifies by itself: an untyped one, or one of type qos or
+// control-plane.
+traffic_t traffic_of(const model_t &model, std::string_view type, std::string_view class_name);
+
+// The traffic of each qos-group under a policy of type qos, which may be null.
+class groups_t {
+  public:
+    groups_t(const model_t &model, const policy_t *policy);
+    // Empty when no class sets the group.
+    const traffic_t &of(std::string_view number) const;
+    bool sets(std::string_view class_name) const; // the policy puts this class into a group
+
+  private:
+    std::vector<std::pair<std::string, traffic_t>> groups;
+    std::vector<std::string_view> set;
+};
+
+// The policy of type qos in force at a place: its own, else the system's; null without one.
+const policy_t *policy_in_force(const model_t &model, std::string_view place);
+
+// The traffic that a class of type queuing or network-qos gets.
+traffic_t queued_traffic(const model_t &model, const groups_t &groups, std::string_view type,
+                         std::string_view class_name);
+
+struct row_t {
+    std::string place;     // "system", "control-plane", or the first line of the stanza
+    std::string direction; // "input", "output", or empty where there is none
+    std::string traffic;
+    std::string effect; // "priority", "mtu 9000", "goes with cos 4"
+
+    std::string keyword;          // of the effect: "mtu"
+    std::optional<long> mtu = {}; // its number
+    // Where it comes from.
+    std::string policy, type, class_name;
+    uint32_t attachment_line = 0, class_line = 0, action_line = 0;
+
+    bool is_marking() const { return keyword == "set qos-group"; }
+};
+
+// True when both say the same, wherever it stands in the text.
+bool same_row(const row_t &one, const row_t &other);
+// "Ethernet1/1 output", "system".
+std::string place_in_words(const row_t &row);
+// "Ethernet1/1 output: priority for cos 5".
+std::string in_words(const row_t &row);
+
+// Each row once, by place, direction, traffic and effect.
+using table_t = std::vector<row_t>;
+table_t effects_of(const model_t &model);
+
+} // namespace infraconvert::meaning
