@@ -12,6 +12,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <map>
 
 namespace infraconvert {
 namespace {
@@ -88,26 +89,31 @@ int report(const std::string &command, bool json, const std::string &error, int 
     return exit_status;
 }
 
+bool wants_json(const CLI::App &command) {
+    const CLI::Option *option = command.get_option_no_throw("--json");
+    return option && option->as<bool>();
+}
+
 // Runs a command whose arguments are read.
-int run(const command_t &command, const options_t &options) try {
-    return command.run(options);
+int run(const CLI::App &command, const std::function<int()> &run_command) try {
+    return run_command();
 } catch (const usage_error &e) {
-    return report(command.name, options.json, e.what(), exit_usage);
+    return report(command.get_name(), wants_json(command), e.what(), exit_usage);
 } catch (const interrupted &) {
     throw;
 } catch (const std::exception &e) {
-    return report(command.name, options.json, e.what(), exit_failed);
+    return report(command.get_name(), wants_json(command), e.what(), exit_failed);
 }
 
 int parse_and_run(int argc, char **argv) {
-    options_t options;
     CLI::App arguments(about, "infraconvert");
     arguments.get_formatter()->column_width(26);
     arguments.set_version_flag("--version", "infraconvert " INFRACONVERT_VERSION);
     arguments.require_subcommand(0, 1);
+    std::map<const CLI::App *, std::function<int()>> run_of;
     for (const command_t *command : commands) {
         CLI::App *own = arguments.add_subcommand(command->name, command->summary);
-        command->declare(*own, options);
+        run_of[own] = command->declare(*own);
     }
     try {
         arguments.parse(argc, argv);
@@ -121,10 +127,9 @@ int parse_and_run(int argc, char **argv) {
         message(usage_problem(arguments, e));
         return exit_usage;
     }
-    for (const command_t *command : commands) {
-        if (arguments.got_subcommand(command->name))
-            return run(*command, options);
-    }
+    const auto chosen = arguments.get_subcommands();
+    if (!chosen.empty())
+        return run(*chosen[0], run_of[chosen[0]]);
     message_lines(arguments.help());
     return exit_usage;
 }

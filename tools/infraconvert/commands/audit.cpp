@@ -7,40 +7,27 @@
 #include "reports/reports.h"
 #include "window/fleet.h"
 
-#include <algorithm>
+#include <memory>
 #include <unistd.h>
 
 namespace infraconvert {
 
 namespace {
 
-void declare(CLI::App &arguments, options_t &options) {
-    declare_releases(arguments, options);
-    declare_services(arguments, options);
-    declare_keep_going(arguments, options);
-    arguments.add_option("--format", options.format, "Findings as text, json or sarif [text]")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember({"text", "json", "sarif"}).description(""));
-    arguments.add_flag("--json", options.json, "The same as --format json");
-    arguments
-        .add_option("--report", options.report,
-                    "Also write a page with findings and differences, for a browser")
-        ->type_name("FILE.html");
-    declare_mask(arguments, options);
-    arguments
-        .add_option("-j,--jobs", options.jobs, "Configurations that are converted at a time [1]")
-        ->type_name("N")
-        ->check(CLI::Range(size_t{1}, size_t{256}).description(""));
-    arguments
-        .add_option("PATH", options.paths,
-                    "Configurations, and directories: one that holds ascii/system.cfg stands for "
-                    "it, any other for all files below it")
-        ->type_name("");
-}
+struct audit_options_t {
+    release_pair_t releases;
+    std::vector<std::string> services;
+    bool keep_going = false;
+    bool json = false, mask = false;
+    std::string format = "text";
+    std::string report; // empty: none
+    size_t jobs = 1;
+    std::vector<std::string> paths;
+};
 
-fleet_t fleet_of(const options_t &options) {
+fleet_t fleet_of(const audit_options_t &options) {
     fleet_t fleet;
-    fleet.request.releases = checked_releases(options.from, options.to);
+    fleet.request.releases = checked_releases(options.releases);
     fleet.request.services = services_named(options.services);
     fleet.request.keep_going = options.keep_going;
     if (options.paths.empty())
@@ -87,7 +74,7 @@ int status_of(const std::vector<audited_t> &results) {
     return status;
 }
 
-int run(const options_t &options) {
+int run(const audit_options_t &options) {
     const fleet_t fleet = fleet_of(options);
     std::vector<audited_t> results = audit_all(fleet);
     if (options.mask)
@@ -98,6 +85,32 @@ int run(const options_t &options) {
     if (!options.report.empty())
         write_report(options.report, summary, results);
     return status_of(results);
+}
+
+std::function<int()> declare(CLI::App &arguments) {
+    const auto options = std::make_shared<audit_options_t>();
+    declare_releases(arguments, options->releases);
+    declare_services(arguments, options->services);
+    declare_keep_going(arguments, options->keep_going);
+    arguments.add_option("--format", options->format, "Findings as text, json or sarif [text]")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember({"text", "json", "sarif"}).description(""));
+    arguments.add_flag("--json", options->json, "The same as --format json");
+    arguments
+        .add_option("--report", options->report,
+                    "Also write a page with findings and differences, for a browser")
+        ->type_name("FILE.html");
+    declare_mask(arguments, options->mask);
+    arguments
+        .add_option("-j,--jobs", options->jobs, "Configurations that are converted at a time [1]")
+        ->type_name("N")
+        ->check(CLI::Range(size_t{1}, size_t{256}).description(""));
+    arguments
+        .add_option("PATH", options->paths,
+                    "Configurations, and directories: one that holds ascii/system.cfg stands for "
+                    "it, any other for all files below it")
+        ->type_name("");
+    return [options] { return run(*options); };
 }
 
 } // namespace
@@ -111,7 +124,6 @@ const command_t audit_command = {
                 "infraconvert audit --from '4.0(1)' --to '4.1(3)' --format sarif *.cfg\n"
                 "infraconvert explain IC041\n",
     .declare = declare,
-    .run = run,
 };
 
 } // namespace infraconvert

@@ -1,7 +1,7 @@
 // A command of infraconvert, as the table in main.cpp holds it.
 #pragma once
 
-#include "commands/options.h"
+#include <functional>
 
 namespace CLI {
 class App;
@@ -13,10 +13,9 @@ struct command_t {
     const char *name;
     const char *summary;
     const char *examples; // one a line, without indentation
-    // Declares the command's arguments, which are read into the options.
-    void (*declare)(CLI::App &arguments, options_t &options);
-    // Returns the exit status, or throws one of errors.h.
-    int (*run)(const options_t &options);
+    // Declares the command's arguments, and returns what runs the command once they are read. That
+    // returns the exit status, or throws one of errors.h.
+    std::function<int()> (*declare)(CLI::App &arguments);
 };
 
 extern const command_t plan_command;

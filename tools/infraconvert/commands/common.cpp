@@ -5,55 +5,54 @@
 
 namespace infraconvert {
 
-void declare_releases(CLI::App &arguments, options_t &options) {
-    arguments.add_option("--from", options.from, "Release that wrote the configuration")
+void declare_releases(CLI::App &arguments, release_pair_t &releases) {
+    arguments.add_option("--from", releases.from, "Release that wrote the configuration")
         ->type_name("RELEASE");
-    arguments.add_option("--to", options.to, "Release that will read it")->type_name("RELEASE");
+    arguments.add_option("--to", releases.to, "Release that will read it")->type_name("RELEASE");
 }
 
-void declare_services(CLI::App &arguments, options_t &options) {
+void declare_services(CLI::App &arguments, std::vector<std::string> &chosen) {
     std::string names;
     for (const service_t &service : services())
         (names += names.empty() ? "" : ", ") += service.name;
-    arguments.add_option("--service", options.services, "Only this service: " + names)
+    arguments.add_option("--service", chosen, "Only this service: " + names)
         ->type_name("NAME|all")
         ->delimiter(',')
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
-void declare_path(CLI::App &arguments, options_t &options) {
+void declare_path(CLI::App &arguments, std::string &path) {
     arguments
-        .add_option("PATH", options.path,
+        .add_option("PATH", path,
                     "Configuration, directory that holds ascii/system.cfg, or - for standard input")
         ->type_name("");
 }
 
-void declare_json(CLI::App &arguments, options_t &options) {
-    arguments.add_flag("--json", options.json, "Print one JSON object on standard output");
+void declare_json(CLI::App &arguments, bool &json) {
+    arguments.add_flag("--json", json, "Print one JSON object on standard output");
 }
 
-void declare_logs(CLI::App &arguments, options_t &options) {
-    arguments.add_flag("--log", options.log, "Show the converters' logs on standard error");
-    arguments
-        .add_option("--log-dir", options.log_dir, "Keep the converters' logs in this directory")
+void declare_logs(CLI::App &arguments, bool &log, std::string &log_dir) {
+    arguments.add_flag("--log", log, "Show the converters' logs on standard error");
+    arguments.add_option("--log-dir", log_dir, "Keep the converters' logs in this directory")
         ->type_name("DIR");
 }
 
-void declare_mask(CLI::App &arguments, options_t &options) {
+void declare_mask(CLI::App &arguments, bool &mask) {
     arguments.add_flag(
-        "--mask", options.mask,
+        "--mask", mask,
         "Hide passwords, keys and community strings in what is shown and in kept logs");
 }
 
-void declare_keep_going(CLI::App &arguments, options_t &options) {
+void declare_keep_going(CLI::App &arguments, bool &keep_going) {
     arguments.add_flag(
-        "--keep-going", options.keep_going,
+        "--keep-going", keep_going,
         "Use what the others make of it when a service fails, as the installer does");
 }
 
-job_t read_job(const options_t &options) {
-    const release_pair_t releases = checked_releases(options.from, options.to);
+job_t read_job(const job_options_t &options) {
+    const release_pair_t releases = checked_releases(options.releases);
     const auto chosen = services_named(options.services);
     if (options.path.empty())
         throw usage_error("missing PATH of the configuration");

@@ -8,21 +8,33 @@
 
 namespace infraconvert {
 
-// Arguments that commands share.
-void declare_releases(CLI::App &arguments, options_t &options);
-void declare_services(CLI::App &arguments, options_t &options);
-void declare_path(CLI::App &arguments, options_t &options);
-void declare_json(CLI::App &arguments, options_t &options);
-void declare_logs(CLI::App &arguments, options_t &options);
-void declare_mask(CLI::App &arguments, options_t &options);
-void declare_keep_going(CLI::App &arguments, options_t &options);
+// Arguments that commands share, each read into the option that is given.
+void declare_releases(CLI::App &arguments, release_pair_t &releases);
+void declare_services(CLI::App &arguments, std::vector<std::string> &services);
+void declare_path(CLI::App &arguments, std::string &path);
+void declare_json(CLI::App &arguments, bool &json);
+void declare_logs(CLI::App &arguments, bool &log, std::string &log_dir);
+void declare_mask(CLI::App &arguments, bool &mask);
+void declare_keep_going(CLI::App &arguments, bool &keep_going);
+
+// The options of a command that converts one configuration.
+struct job_options_t {
+    std::string path;                  // a configuration, a directory with it, or "-"
+    release_pair_t releases;           // as written
+    std::vector<std::string> services; // as written; empty: all
+    bool keep_going = false;           // past services that fail
+    bool json = false;
+    bool mask = false;   // secrets in what is shown
+    bool log = false;    // the converters' logs, on standard error
+    std::string log_dir; // keeps them
+};
 
 // What the options ask to convert, read and checked.
 struct job_t {
     std::string file; // or standard_stream
     conversion_request_t request;
 };
-job_t read_job(const options_t &options);
+job_t read_job(const job_options_t &options);
 
 // Converts, and shows the logs when the options ask for them.
 converted_t run_job(const conversion_request_t &request);

@@ -13,6 +13,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <memory>
 #include <optional>
 #include <sys/stat.h>
 
@@ -22,34 +23,12 @@ namespace {
 
 constexpr const char *default_suffix = ".bak";
 
-void declare(CLI::App &arguments, options_t &options) {
-    declare_releases(arguments, options);
-    declare_services(arguments, options);
-    declare_keep_going(arguments, options);
-    arguments
-        .add_option("-o,--output", options.output,
-                    "Write the result to this file, or - for standard output, instead of PATH")
-        ->type_name("FILE");
-    arguments
-        .add_flag(std::string("--backup{") + default_suffix + "}", options.backup_suffix,
-                  "Keep the original beside the file, with this suffix [.bak]")
-        ->type_name("=SUFFIX");
-    arguments
-        .add_option("--plan", options.plan,
-                    "Apply exactly what preview --save-plan saved; PATH may be left out")
-        ->type_name("FILE");
-    arguments
-        .add_option("--accept", options.accept,
-                    "Convert in spite of findings of severity error with this code")
-        ->type_name("CODE")
-        ->delimiter(',')
-        ->allow_extra_args(false)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    declare_mask(arguments, options);
-    declare_json(arguments, options);
-    declare_logs(arguments, options);
-    declare_path(arguments, options);
-}
+struct convert_options_t : job_options_t {
+    std::string output;              // empty: in place
+    std::string backup_suffix;       // empty: no backup
+    std::string plan;                // empty: none
+    std::vector<std::string> accept; // codes of findings
+};
 
 // What the command is to do, once the plan, if there is one, has had its say.
 struct task_t {
@@ -62,9 +41,8 @@ struct task_t {
     bool in_place() const { return destination == job.file && destination != standard_stream; }
 };
 
-options_t with_plan(options_t options, const plan_t &plan) {
-    options.from = plan.releases.from;
-    options.to = plan.releases.to;
+convert_options_t with_plan(convert_options_t options, const plan_t &plan) {
+    options.releases = plan.releases;
     options.services = plan.services;
     options.keep_going = plan.keep_going;
     if (options.path.empty())
@@ -72,7 +50,7 @@ options_t with_plan(options_t options, const plan_t &plan) {
     return options;
 }
 
-std::string destination_of(const options_t &options, const std::string &file) {
+std::string destination_of(const convert_options_t &options, const std::string &file) {
     if (options.output.empty())
         return file;
     std::error_code ignored;
@@ -82,22 +60,22 @@ std::string destination_of(const options_t &options, const std::string &file) {
 }
 
 // Throws usage_error when what is asked for does not go together.
-void check_combination(const options_t &options, const task_t &task) {
+void check_combination(const convert_options_t &options, const task_t &task) {
     if (options.json && task.destination == standard_stream)
         throw usage_error("--json needs standard output for itself: name a file with --output");
     if (!options.backup_suffix.empty() && !task.in_place())
         throw usage_error("--backup goes with a conversion in place only");
 }
 
-task_t task_of(const options_t &given) {
-    const bool chooses =
-        !given.from.empty() || !given.to.empty() || !given.services.empty() || given.keep_going;
+task_t task_of(const convert_options_t &given) {
+    const bool chooses = !given.releases.from.empty() || !given.releases.to.empty() ||
+                         !given.services.empty() || given.keep_going;
     if (!given.plan.empty() && chooses)
         throw usage_error("--plan brings --from, --to, --service and --keep-going with it");
     task_t task;
     if (!given.plan.empty())
         task.plan = read_plan(given.plan);
-    const options_t options = task.plan ? with_plan(given, *task.plan) : given;
+    const convert_options_t options = task.plan ? with_plan(given, *task.plan) : given;
     task.keep_going = options.keep_going;
     task.job.file = configuration_file(options.path);
     task.destination = destination_of(options, task.job.file);
@@ -172,7 +150,7 @@ std::string refusal(const std::string &codes) {
            codes;
 }
 
-int run(const options_t &options) {
+int run(const convert_options_t &options) {
     const task_t task = task_of(options);
     if (task.plan)
         check_input(*task.plan, *task.job.request.text);
@@ -198,6 +176,37 @@ int run(const options_t &options) {
     return refused.empty() ? exit_done : exit_findings;
 }
 
+std::function<int()> declare(CLI::App &arguments) {
+    const auto options = std::make_shared<convert_options_t>();
+    declare_releases(arguments, options->releases);
+    declare_services(arguments, options->services);
+    declare_keep_going(arguments, options->keep_going);
+    arguments
+        .add_option("-o,--output", options->output,
+                    "Write the result to this file, or - for standard output, instead of PATH")
+        ->type_name("FILE");
+    arguments
+        .add_flag(std::string("--backup{") + default_suffix + "}", options->backup_suffix,
+                  "Keep the original beside the file, with this suffix [.bak]")
+        ->type_name("=SUFFIX");
+    arguments
+        .add_option("--plan", options->plan,
+                    "Apply exactly what preview --save-plan saved; PATH may be left out")
+        ->type_name("FILE");
+    arguments
+        .add_option("--accept", options->accept,
+                    "Convert in spite of findings of severity error with this code")
+        ->type_name("CODE")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    declare_mask(arguments, options->mask);
+    declare_json(arguments, options->json);
+    declare_logs(arguments, options->log, options->log_dir);
+    declare_path(arguments, options->path);
+    return [options] { return run(*options); };
+}
+
 } // namespace
 
 const command_t convert_command = {
@@ -208,7 +217,6 @@ const command_t convert_command = {
                 "infraconvert convert --from '4.0(1)' --to '4.1(3)' - < switch.cfg > new.cfg\n"
                 "infraconvert convert --plan window.json\n",
     .declare = declare,
-    .run = run,
 };
 
 } // namespace infraconvert

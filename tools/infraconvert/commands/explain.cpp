@@ -8,17 +8,16 @@
 #include "reports/report_json.h"
 #include "reports/report_text.h"
 
+#include <memory>
+
 namespace infraconvert {
 
 namespace {
 
-void declare(CLI::App &arguments, options_t &options) {
-    arguments
-        .add_option("RULE", options.rule,
-                    "Rule, such as IC-QOS-04, or finding, such as IC041; without it all are listed")
-        ->type_name("");
-    declare_json(arguments, options);
-}
+struct explain_options_t {
+    std::string code; // of a rule or a finding; empty: all
+    bool json = false;
+};
 
 std::vector<found_rule_t> all_rules() {
     std::vector<found_rule_t> rules;
@@ -62,18 +61,28 @@ std::string details(const found_rule_t &found) {
            '\n';
 }
 
-int run(const options_t &options) {
-    if (const finding_kind_t *kind = finding_kind_named(options.rule)) {
+int run(const explain_options_t &options) {
+    if (const finding_kind_t *kind = finding_kind_named(options.code)) {
         write_output(options.json ? kind_document(*kind) : finding_details(*kind));
         return exit_done;
     }
-    const bool one = !options.rule.empty();
-    const auto rules = one ? std::vector{rule_named(options.rule)} : all_rules();
+    const bool one = !options.code.empty();
+    const auto rules = one ? std::vector{rule_named(options.code)} : all_rules();
     if (options.json)
         write_output(rules_json(rules));
     else
         write_output(one ? details(rules[0]) : list(rules) + '\n' + finding_list());
     return exit_done;
+}
+
+std::function<int()> declare(CLI::App &arguments) {
+    const auto options = std::make_shared<explain_options_t>();
+    arguments
+        .add_option("RULE", options->code,
+                    "Rule, such as IC-QOS-04, or finding, such as IC041; without it all are listed")
+        ->type_name("");
+    declare_json(arguments, options->json);
+    return [options] { return run(*options); };
 }
 
 } // namespace
@@ -85,7 +94,6 @@ const command_t explain_command = {
                 "infraconvert explain IC041\n"
                 "infraconvert explain\n",
     .declare = declare,
-    .run = run,
 };
 
 } // namespace infraconvert

@@ -6,21 +6,31 @@
 #include "reports/json_report.h"
 #include "reports/summary.h"
 
+#include <memory>
+
 namespace infraconvert {
 
 namespace {
 
-void declare(CLI::App &arguments, options_t &options) {
-    declare_releases(arguments, options);
-    declare_services(arguments, options);
-    declare_json(arguments, options);
-}
+struct plan_options_t {
+    release_pair_t releases;
+    std::vector<std::string> services;
+    bool json = false;
+};
 
-int run(const options_t &options) {
-    const release_pair_t releases = checked_releases(options.from, options.to);
+int run(const plan_options_t &options) {
+    const release_pair_t releases = checked_releases(options.releases);
     const auto chosen = services_named(options.services);
     write_output(options.json ? plan_json(chosen, releases) : plan_table(chosen, releases));
     return exit_done;
+}
+
+std::function<int()> declare(CLI::App &arguments) {
+    const auto options = std::make_shared<plan_options_t>();
+    declare_releases(arguments, options->releases);
+    declare_services(arguments, options->services);
+    declare_json(arguments, options->json);
+    return [options] { return run(*options); };
 }
 
 } // namespace
@@ -31,7 +41,6 @@ const command_t plan_command = {
     .examples = "infraconvert plan --from '4.0(1)' --to '5.0(2)'\n"
                 "infraconvert plan --from '5.0(3)U2(1)' --to '5.0(3)U1(1)' --service qos --json\n",
     .declare = declare,
-    .run = run,
 };
 
 } // namespace infraconvert

@@ -11,45 +11,25 @@
 #include "window/plan_file.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace infraconvert {
 
 namespace {
 
-void declare(CLI::App &arguments, options_t &options) {
-    declare_releases(arguments, options);
-    declare_services(arguments, options);
-    declare_keep_going(arguments, options);
-    arguments.add_option("-U,--unified", options.context, "Unchanged lines around each change [3]")
-        ->type_name("N");
-    arguments
-        .add_option("--label", options.labels,
-                    "Name of the original in the diff; given twice, also of the result")
-        ->type_name("NAME")
-        ->allow_extra_args(false)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    arguments
-        .add_option("--color", options.color, "Colours: auto (on a terminal), always or never")
-        ->type_name("WHEN")
-        ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
-    arguments.add_flag("--explain", options.explain,
-                       "Name the rule behind each changed line in a margin");
-    arguments.add_flag("--rollback", options.rollback,
-                       "Convert there and back again, and show what differs then");
-    arguments.add_flag("--exit-code", options.exit_code, "Exit with 3 when something would change");
-    arguments
-        .add_option("--save-plan", options.save_plan,
-                    "Save this conversion for infraconvert convert --plan")
-        ->type_name("FILE");
-    declare_mask(arguments, options);
-    declare_json(arguments, options);
-    declare_logs(arguments, options);
-    declare_path(arguments, options);
-}
+struct preview_options_t : job_options_t {
+    std::string color = "auto";
+    size_t context = 3;
+    std::vector<std::string> labels; // of the original, of the result
+    bool explain = false;
+    bool rollback = false;
+    bool exit_code = false;
+    std::string save_plan; // empty: nowhere
+};
 
 // The name in the head of the diff. The state stands behind a tab, where patch expects a time and
 // does not take it for a part of the file's name.
-std::string label(const options_t &options, size_t number, const std::string &file,
+std::string label(const preview_options_t &options, size_t number, const std::string &file,
                   const std::string &state) {
     return number < options.labels.size() ? options.labels[number] : file + '\t' + state;
 }
@@ -60,7 +40,7 @@ struct view_t {
     std::string after_state; // in the head of the diff
 };
 
-std::string diff_of(const options_t &options, const view_t &view, bool may_color) {
+std::string diff_of(const preview_options_t &options, const view_t &view, bool may_color) {
     const converted_t &c = view.conversion;
     unified_t format = {.before_label = label(options, 0, view.file, c.releases.from),
                         .after_label = label(options, 1, view.file, view.after_state),
@@ -98,20 +78,21 @@ void tell_outcome(const std::string &name, const converted_t &c, bool keep_going
         message(name + ": nothing changes");
 }
 
-int status_of(const options_t &options, bool failed, bool changes) {
+int status_of(const preview_options_t &options, bool failed, bool changes) {
     if (failed)
         return exit_failed;
     return options.exit_code && changes ? exit_would_change : exit_done;
 }
 
-void save_plan_of(const options_t &options, const job_t &job, const converted_t &conversion) {
+void save_plan_of(const preview_options_t &options, const job_t &job,
+                  const converted_t &conversion) {
     if (conversion.failed() && !options.keep_going)
         return message("no plan is saved");
     save_plan(plan_of(conversion, job.file, options.keep_going), options.save_plan);
     message("the plan is saved in " + options.save_plan);
 }
 
-int preview(const options_t &options, const job_t &job) {
+int preview(const preview_options_t &options, const job_t &job) {
     const converted_t conversion = run_job(job.request);
     const converted_t shown = shown_conversion(conversion, options.mask);
     const std::vector<finding_t> findings = findings_of(conversion, options.mask);
@@ -138,7 +119,7 @@ converted_t round_trip(const converted_t &forward, const converted_t &back) {
     return both;
 }
 
-int rollback(const options_t &options, job_t job) {
+int rollback(const preview_options_t &options, job_t job) {
     const std::string logs = job.request.log_directory;
     job.request.log_directory = logs.empty() ? "" : logs + "/forward";
     const converted_t forward = run_job(job.request);
@@ -178,7 +159,7 @@ int rollback(const options_t &options, job_t job) {
     return status_of(options, forward.failed() || back.failed(), exact.changes());
 }
 
-int run(const options_t &options) {
+int run(const preview_options_t &options) {
     if (options.labels.size() > 2)
         throw usage_error("--label may be given twice at most");
     if (options.rollback && (options.explain || !options.save_plan.empty()))
@@ -188,6 +169,41 @@ int run(const options_t &options) {
     if (std::filesystem::equivalent(options.save_plan, job.file, ignored))
         throw usage_error("--save-plan would overwrite the configuration");
     return options.rollback ? rollback(options, job) : preview(options, job);
+}
+
+std::function<int()> declare(CLI::App &arguments) {
+    const auto options = std::make_shared<preview_options_t>();
+    declare_releases(arguments, options->releases);
+    declare_services(arguments, options->services);
+    declare_keep_going(arguments, options->keep_going);
+    arguments
+        .add_option("-U,--unified", options->context, "Unchanged lines around each change [3]")
+        ->type_name("N");
+    arguments
+        .add_option("--label", options->labels,
+                    "Name of the original in the diff; given twice, also of the result")
+        ->type_name("NAME")
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    arguments
+        .add_option("--color", options->color, "Colours: auto (on a terminal), always or never")
+        ->type_name("WHEN")
+        ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
+    arguments.add_flag("--explain", options->explain,
+                       "Name the rule behind each changed line in a margin");
+    arguments.add_flag("--rollback", options->rollback,
+                       "Convert there and back again, and show what differs then");
+    arguments.add_flag("--exit-code", options->exit_code,
+                       "Exit with 3 when something would change");
+    arguments
+        .add_option("--save-plan", options->save_plan,
+                    "Save this conversion for infraconvert convert --plan")
+        ->type_name("FILE");
+    declare_mask(arguments, options->mask);
+    declare_json(arguments, options->json);
+    declare_logs(arguments, options->log, options->log_dir);
+    declare_path(arguments, options->path);
+    return [options] { return run(*options); };
 }
 
 } // namespace
@@ -201,7 +217,6 @@ const command_t preview_command = {
                 "infraconvert preview --from '4.0(1)' --to '4.1(3)' --save-plan window.json "
                 "switch.cfg\n",
     .declare = declare,
-    .run = run,
 };
 
 } // namespace infraconvert

@@ -49,10 +49,10 @@ void check(const char *option, const std::string &text) {
 
 } // namespace
 
-release_pair_t checked_releases(const std::string &from, const std::string &to) {
-    check("--from", from);
-    check("--to", to);
-    return {from, to};
+release_pair_t checked_releases(const release_pair_t &written) {
+    check("--from", written.from);
+    check("--to", written.to);
+    return written;
 }
 
 void compare_with_version_line(const std::string &configuration, const std::string &from) {
