@@ -29,9 +29,15 @@ constexpr const char *about =
     "  infraconvert audit --from '4.0(1)' --to '4.1(3)' switch.cfg\n"
     "  infraconvert convert --from '4.0(1)' --to '4.1(3)' --backup switch.cfg\n"
     "\n"
-    "Exit status: 0 done, 1 a conversion failed, 2 wrong usage or unusable input,\n"
-    "4 something would be lost (audit, convert).\n"
     "infraconvert COMMAND --help tells about a command.\n";
+
+// Behind what the program's help says about itself.
+std::string exit_status_help() {
+    std::string text = "\nExit status, the first that applies:\n";
+    for (const exit_status_t &status : exit_statuses)
+        text += "  " + std::to_string(status.number) + "  " + status.meaning + '\n';
+    return text;
+}
 
 std::string indented(const std::string &lines) {
     std::string text;
@@ -85,7 +91,7 @@ std::string usage_problem(const CLI::App &arguments, const CLI::ParseError &erro
 int report(const std::string &command, bool json, const std::string &error, int exit_status) {
     message(error);
     if (json)
-        write_output(error_json(command, error, exit_status));
+        try_output(error_json(command, error, exit_status));
     return exit_status;
 }
 
@@ -97,16 +103,16 @@ bool wants_json(const CLI::App &command) {
 // Runs a command whose arguments are read.
 int run(const CLI::App &command, const std::function<int()> &run_command) try {
     return run_command();
-} catch (const usage_error &e) {
-    return report(command.get_name(), wants_json(command), e.what(), exit_usage);
+} catch (const command_error &e) {
+    return report(command.get_name(), wants_json(command), e.what(), e.exit_status);
 } catch (const interrupted &) {
     throw;
 } catch (const std::exception &e) {
-    return report(command.get_name(), wants_json(command), e.what(), exit_failed);
+    return report(command.get_name(), wants_json(command), e.what(), exit_trouble);
 }
 
 int parse_and_run(int argc, char **argv) {
-    CLI::App arguments(about, "infraconvert");
+    CLI::App arguments(about + exit_status_help(), "infraconvert");
     arguments.get_formatter()->column_width(26);
     arguments.set_version_flag("--version", "infraconvert " INFRACONVERT_VERSION);
     arguments.require_subcommand(0, 1);
@@ -147,5 +153,5 @@ int main(int argc, char **argv) {
     } catch (const std::exception &e) { // beyond the commands, such as without memory
         fprintf(stderr, "infraconvert: %s\n", e.what());
     }
-    return infraconvert::exit_failed;
+    return infraconvert::exit_trouble;
 }

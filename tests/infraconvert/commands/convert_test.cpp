@@ -129,14 +129,16 @@ TEST_F(convert_test, keeps_the_missing_newline_at_the_end) {
 
 TEST_F(convert_test, reports_what_it_cannot_write) {
     const auto full = here.run(convert({"-o", "/dev/full", "switch.cfg"}));
-    EXPECT_EQ(full.status, 1);
+    EXPECT_EQ(full.status, 6);
     EXPECT_TRUE(contains(full.err, "infraconvert: cannot write /dev/full: No space left"));
     const auto nowhere = here.run(convert({"-o", "no/new.cfg", "switch.cfg"}));
-    EXPECT_EQ(nowhere.status, 1);
+    EXPECT_EQ(nowhere.status, 6);
     EXPECT_TRUE(contains(nowhere.err, "no/new.cfg: No such file"));
-    EXPECT_EQ(here.run(convert({"--backup=/no/x", "switch.cfg"})).status, 1);
+    EXPECT_EQ(here.run(convert({"--backup=/no/x", "switch.cfg"})).status, 6);
     here.output_file = "/dev/full";
-    EXPECT_EQ(here.run(convert({"-o", "-", "switch.cfg"})).status, 1);
+    EXPECT_EQ(here.run(convert({"-o", "-", "switch.cfg"})).status, 6);
+    EXPECT_EQ(here.run(convert({"-o", "new.cfg", "--json", "switch.cfg"})).status, 0)
+        << "the status tells of the file";
     here.output_file.clear();
     EXPECT_EQ(here.read("switch.cfg"), original);
 }
@@ -147,18 +149,18 @@ TEST_F(convert_test, unreadable_files_and_unwritable_directories) {
     here.unprivileged = geteuid() == 0;
     chmod(here.path("switch.cfg").c_str(), 0);
     const auto unreadable = here.run(convert({"switch.cfg"}));
-    EXPECT_EQ(unreadable.status, 2);
+    EXPECT_EQ(unreadable.status, 5);
     EXPECT_TRUE(contains(unreadable.err, "switch.cfg: Permission denied"));
     chmod(here.path("switch.cfg").c_str(), 0444);
     const auto readonly = here.run(convert({"switch.cfg"}));
-    EXPECT_EQ(readonly.status, 1);
+    EXPECT_EQ(readonly.status, 6);
     EXPECT_TRUE(contains(readonly.err, "cannot write switch.cfg: Permission denied"));
     EXPECT_EQ(here.read("switch.cfg"), original);
 
     chmod(here.path("switch.cfg").c_str(), 0644);
     chmod(here.path("").c_str(), 0555);
-    EXPECT_EQ(here.run(convert({"-o", "new.cfg", "switch.cfg"})).status, 1);
-    EXPECT_EQ(here.run(convert({"--backup", "switch.cfg"})).status, 1);
+    EXPECT_EQ(here.run(convert({"-o", "new.cfg", "switch.cfg"})).status, 6);
+    EXPECT_EQ(here.run(convert({"--backup", "switch.cfg"})).status, 6);
     EXPECT_EQ(here.read("switch.cfg"), original);
     EXPECT_EQ(here.run(convert({"switch.cfg"})).status, 0); // written in place
     EXPECT_EQ(here.read("switch.cfg"), converted);
@@ -187,7 +189,7 @@ TEST_F(convert_test, applies_exactly_what_was_planned) {
 
     here.write("other.cfg", original + "vlan 2\n");
     const auto stale = here.run({"convert", "--plan", "plan.json", "other.cfg"});
-    EXPECT_EQ(stale.status, 1);
+    EXPECT_EQ(stale.status, 5);
     EXPECT_TRUE(contains(stale.err, "has changed since the plan was made")) << stale.err;
     EXPECT_EQ(here.read("other.cfg"), original + "vlan 2\n");
 
@@ -201,10 +203,10 @@ TEST_F(convert_test, applies_exactly_what_was_planned) {
 
     EXPECT_EQ(here.run({"convert", "--plan", "plan.json"}).status, 0);
     EXPECT_EQ(here.read("switch.cfg"), converted);
-    EXPECT_EQ(here.run({"convert", "--plan", "plan.json"}).status, 1); // it is another file now
+    EXPECT_EQ(here.run({"convert", "--plan", "plan.json"}).status, 5); // it is another file now
     foreign["format_version"] = 2;
     here.write("foreign.json", foreign.dump());
-    EXPECT_EQ(here.run({"convert", "--plan", "foreign.json"}).status, 2);
+    EXPECT_EQ(here.run({"convert", "--plan", "foreign.json"}).status, 5);
 }
 
 TEST_F(convert_test, plans_of_standard_input_need_a_path) {

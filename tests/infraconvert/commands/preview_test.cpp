@@ -213,7 +213,7 @@ TEST_F(preview_test, json_says_the_same) {
     const auto rule = here.run({"explain", "--json", "IC-FEX-01"});
     EXPECT_EQ(json::parse(rule.out)["rules"][0]["applies"][0]["to"][0], "5.0(3)");
     const auto wrong = here.run(preview({"--json", "none.cfg"}));
-    EXPECT_EQ(json::parse(wrong.out)["exit_status"], 2);
+    EXPECT_EQ(json::parse(wrong.out)["exit_status"], 5);
     EXPECT_TRUE(contains(json::parse(wrong.out)["error"], "none.cfg: No such file"));
 }
 

@@ -13,7 +13,7 @@ using support::workspace_t;
 
 const std::string nul(1, '\0');
 
-TEST(usage, wrong_arguments_end_with_status2_and_say_what_to_do) {
+TEST(usage, wrong_arguments_and_unusable_inputs_say_what_to_do) {
     workspace_t here;
     here.write("switch.cfg", "npiv enable\n");
     here.write("zero.cfg", "vlan 1\n  na" + nul + "me\n");
@@ -26,6 +26,7 @@ TEST(usage, wrong_arguments_end_with_status2_and_say_what_to_do) {
     const struct {
         arguments_t arguments;
         const char *message;
+        int status = 2;
     } rows[] = {
         {{}, "Usage: infraconvert"},
         {{"plam"}, "unknown command 'plam'; did you mean 'plan'?"},
@@ -42,15 +43,24 @@ TEST(usage, wrong_arguments_end_with_status2_and_say_what_to_do) {
         {{"explain", "IC-NPIV-9"}, "unknown rule 'IC-NPIV-9'; did you mean 'IC-NPIV-0"},
         {{"preview", "--from", "4.1(3)", "--to", "5.0(2)"}, "missing PATH"},
         {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "none.cfg"},
-         "none.cfg: No such file or directory"},
-        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "dir"}, "dir/ascii/system.cfg: No such"},
+         "none.cfg: No such file or directory",
+         5},
+        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "dir"},
+         "dir/ascii/system.cfg: No such",
+         5},
         {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "a.cfg", "b.cfg"}, "'b.cfg'"},
-        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "--", "--json"}, "--json: No such file"},
-        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "empty.cfg"}, "configuration is empty"},
+        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "--", "--json"},
+         "--json: No such file",
+         5},
+        {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "empty.cfg"},
+         "configuration is empty",
+         5},
         {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "zero.cfg"},
-         "zero.cfg: a zero byte at line 2, column 5 (byte 11)"},
+         "zero.cfg: a zero byte at line 2, column 5 (byte 11)",
+         5},
         {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "ff.cfg"},
-         "ff.cfg: a byte 0xFF at line 2, column 1 (byte 7)"},
+         "ff.cfg: a byte 0xFF at line 2, column 1 (byte 7)",
+         5},
         {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "--color", "blue", "switch.cfg"},
          "blue"},
         {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "-U", "x", "switch.cfg"}, "--unified"},
@@ -63,8 +73,8 @@ TEST(usage, wrong_arguments_end_with_status2_and_say_what_to_do) {
         {{"preview", "--from", "4.1(2)", "--to", "5.0(2)", "--save-plan", "./switch.cfg",
           "switch.cfg"},
          "--save-plan would overwrite the configuration"},
-        {{"convert", "--plan", "switch.cfg"}, "switch.cfg: not a plan"},
-        {{"convert", "--plan", "none.json"}, "none.json: No such file"},
+        {{"convert", "--plan", "switch.cfg"}, "switch.cfg: not a plan", 5},
+        {{"convert", "--plan", "none.json"}, "none.json: No such file", 5},
         {{"convert", "--plan", "p", "--from", "4.1(2)", "switch.cfg"}, "--plan brings --from"},
         {{"convert", "--from", "4.1(2)", "--to", "5.0(2)", "--backup", "-o", "x", "switch.cfg"},
          "--backup goes with a conversion in place only"},
@@ -75,7 +85,7 @@ TEST(usage, wrong_arguments_end_with_status2_and_say_what_to_do) {
     };
     for (const auto &row : rows) {
         const auto result = here.run(row.arguments);
-        EXPECT_EQ(result.status, 2) << row.message << '\n' << result.err;
+        EXPECT_EQ(result.status, row.status) << row.message << '\n' << result.err;
         EXPECT_TRUE(contains(result.err, row.message)) << row.message << '\n' << result.err;
         EXPECT_TRUE(row.arguments.empty() || result.err.starts_with("infraconvert: "))
             << result.err;
@@ -97,6 +107,7 @@ TEST(usage, help_leads_with_examples) {
         EXPECT_LT(example, result.out.find("Usage: infraconvert")) << result.out;
         EXPECT_EQ(result.err, "");
     }
+    EXPECT_TRUE(contains(here.run({"--help"}).out, "\n  2  the arguments are wrong\n  1  a "));
     EXPECT_TRUE(here.run({"--version"}).out.starts_with("infraconvert 1."));
 }
 

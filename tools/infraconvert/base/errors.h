@@ -1,25 +1,72 @@
-// How a command ends early: the message goes to standard error, the kind decides the exit status.
+// How a command ends: the exit statuses, in one table for all commands, and the errors that lead to
+// them. The message of an error goes to standard error.
 #pragma once
 
+#include <algorithm>
+#include <iterator>
 #include <stdexcept>
+#include <string>
 
 namespace infraconvert {
 
-// Exit statuses.
 constexpr int exit_done = 0;
-constexpr int exit_failed = 1;       // a conversion failed, or its result could not be written
-constexpr int exit_usage = 2;        // wrong usage, or an input that cannot be used
-constexpr int exit_would_change = 3; // preview --exit-code: the conversion would change something
-constexpr int exit_findings = 4;     // something would be lost (audit, convert)
+constexpr int exit_failed = 1;
+constexpr int exit_usage = 2;
+constexpr int exit_would_change = 3;
+constexpr int exit_findings = 4;
+constexpr int exit_unusable = 5;
+constexpr int exit_trouble = 6;
 
-// What the user asked for cannot be started: wrong arguments or an unusable input.
-struct usage_error : std::runtime_error {
-    using runtime_error::runtime_error;
+struct exit_status_t {
+    int number;
+    const char *meaning; // as the help shows it
 };
 
-// It was started and failed.
-struct run_error : std::runtime_error {
-    using runtime_error::runtime_error;
+// Where several apply, such as to many configurations, the one that stands first here is the
+// status: what only a person can mend comes before what another try may mend, and that before what
+// is to be read in the result, which is not complete then.
+constexpr exit_status_t exit_statuses[] = {
+    {exit_usage, "the arguments are wrong"},
+    {exit_failed, "a conversion failed"},
+    {exit_unusable, "a configuration or a plan cannot be read or used"},
+    {exit_trouble, "something else was in the way; another try may succeed"},
+    {exit_findings, "something would be lost (audit, convert)"},
+    {exit_would_change, "something would change (preview --exit-code)"},
+    {exit_done, "done"},
+};
+
+// The one of two statuses that wins.
+constexpr int worse(int one, int other) {
+    const auto *first =
+        std::find_if(std::begin(exit_statuses), std::end(exit_statuses),
+                     [&](const exit_status_t &s) { return s.number == one || s.number == other; });
+    return first->number;
+}
+
+struct command_error : std::runtime_error {
+    command_error(const std::string &message, int status)
+        : runtime_error(message), exit_status(status) {}
+    int exit_status;
+};
+
+// What the user asks for is not to be had with these arguments.
+struct usage_error : command_error {
+    explicit usage_error(const std::string &message) : command_error(message, exit_usage) {}
+};
+
+// What is to be converted, or the plan to do so, cannot be read or used.
+struct input_error : command_error {
+    explicit input_error(const std::string &message) : command_error(message, exit_unusable) {}
+};
+
+// The conversion itself came out otherwise than it has to.
+struct conversion_error : command_error {
+    explicit conversion_error(const std::string &message) : command_error(message, exit_failed) {}
+};
+
+// The machine, or somebody else at work on it, was in the way.
+struct run_error : command_error {
+    explicit run_error(const std::string &message) : command_error(message, exit_trouble) {}
 };
 
 } // namespace infraconvert

@@ -25,7 +25,7 @@ std::string read_descriptor(int descriptor, const std::string &name) {
         if (count == 0)
             return bytes;
         if (count < 0 && errno != EINTR)
-            throw usage_error(system_error(name));
+            throw input_error(system_error(name));
         bytes.append(block, count > 0 ? static_cast<size_t>(count) : 0);
     }
 }
@@ -42,12 +42,12 @@ std::string place(const std::string &text, size_t at) {
 void refuse_unconvertible(const std::string &name, const std::string &text) {
     using namespace std::literals;
     if (text.empty())
-        throw usage_error(name + ": the configuration is empty");
+        throw input_error(name + ": the configuration is empty");
     const size_t at = text.find_first_of("\0\xFF"sv);
     if (at == text.npos)
         return;
     const char *byte = text[at] == '\0' ? "a zero byte" : "a byte 0xFF";
-    throw usage_error(name + ": " + byte + " at " + place(text, at) +
+    throw input_error(name + ": " + byte + " at " + place(text, at) +
                       "; the converters would not see, or would lose, what stands behind it");
 }
 
@@ -64,7 +64,7 @@ std::filesystem::path make_private_directory() {
 std::string read_file(const std::string &path) {
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0)
-        throw usage_error(system_error(path));
+        throw input_error(system_error(path));
     const std::unique_ptr<const int, void (*)(const int *)> closer(&descriptor,
                                                                    [](const int *d) { close(*d); });
     return read_descriptor(descriptor, path);

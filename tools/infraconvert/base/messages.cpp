@@ -19,6 +19,10 @@ void write_output(std::string_view data) {
         throw run_error(std::string("cannot write standard output: ") + strerror(errno));
 }
 
+void try_output(std::string_view data) try { write_output(data); } catch (const run_error &e) {
+    message(e.what());
+}
+
 bool wants_color(const std::string &mode) {
     if (mode != "auto")
         return mode == "always";

@@ -13,6 +13,9 @@ void message_lines(std::string_view lines);
 
 // Writes data on standard output. Throws run_error when it does not take them.
 void write_output(std::string_view data);
+// The same where the exit status has something more important to tell: when standard output does
+// not take the data, only a message says so.
+void try_output(std::string_view data);
 
 // True when `mode` ("auto", "always", "never") asks for colours on standard output: "auto" on a
 // terminal, unless NO_COLOR is set and not empty.

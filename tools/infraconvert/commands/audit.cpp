@@ -65,12 +65,8 @@ std::string in_format(const std::string &format, const fleet_summary_t &summary,
 
 int status_of(const std::vector<audited_t> &results) {
     int status = exit_done;
-    for (const audited_t &audited : results) {
-        if (!audited.problem.empty() || audited.failed)
-            return exit_failed;
-        if (count_findings(audited.findings).errors > 0)
-            status = exit_findings;
-    }
+    for (const audited_t &audited : results)
+        status = worse(status, audited.exit_status());
     return status;
 }
 

@@ -169,8 +169,8 @@ int run(const convert_options_t &options) {
             (usable && !refused.empty() ? refusal(refused)
                                         : outcome(task, conversion, usable, written)));
     if (options.json)
-        write_output(convert_json(name, {conversion, shown}, findings,
-                                  written ? task.destination : "", written ? task.backup : ""));
+        try_output(convert_json(name, {conversion, shown}, findings,
+                                written ? task.destination : "", written ? task.backup : ""));
     if (conversion.failed())
         return exit_failed;
     return refused.empty() ? exit_done : exit_findings;

@@ -28,8 +28,12 @@ void look_at(const fleet_t &fleet, audited_t &audited) try {
     audited.findings = audit(conversion, true);
     if (fleet.describe)
         audited.details = fleet.describe(audited, conversion);
+} catch (const command_error &e) {
+    audited.problem = e.what();
+    audited.problem_status = e.exit_status;
 } catch (const std::exception &e) {
     audited.problem = e.what();
+    audited.problem_status = exit_trouble;
 }
 
 // The threads that share the work. What ends one of them early ends all, and is thrown again.
@@ -92,6 +96,14 @@ const char *audited_t::state() const {
     if (failed)
         return "failed";
     return changed ? "changed" : "unchanged";
+}
+
+int audited_t::exit_status() const {
+    if (!problem.empty())
+        return problem_status;
+    if (failed)
+        return exit_failed;
+    return count_findings(findings).errors > 0 ? exit_findings : exit_done;
 }
 
 std::vector<std::string> configuration_files(const std::vector<std::string> &paths) {

@@ -11,8 +11,9 @@ namespace infraconvert {
 // What became of one configuration.
 struct audited_t {
     std::string file;
-    std::string problem; // why it could not be looked at; empty: it was
-    bool failed = false; // the conversion did
+    std::string problem;    // why it could not be looked at; empty: it was
+    int problem_status = 0; // exit status that the problem asks for
+    bool failed = false;    // the conversion did
     bool changed = false;
     std::vector<std::string> services; // that would change it
     std::vector<finding_t> findings;
@@ -20,6 +21,8 @@ struct audited_t {
 
     // "unusable", "failed", "changed" or "unchanged".
     const char *state() const;
+    // What a command exits with for it.
+    int exit_status() const;
 };
 
 struct fleet_t {

@@ -16,7 +16,7 @@ constexpr int version = 1;
 
 plan_t plan_from(const json &document) {
     if (document.at("kind") != kind || document.at("format_version") != version)
-        throw usage_error("it is of another kind or of a later version");
+        throw input_error("it is of another kind or of a later version");
     return {.releases = {document.at("from"), document.at("to")},
             .services = document.at("services"),
             .keep_going = document.at("keep_going"),
@@ -57,19 +57,20 @@ void save_plan(const plan_t &plan, const std::string &plan_file) try {
 plan_t read_plan(const std::string &plan_file) try {
     return plan_from(json::parse(read_file(plan_file)));
 } catch (const json::exception &) {
-    throw usage_error(plan_file + ": not a plan of infraconvert preview --save-plan");
+    throw input_error(plan_file + ": not a plan of infraconvert preview --save-plan");
 }
 
 void check_input(const plan_t &plan, const std::string &text) {
     if (sha256(text) != plan.input_digest)
-        throw run_error("the configuration has changed since the plan was made; nothing is "
-                        "converted (make a new plan with infraconvert preview --save-plan)");
+        throw input_error("the configuration has changed since the plan was made; nothing is "
+                          "converted (make a new plan with infraconvert preview --save-plan)");
 }
 
 void check_result(const plan_t &plan, const std::string &text) {
     if (sha256(text) != plan.result_digest)
-        throw run_error("the conversion gives another result than when the plan was made, so the "
-                        "converters are others; nothing is written");
+        throw conversion_error(
+            "the conversion gives another result than when the plan was made, so the "
+            "converters are others; nothing is written");
 }
 
 } // namespace infraconvert

@@ -19,12 +19,14 @@ struct plan_t {
 
 plan_t plan_of(const converted_t &conversion, const std::string &file, bool keep_going);
 
-// Throw usage_error, naming the file, when it cannot be written, or read as a plan.
+// Throws usage_error, naming the file, when it cannot be written.
 void save_plan(const plan_t &plan, const std::string &plan_file);
+// Throws input_error, naming the file, when it cannot be read as a plan.
 plan_t read_plan(const std::string &plan_file);
 
-// Throw run_error when the configuration, or what became of it, is not what the plan was made for.
+// Throws input_error when the configuration is not what the plan was made for.
 void check_input(const plan_t &plan, const std::string &text);
+// Throws conversion_error when what became of it is not.
 void check_result(const plan_t &plan, const std::string &text);
 
 } // namespace infraconvert
