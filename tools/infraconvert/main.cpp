@@ -6,7 +6,7 @@
 #include "base/messages.h"
 #include "base/suggest.h"
 #include "commands/command.h"
-#include "reports/json_report.h"
+#include "reports/command_json.h"
 
 #include <CLI/CLI.hpp>
 

@@ -3,10 +3,12 @@
 #include "base/errors.h"
 #include "base/messages.h"
 #include "commands/common.h"
+#include "reports/audit_page.h"
+#include "reports/formats.h"
 #include "reports/mask.h"
-#include "reports/reports.h"
 #include "window/fleet.h"
 
+#include <algorithm>
 #include <memory>
 #include <unistd.h>
 
@@ -56,11 +58,25 @@ void mask_all(std::vector<audited_t> &results) {
         mask_findings(audited.findings);
 }
 
-std::string in_format(const std::string &format, const fleet_summary_t &summary,
-                      const std::vector<audited_t> &results) {
-    if (format == "json")
-        return audit_json(summary, results);
-    return format == "sarif" ? audit_sarif(results) : audit_text(results);
+std::vector<std::string> format_names() {
+    std::vector<std::string> names;
+    for (const format_t &format : formats())
+        names.emplace_back(format.name);
+    return names;
+}
+
+// "text, json or sarif"
+std::string listed(const std::vector<std::string> &names) {
+    std::string text = names[0];
+    for (size_t i = 1; i < names.size(); i++)
+        text += (i + 1 < names.size() ? ", " : " or ") + names[i];
+    return text;
+}
+
+std::string in_format(const std::string &name, const fleet_summary_t &summary) {
+    const auto format = std::find_if(formats().begin(), formats().end(),
+                                     [&](const format_t &f) { return f.name == name; });
+    return format->write(summary);
 }
 
 int status_of(const std::vector<audited_t> &results) {
@@ -76,10 +92,10 @@ int run(const audit_options_t &options) {
     if (options.mask)
         mask_all(results);
     const fleet_summary_t summary = {fleet.request.releases, results};
-    write_output(in_format(options.json ? "json" : options.format, summary, results));
+    write_output(in_format(options.json ? "json" : options.format, summary));
     message_lines(summary.table());
     if (!options.report.empty())
-        write_report(options.report, summary, results);
+        write_report(options.report, summary);
     return status_of(results);
 }
 
@@ -88,9 +104,10 @@ std::function<int()> declare(CLI::App &arguments) {
     declare_releases(arguments, options->releases);
     declare_services(arguments, options->services);
     declare_keep_going(arguments, options->keep_going);
-    arguments.add_option("--format", options->format, "Findings as text, json or sarif [text]")
+    const std::vector<std::string> names = format_names();
+    arguments.add_option("--format", options->format, "Findings as " + listed(names) + " [text]")
         ->type_name("FORMAT")
-        ->check(CLI::IsMember({"text", "json", "sarif"}).description(""));
+        ->check(CLI::IsMember(names).description(""));
     arguments.add_flag("--json", options->json, "The same as --format json");
     arguments
         .add_option("--report", options->report,

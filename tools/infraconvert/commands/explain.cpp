@@ -4,9 +4,9 @@
 #include "base/messages.h"
 #include "commands/common.h"
 #include "conversion/rule_scope.h"
-#include "reports/json_report.h"
-#include "reports/report_json.h"
-#include "reports/report_text.h"
+#include "reports/command_json.h"
+#include "reports/findings_json.h"
+#include "reports/findings_text.h"
 
 #include <memory>
 

@@ -3,7 +3,7 @@
 #include "base/errors.h"
 #include "base/messages.h"
 #include "commands/common.h"
-#include "reports/json_report.h"
+#include "reports/command_json.h"
 #include "reports/summary.h"
 
 #include <memory>

@@ -4,8 +4,8 @@
 #include "base/errors.h"
 #include "base/messages.h"
 #include "base/suggest.h"
+#include "reports/findings_text.h"
 #include "reports/mask.h"
-#include "reports/report_text.h"
 
 #include <algorithm>
 #include <set>

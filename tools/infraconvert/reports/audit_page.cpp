@@ -1,10 +1,10 @@
-#include "reports/report_json.h"
-#include "reports/report_page.h"
-#include "reports/reports.h"
+#include "reports/audit_page.h"
 
 #include "base/errors.h"
 #include "conversion/configuration.h"
+#include "reports/findings_json.h"
 #include "reports/mask.h"
+#include "reports/report_page.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -131,23 +131,17 @@ json rule_words() {
     return rules;
 }
 
-json summary_json(const fleet_summary_t &summary, const std::vector<audited_t> &results) {
+json summary_json(const fleet_summary_t &summary) {
     json document = {{"from", summary.releases.from},
                      {"to", summary.releases.to},
                      {"tool_version", INFRACONVERT_VERSION},
                      {"date", now()},
                      {"rules", rule_words()},
                      {"states", summary.states},
-                     {"codes", json::array()},
+                     {"codes", codes_json(summary)},
                      {"configurations", json::array()}};
-    for (const auto &[code, count] : summary.codes) {
-        json entry = kind_json(*finding_kind_named(code));
-        entry["findings"] = count.findings;
-        entry["files"] = count.files;
-        document["codes"].push_back(entry);
-    }
     likeness_t likeness;
-    for (const audited_t &audited : results)
+    for (const audited_t &audited : summary.results)
         document["configurations"].push_back(configuration_json(audited, likeness.number(audited)));
     return document;
 }
@@ -170,8 +164,7 @@ std::string report_details(const audited_t &audited, const converted_t &conversi
         {{"findings", entries}, {"services", services_json(shown)}, {"rows", rows_json(shown)}});
 }
 
-void write_report(const std::string &file, const fleet_summary_t &summary,
-                  const std::vector<audited_t> &results) {
+void write_report(const std::string &file, const fleet_summary_t &summary) {
     std::ofstream page(file, std::ios::binary);
     page << "<!DOCTYPE html>\n<html lang=\"en\">\n<meta charset=\"utf-8\">\n"
             "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
@@ -179,10 +172,11 @@ void write_report(const std::string &file, const fleet_summary_t &summary,
             "style-src 'unsafe-inline'; script-src 'unsafe-inline'\">\n"
             "<title>infraconvert audit</title>\n<style>"
          << page_style << "</style>\n"
-         << page_body << data_element("summary", embedded(summary_json(summary, results)));
-    for (size_t i = 0; i < results.size(); i++) {
-        if (!results[i].details.empty())
-            page << data_element("configuration-" + std::to_string(i), results[i].details);
+         << page_body << data_element("summary", embedded(summary_json(summary)));
+    for (size_t i = 0; i < summary.results.size(); i++) {
+        const std::string &details = summary.results[i].details;
+        if (!details.empty())
+            page << data_element("configuration-" + std::to_string(i), details);
     }
     page << "<script>" << page_script << "</script>\n</html>\n";
     if (!page.flush())

@@ -1,9 +1,9 @@
-#include "reports/json_report.h"
+#include "reports/command_json.h"
 
 #include "base/digest.h"
 #include "conversion/configuration.h"
+#include "reports/findings_json.h"
 #include "reports/json_document.h"
-#include "reports/report_json.h"
 
 namespace infraconvert {
 

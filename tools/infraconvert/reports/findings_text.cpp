@@ -1,4 +1,4 @@
-#include "reports/report_text.h"
+#include "reports/findings_text.h"
 
 #include "base/messages.h"
 

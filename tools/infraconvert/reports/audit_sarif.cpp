@@ -1,30 +1,13 @@
-#include "reports/report_json.h"
+// Static Analysis Results Interchange Format 2.1.0, which code review systems read.
 
+#include "reports/formats.h"
 #include "reports/json_document.h"
-#include "reports/reports.h"
 
 namespace infraconvert {
 
 namespace {
 
 using json = nlohmann::ordered_json;
-
-json lines_json(const std::vector<evidence_t> &lines) {
-    json list = json::array();
-    for (const evidence_t &line : lines)
-        list.push_back({{"number", line.number}, {"text", line.text}});
-    return list;
-}
-
-json configuration_json(const audited_t &audited) {
-    return {{"path", audited.file},
-            {"state", audited.state()},
-            {"problem", audited.problem.empty() ? json(nullptr) : json(audited.problem)},
-            {"services", audited.services},
-            {"findings", findings_json(audited.findings)}};
-}
-
-// ---- SARIF
 
 const char *sarif_level(severity_t severity) { return severity_name(severity); }
 
@@ -72,55 +55,11 @@ json sarif_result(const std::string &file, const finding_t &finding) {
 
 } // namespace
 
-json kind_json(const finding_kind_t &kind) {
-    return {{"code", kind.code},
-            {"severity", severity_name(kind.severity)},
-            {"title", kind.title},
-            {"explanation", kind.explanation},
-            {"advice", kind.advice}};
-}
-
-json findings_json(const std::vector<finding_t> &findings) {
-    json list = json::array();
-    for (const finding_t &finding : findings)
-        list.push_back({{"code", finding.kind->code},
-                        {"severity", severity_name(finding.kind->severity)},
-                        {"title", finding.kind->title},
-                        {"detail", finding.detail},
-                        {"before", lines_json(finding.before)},
-                        {"after", lines_json(finding.after)}});
-    return list;
-}
-
-std::string kind_document(const finding_kind_t &kind) {
-    nlohmann::ordered_json document = document_of("explain");
-    document["finding"] = kind_json(kind);
-    return printed(document);
-}
-
-std::string audit_json(const fleet_summary_t &summary, const std::vector<audited_t> &results) {
-    json document = document_of("audit");
-    document["from"] = summary.releases.from;
-    document["to"] = summary.releases.to;
-    document["states"] = summary.states;
-    document["codes"] = json::array();
-    for (const auto &[code, count] : summary.codes) {
-        json entry = kind_json(*finding_kind_named(code));
-        entry["findings"] = count.findings;
-        entry["files"] = count.files;
-        document["codes"].push_back(entry);
-    }
-    document["configurations"] = json::array();
-    for (const audited_t &audited : results)
-        document["configurations"].push_back(configuration_json(audited));
-    return printed(document);
-}
-
-std::string audit_sarif(const std::vector<audited_t> &results) {
+std::string audit_sarif(const fleet_summary_t &summary) {
     json rules = json::array(), found = json::array(), notifications = json::array();
     for (const finding_kind_t &kind : finding_kinds())
         rules.push_back(sarif_rule(kind));
-    for (const audited_t &audited : results) {
+    for (const audited_t &audited : summary.results) {
         for (const finding_t &finding : audited.findings)
             found.push_back(sarif_result(audited.file, finding));
         if (!audited.problem.empty())

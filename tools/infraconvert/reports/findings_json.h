@@ -2,6 +2,7 @@
 #pragma once
 
 #include "audit/findings.h"
+#include "reports/fleet_summary.h"
 
 #include <nlohmann/json.hpp>
 
@@ -9,6 +10,8 @@ namespace infraconvert {
 
 nlohmann::ordered_json kind_json(const finding_kind_t &kind);
 nlohmann::ordered_json findings_json(const std::vector<finding_t> &findings);
+// The codes that a fleet has, and how often.
+nlohmann::ordered_json codes_json(const fleet_summary_t &summary);
 // What infraconvert explain prints for a code.
 std::string kind_document(const finding_kind_t &kind);
 

@@ -1,0 +1,33 @@
+#include "reports/findings_json.h"
+#include "reports/formats.h"
+#include "reports/json_document.h"
+
+namespace infraconvert {
+
+namespace {
+
+using json = nlohmann::ordered_json;
+
+json configuration_json(const audited_t &audited) {
+    return {{"path", audited.file},
+            {"state", audited.state()},
+            {"problem", audited.problem.empty() ? json(nullptr) : json(audited.problem)},
+            {"services", audited.services},
+            {"findings", findings_json(audited.findings)}};
+}
+
+} // namespace
+
+std::string audit_json(const fleet_summary_t &summary) {
+    json document = document_of("audit");
+    document["from"] = summary.releases.from;
+    document["to"] = summary.releases.to;
+    document["states"] = summary.states;
+    document["codes"] = codes_json(summary);
+    document["configurations"] = json::array();
+    for (const audited_t &audited : summary.results)
+        document["configurations"].push_back(configuration_json(audited));
+    return printed(document);
+}
+
+} // namespace infraconvert

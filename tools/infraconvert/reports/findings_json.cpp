@@ -1,0 +1,57 @@
+#include "reports/findings_json.h"
+
+#include "reports/json_document.h"
+
+namespace infraconvert {
+
+namespace {
+
+using json = nlohmann::ordered_json;
+
+json lines_json(const std::vector<evidence_t> &lines) {
+    json list = json::array();
+    for (const evidence_t &line : lines)
+        list.push_back({{"number", line.number}, {"text", line.text}});
+    return list;
+}
+
+} // namespace
+
+json kind_json(const finding_kind_t &kind) {
+    return {{"code", kind.code},
+            {"severity", severity_name(kind.severity)},
+            {"title", kind.title},
+            {"explanation", kind.explanation},
+            {"advice", kind.advice}};
+}
+
+json findings_json(const std::vector<finding_t> &findings) {
+    json list = json::array();
+    for (const finding_t &finding : findings)
+        list.push_back({{"code", finding.kind->code},
+                        {"severity", severity_name(finding.kind->severity)},
+                        {"title", finding.kind->title},
+                        {"detail", finding.detail},
+                        {"before", lines_json(finding.before)},
+                        {"after", lines_json(finding.after)}});
+    return list;
+}
+
+std::string kind_document(const finding_kind_t &kind) {
+    json document = document_of("explain");
+    document["finding"] = kind_json(kind);
+    return printed(document);
+}
+
+json codes_json(const fleet_summary_t &summary) {
+    json list = json::array();
+    for (const auto &[code, count] : summary.codes) {
+        json entry = kind_json(*count.kind);
+        entry["findings"] = count.findings;
+        entry["files"] = count.files;
+        list.push_back(entry);
+    }
+    return list;
+}
+
+} // namespace infraconvert

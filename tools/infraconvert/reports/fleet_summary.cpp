@@ -1,0 +1,47 @@
+#include "reports/fleet_summary.h"
+
+#include "base/messages.h"
+
+namespace infraconvert {
+
+fleet_summary_t::fleet_summary_t(const release_pair_t &pair, const std::vector<audited_t> &audited)
+    : releases(pair), results(audited) {
+    for (const audited_t &each : results) {
+        states[each.state()]++;
+        std::string last;
+        for (const finding_t &finding : each.findings) {
+            code_count_t &count = codes[finding.kind->code];
+            count.kind = finding.kind;
+            count.findings++;
+            count.files += finding.kind->code != last;
+            last = finding.kind->code;
+        }
+    }
+}
+
+std::string fleet_summary_t::table() const {
+    constexpr size_t state_width = 11, code_width = 8, severity_width = 9, count_width = 10;
+    std::string text = "infraconvert: " + std::to_string(results.size()) +
+                       (results.size() == 1 ? " configuration, " : " configurations, ") +
+                       releases.from + " to " + releases.to + ":\n";
+    for (const char *state : {"unchanged", "changed", "failed", "unusable"}) {
+        if (states.contains(state))
+            text += "  " + padded(state, state_width) + std::to_string(states.at(state)) + '\n';
+    }
+    if (results.size() == 1 || codes.empty())
+        return text;
+    text += "  " + padded("code", code_width) + padded("severity", severity_width) +
+            padded("findings", count_width) + padded("files", count_width) + "title\n";
+    for (const severity_t severity : {severity_t::error, severity_t::warning, severity_t::note}) {
+        for (const auto &[code, count] : codes) {
+            if (count.kind->severity == severity)
+                text += "  " + padded(code, code_width) +
+                        padded(severity_name(severity), severity_width) +
+                        padded(std::to_string(count.findings), count_width) +
+                        padded(std::to_string(count.files), count_width) + count.kind->title + '\n';
+        }
+    }
+    return text;
+}
+
+} // namespace infraconvert

@@ -1,0 +1,29 @@
+// An audit as a whole: what became of the configurations, and how often which code was found.
+#pragma once
+
+#include "window/fleet.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace infraconvert {
+
+struct fleet_summary_t {
+    // `audited` must outlive the object.
+    fleet_summary_t(const release_pair_t &pair, const std::vector<audited_t> &audited);
+
+    // For people: states, and findings by code.
+    std::string table() const;
+
+    struct code_count_t {
+        const finding_kind_t *kind = nullptr;
+        size_t findings = 0, files = 0;
+    };
+    release_pair_t releases;
+    const std::vector<audited_t> &results;
+    std::map<std::string, size_t> states;
+    std::map<std::string, code_count_t> codes;
+};
+
+} // namespace infraconvert
