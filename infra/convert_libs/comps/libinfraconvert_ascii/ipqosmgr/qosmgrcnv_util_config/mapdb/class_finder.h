@@ -5,6 +5,7 @@
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/name_index.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 class class_finder_t {
   public:
