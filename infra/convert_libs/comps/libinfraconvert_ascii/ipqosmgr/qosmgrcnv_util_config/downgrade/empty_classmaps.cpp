@@ -10,45 +10,52 @@
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
 
 namespace {
 
 constexpr const char *pass = "qoscnv_remove_empty_classmaps";
 
-// The names on the list of class-maps to keep; none is on it twice.
-std::unordered_set<std::string> names_to_keep() {
-    std::unordered_set<std::string> names;
-    for (const auto *elem = empty_classmaps.first; elem; elem = elem->next)
-        names.insert(elem->name);
-    return names;
-}
+// The list of class-maps to keep: by name, the link that points to the element. No name is on it
+// twice.
+class kept_t {
+  public:
+    kept_t() {
+        for (list_elem_t **link = &empty_classmaps.first; *link; link = &(*link)->next)
+            links.emplace((*link)->name, link);
+    }
 
-// Takes `name` off the list of class-maps to keep. Returns false when it is not on it.
-bool consume_kept(const std::string &name, std::unordered_set<std::string> &kept) {
-    if (kept.erase(name) == 0)
-        return false;
-    // The list is in the order of the text, so the name is one of its first.
-    list_elem_t **link = &empty_classmaps.first;
-    while (name != (*link)->name)
-        link = &(*link)->next;
-    engine::log(qoscnv_engine, pass,
-                "class-map name %s matches user class-map name %s; skipping delete\n", name.c_str(),
-                (*link)->name);
-    qoscnv_free_list_elem(pass, empty_classmaps.unlink(link));
-    return true;
-}
+    // Takes `name` off the list. Returns false when it is not on it.
+    bool consume(const std::string &name) {
+        const auto found = links.find(name);
+        if (found == links.end())
+            return false;
+        list_elem_t **link = found->second;
+        links.erase(found);
+        list_elem_t *elem = empty_classmaps.unlink(link);
+        if (*link)
+            links.at((*link)->name) = link; // now points to the one behind
+        engine::log(qoscnv_engine, pass,
+                    "class-map name %s matches user class-map name %s; skipping delete\n",
+                    name.c_str(), elem->name);
+        qoscnv_free_list_elem(pass, elem);
+        return true;
+    }
+
+  private:
+    std::unordered_map<std::string_view, list_elem_t **> links;
+};
 
 // Looks at the class-map at `map`. Returns where the search for the next one goes on, or nowhere,
 // with a message, at a name that does not fit.
-position keep_or_delete(position map, std::unordered_set<std::string> &kept) {
+position keep_or_delete(position map, kept_t &kept) {
     const words_t words = scan_words(*qoscnv_engine.text, map, "class-map %s");
     if (!qoscnv_words_fit(pass, words))
         return nowhere;
     const std::string &name = words.word[0]; // empty when the text ends there
     const position next_line = qoscnv_past_empty_lines(qoscnv_line_after(map));
     engine::log(qoscnv_engine, pass, "found class-map name %s\n", name.c_str());
-    if (consume_kept(name, kept) || next_line != qoscnv_goto_nextstanza(map))
+    if (kept.consume(name) || next_line != qoscnv_goto_nextstanza(map))
         return next_line - newline_length;
     engine::log(qoscnv_engine, pass, "deleting empty class-map name %s\n", name.c_str());
     qoscnv_delete_text(map, next_line - map);
@@ -59,7 +66,7 @@ position keep_or_delete(position map, std::unordered_set<std::string> &kept) {
 
 syserr_t qoscnv_remove_empty_classmaps() {
     qoscnv_log("Removing non-user empty classmaps ...\n");
-    std::unordered_set<std::string> kept = names_to_keep();
+    kept_t kept;
     position cp = qoscnv_file_start_qossection();
     while ((cp = qoscnv_find("\nclass-map", cp)) != nowhere) {
         qoscnv_log("found class-map at byte %d\n", static_cast<int>(cp));

@@ -18,31 +18,38 @@ constexpr uint32_t traced_length = length("class-map type qos ");
 // From a line's start to the last byte of the line above.
 constexpr uint32_t back_to_line_above = newline_length + 1;
 
-// Removes the next description behind the map line `map` when it stands directly below a map line,
-// of this map or of a later one.
-void remove_next(std::string_view keyword, search_ahead_t &descriptions, position map) {
-    const position found = descriptions.from(map);
-    const position next_line = found == nowhere ? nowhere : qoscnv_nextline(found);
+// Removes the description at `found` when it stands directly below a map line. Returns false when
+// it does not, and stays.
+bool remove_below_map(std::string_view keyword, position found) {
+    const position next_line = qoscnv_nextline(found);
     if (next_line == nowhere)
-        return;
+        return false;
     const position above = qoscnv_prevline(found - back_to_line_above, 0);
     const std::string traced = qoscnv_engine.text->copy(above, traced_length);
     if (!traced.starts_with(keyword.substr(0, compared_length)))
-        return;
+        return false;
     engine::log(qoscnv_engine, pass, "found %s description %s\n", keyword.data(), traced.c_str());
     qoscnv_delete_text(found, next_line - found);
-    descriptions.edited(found);
+    return true;
 }
 
 void sweep(std::string_view keyword) {
     const std::string header = '\n' + std::string(keyword);
     search_ahead_t descriptions("  description");
+    position stays = nowhere; // the next description, once it is known to stay
     position found = qoscnv_file_start_qossection();
     while ((found = qoscnv_find(header, found)) != nowhere) {
         engine::log(qoscnv_engine, pass, "found %s at byte %d\n", keyword.data(),
                     static_cast<int>(found));
         found += newline_length;
-        remove_next(keyword, descriptions, found);
+        // Of this map, or of a later one.
+        const position next = descriptions.from(found);
+        if (next == stays || next == nowhere)
+            continue;
+        if (remove_below_map(keyword, next))
+            descriptions.edited(next);
+        else
+            stays = next;
     }
 }
 
