@@ -256,10 +256,10 @@ syserr_t qoscnv_alter_existing_policymap(const policymap_elem_t &pmap,
     return alteration(pmap, body_of(header)).run();
 }
 
-syserr_t qoscnv_alter_existing_type_qos_policymap(const char *pmap_name,
+syserr_t qoscnv_alter_existing_type_qos_policymap(const policymap_elem_t &pmap,
                                                   policymap_headers_t &headers) {
     position header = nowhere;
-    const syserr_t status = headers.find(marking::pass, pmap_name, header);
+    const syserr_t status = headers.find(marking::pass, pmap.name, header);
     if (status != 0 || header == nowhere)
         return status;
     return marking(body_of(header)).run();

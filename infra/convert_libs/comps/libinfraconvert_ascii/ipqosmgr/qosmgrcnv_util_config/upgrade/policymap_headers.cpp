@@ -13,20 +13,35 @@ constexpr uint32_t overlap = length(line_start) - 1;
 
 } // namespace
 
-// Where the search for `name` begins: behind the headers that are known not to be of that name.
-position policymap_headers_t::first_to_look_at(position section, std::string_view name) {
-    if (walking && !engine::log_is_on(qoscnv_engine) && !passed_by.contains(name))
-        return next;
+void policymap_headers_t::start_at(position section) {
     walking = true;
+    next = section;
     passed_by.clear();
-    return section;
+    moved = 0;
+    places_known = true;
 }
 
-syserr_t policymap_headers_t::find(const char *pass, std::string_view name, position &header) {
+void policymap_headers_t::pass_by(const std::string &name, position header) {
+    if (passed_by.empty())
+        first_header = header;
+    passed_by.emplace(name, header - moved);
+    next = header + newline_length;
+}
+
+syserr_t policymap_headers_t::find(const char *pass, const std::string &name, position &header) {
     engine::log(qoscnv_engine, pass, "Altering existing policy-map %s to be of type qos ...\n",
-                name.data());
-    position found = first_to_look_at(qoscnv_file_start_qossection(), name);
-    for (; (found = qoscnv_find(line_start, found)) != nowhere; found = next) {
+                name.c_str());
+    const position section = qoscnv_file_start_qossection();
+    if (!walking || engine::log_is_on(qoscnv_engine))
+        start_at(section);
+    if (const auto passed = passed_by.find(name); passed != passed_by.end()) {
+        if (places_known) {
+            header = passed->second + moved;
+            return 0;
+        }
+        start_at(section);
+    }
+    for (position found = next; (found = qoscnv_find(line_start, found)) != nowhere; found = next) {
         engine::log(qoscnv_engine, pass, "found policy-map at byte %d\n", static_cast<int>(found));
         header = found + newline_length;
         const words_t words = scan_words(*qoscnv_engine.text, header, "policy-map type qos %s");
@@ -37,8 +52,7 @@ syserr_t policymap_headers_t::find(const char *pass, std::string_view name, posi
             return engine::failure;
         }
         engine::log(qoscnv_engine, pass, "found policy-map name %s\n", words.word[0].c_str());
-        passed_by.insert(words.word[0]);
-        next = header + newline_length;
+        pass_by(words.word[0], header);
         if (words.word[0] == name)
             return 0;
     }
@@ -54,7 +68,12 @@ void policymap_headers_t::edited(const engine::edit_t &edit) {
         walking = false;
         return;
     }
-    next += edit.inserted - edit.removed;
+    const uint32_t by = edit.inserted - edit.removed;
+    next += by;
+    places_known &= edit.at + edit.removed <= first_header;
+    first_header += by;
+    moved += by;
+    places_known &= qoscnv_engine.text->at(first_header - newline_length) == '\n';
     // A header that came with the edit has not been looked at. One right behind an insertion at a
     // line start has: only its newline is new.
     const position behind = edit.at + edit.inserted;

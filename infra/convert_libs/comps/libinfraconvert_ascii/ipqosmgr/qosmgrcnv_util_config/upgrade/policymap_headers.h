@@ -4,13 +4,14 @@
 //     policy-map type qos p2        found next, without a look at p1
 //
 // The policies come in the order of the text, so each search goes on behind the header found last.
+// A policy whose first header has no body comes later: its header has been passed by.
 #pragma once
 
 #include "ipqosmgr/qosmgrcnv_engine.h"
 
-#include <set>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 class policymap_headers_t final : engine::edit_watcher_t {
   public:
@@ -19,13 +20,20 @@ class policymap_headers_t final : engine::edit_watcher_t {
     // Finds the header line of the type qos policy-map `name` for `pass`: nowhere in `header` when
     // the text has none. Returns 0, or -1 with a message at a header, in front of it, that is not
     // of type qos.
-    syserr_t find(const char *pass, std::string_view name, engine::position &header);
+    syserr_t find(const char *pass, const std::string &name, engine::position &header);
 
   private:
     void edited(const engine::edit_t &edit) override;
-    engine::position first_to_look_at(engine::position section, std::string_view name);
+    void start_at(engine::position section);
+    void pass_by(const std::string &name, engine::position header);
 
+    // What the walk behind `next` builds on: the headers in front of it are of type qos.
     bool walking = false;
-    engine::position next = 0;                    // the headers in front of it are of type qos
-    std::set<std::string, std::less<>> passed_by; // their names
+    engine::position next = 0;
+    // Their names, each with the place of its first header, less what edits in front of all headers
+    // have moved them by. Edits between them leave only the names true.
+    std::unordered_map<std::string, engine::position> passed_by;
+    engine::position first_header = 0;
+    uint32_t moved = 0;
+    bool places_known = false;
 };

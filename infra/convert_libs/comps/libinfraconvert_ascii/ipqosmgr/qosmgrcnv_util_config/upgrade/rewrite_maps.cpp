@@ -50,7 +50,7 @@ syserr_t rewrite_qos_policymap(const policymap_elem_t &pmap, headers_t &headers)
     engine::log(qoscnv_engine, pass,
                 "policy-map %s does not have actions of type queuing or type unified-fabric\n",
                 pmap.name);
-    return report(qoscnv_alter_existing_type_qos_policymap(pmap.name, headers.existing),
+    return report(qoscnv_alter_existing_type_qos_policymap(pmap, headers.existing),
                   "alter existing type qos", pmap);
 }
 

@@ -31,7 +31,7 @@ syserr_t qoscnv_rewrite_maps();
 // keeps them, but for those of the special classes.
 syserr_t qoscnv_alter_existing_policymap(const policymap_elem_t &pmap,
                                          policymap_headers_t &headers);
-syserr_t qoscnv_alter_existing_type_qos_policymap(const char *pmap_name,
+syserr_t qoscnv_alter_existing_type_qos_policymap(const policymap_elem_t &pmap,
                                                   policymap_headers_t &headers);
 
 // "service-policy input p1" to one line for each type that p1 has.
