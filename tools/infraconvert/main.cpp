@@ -1,8 +1,8 @@
 // infraconvert: what a release change does to a saved configuration, and then the change itself.
 
 #include "base/child.h"
-#include "base/diff.h"
 #include "base/errors.h"
+#include "base/lines.h"
 #include "base/messages.h"
 #include "base/suggest.h"
 #include "commands/command.h"

@@ -1,7 +1,6 @@
 #include "audit/audit.h"
 
 #include "audit/checks.h"
-#include "conversion/configuration.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -2,7 +2,7 @@
 // converters: what they overlook must not be overlooked here for the same reason.
 #pragma once
 
-#include "base/diff.h"
+#include "base/lines.h"
 
 #include <string>
 #include <string_view>

@@ -80,18 +80,6 @@ bool is_body(const lines_t &lines, uint32_t first, uint32_t end) {
 
 } // namespace
 
-lines_t split_lines(std::string_view text) {
-    lines_t lines;
-    lines.reserve(static_cast<size_t>(std::count(text.begin(), text.end(), '\n')) + 1);
-    while (!text.empty()) {
-        const size_t newline = text.find('\n');
-        const size_t length = newline == text.npos ? text.size() : newline + 1;
-        lines.push_back(text.substr(0, length));
-        text.remove_prefix(length);
-    }
-    return lines;
-}
-
 std::vector<match_t> common_lines(const lines_t &before, const lines_t &after) {
     const auto shorter = static_cast<uint32_t>(std::min(before.size(), after.size()));
     uint32_t head = 0;

@@ -1,15 +1,12 @@
 // Lines that two texts have in common, and what became of the others.
 #pragma once
 
+#include "base/lines.h"
+
 #include <cstdint>
-#include <string_view>
 #include <vector>
 
 namespace infraconvert {
-
-// The lines of a text, each with its newline; only the last may lack it.
-using lines_t = std::vector<std::string_view>;
-lines_t split_lines(std::string_view text);
 
 // Line `before` of the one text stays as line `after` of the other, both counted from 0.
 struct match_t {

@@ -35,10 +35,6 @@ bool is_shown_as(std::string_view candidate, std::string_view line) {
 
 } // namespace
 
-std::string_view without_newline(std::string_view line) {
-    return line.ends_with('\n') ? line.substr(0, line.size() - 1) : line;
-}
-
 bool configuration_t::starts_stanza(size_t index) const {
     return std::isalpha(static_cast<unsigned char>(lines[index][0])) != 0;
 }

@@ -3,15 +3,13 @@
 // A stanza starts at a line whose first byte is a letter and runs up to the next such line.
 #pragma once
 
-#include "base/diff.h"
+#include "base/lines.h"
 
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace infraconvert {
-
-std::string_view without_newline(std::string_view line);
 
 class configuration_t {
   public:

@@ -1,7 +1,6 @@
 #include "reports/audit_page.h"
 
 #include "base/errors.h"
-#include "conversion/configuration.h"
 #include "reports/findings_json.h"
 #include "reports/mask.h"
 #include "reports/report_page.h"

@@ -1,7 +1,6 @@
 #include "reports/command_json.h"
 
 #include "base/digest.h"
-#include "conversion/configuration.h"
 #include "reports/findings_json.h"
 #include "reports/json_document.h"
 

@@ -1,7 +1,6 @@
 #include "reports/summary.h"
 
 #include "base/messages.h"
-#include "conversion/configuration.h"
 
 namespace infraconvert {
 
