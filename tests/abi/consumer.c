@@ -50,6 +50,7 @@ static void check_releases(void) {
     check_compare("5.0(3)U2(1)", "5.0(3)U1(1)", 0);
     check_compare("4.10(1)", "4.9(1)", 1);
     check_compare("4.1", "4.1(0)", 0);
+    check_compare("4.1(4294967299)", "4.1(4294967298)", 1);
     check_compare("x.-1(+2)", "0.-1(2)", 0);
     check_compare("4.1(300000000011)", "4.1(30000000001)", 0); /* 15 characters count */
     check_compare("4.1(3)", NULL, -2);

@@ -244,9 +244,12 @@ TEST(loading, failures_say_why) {
     EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
     support::write_file(file, "");
     EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
-    // Positions are traced as signed numbers, so five times the file must be one.
-    ASSERT_EQ(truncate(file.c_str(), INT32_MAX / 5 + 1), 0);
-    EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
-    EXPECT_EQ(errno, ENOMEM);
+    // Positions are traced as signed numbers, so five times the file must be one. The last size
+    // would look like a small one in 32 bits.
+    for (const int64_t size : {int64_t{INT32_MAX / 5 + 1}, (int64_t{1} << 32) + 5}) {
+        ASSERT_EQ(truncate(file.c_str(), size), 0);
+        EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
+        EXPECT_EQ(errno, ENOMEM) << size;
+    }
     EXPECT_EQ(satcnv_read_ascii_file(std::string(300, '/').c_str()), failure);
 }

@@ -32,8 +32,9 @@ void redirect(FILE *stream, const std::string &path) {
 } // namespace
 
 extern "C" __attribute__((visibility("default"))) FILE *fopen(const char *path, const char *mode) {
+    // On machines of 32 bits the library calls this one, and "fopen" would be one of long ago.
     static const auto next =
-        reinterpret_cast<FILE *(*)(const char *, const char *)>(dlsym(RTLD_NEXT, "fopen"));
+        reinterpret_cast<FILE *(*)(const char *, const char *)>(dlsym(RTLD_NEXT, "fopen64"));
     if (!path || !is_log(path))
         return next(path, mode);
     if (logs_fail_to_open) {

@@ -66,7 +66,7 @@ void close_debug_log(FILE *log) {
 // between ".", "(" and ")".
 struct numbers_t {
     static constexpr size_t count = 3;
-    long value[count] = {};
+    long long value[count] = {}; // what 15 characters can say fits on every machine
 
     explicit numbers_t(const char *release) {
         constexpr size_t longest = 15;
@@ -74,7 +74,7 @@ struct numbers_t {
         char *rest = nullptr;
         const char *token = strtok_r(text.data(), ".()", &rest);
         for (size_t i = 0; i < count && token; i++, token = strtok_r(nullptr, ".()", &rest))
-            value[i] = strtol(token, nullptr, 10);
+            value[i] = strtoll(token, nullptr, 10);
     }
 };
 

@@ -4,6 +4,7 @@
 #include "engine/replace_file.h"
 
 #include <cerrno>
+#include <cinttypes>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -16,7 +17,7 @@ namespace {
 constexpr const char *configuration_file = "/ascii/system.cfg";
 
 // Positions are also traced as signed numbers of 32 bits.
-constexpr long largest_capacity = INT32_MAX;
+constexpr int64_t largest_capacity = INT32_MAX;
 
 using path_t = char[area_size];
 
@@ -37,10 +38,9 @@ void release_text(engine_t &e) {
 }
 
 // Allocates the room for a file of `size` bytes as the instance's text.
-bool allocate_text(engine_t &e, long size) {
+bool allocate_text(engine_t &e, int64_t size) {
     release_text(e);
-    const bool fits = size <= (largest_capacity - long{e.capacity_extra}) / long{e.capacity_factor};
-    if (!fits)
+    if (size > (largest_capacity - e.capacity_extra) / e.capacity_factor)
         errno = ENOMEM;
     else
         e.text = new (std::nothrow)
@@ -58,7 +58,7 @@ struct closer {
 };
 
 // Reads the whole file into the text that was made for it.
-syserr_t read_text(engine_t &e, const char *file, long size) {
+syserr_t read_text(engine_t &e, const char *file, int64_t size) {
     std::unique_ptr<FILE, closer> stream(fopen(file, "r"));
     if (!stream) {
         log_operation(e, "read_ascii_file", "failed to open %s: %s\n", file, strerror(errno));
@@ -66,8 +66,8 @@ syserr_t read_text(engine_t &e, const char *file, long size) {
     }
     errno = 0; // a file that became shorter sets none
     if (fread(e.text->memory(), static_cast<size_t>(size), 1, stream.get()) != 1) {
-        log_operation(e, "read_ascii_file", "failed to read %ld bytes from %s: %s\n", size, file,
-                      strerror(errno));
+        log_operation(e, "read_ascii_file", "failed to read %" PRId64 " bytes from %s: %s\n", size,
+                      file, strerror(errno));
         return failure;
     }
     e.text->loaded(static_cast<uint32_t>(size));
@@ -156,13 +156,14 @@ syserr_t read_ascii_file(engine_t &e, const char *path) {
     }
     if (e.traces_path)
         log_operation(e, "read_ascii_file", "got file %s\n", file);
-    const long size = status.st_size;
+    const int64_t size = status.st_size; // wider than a long, where that has 32 bits
     if (size <= 0) {
-        log_operation(e, "read_ascii_file", "file size for %s unexpectedly %ld\n", file, size);
+        log_operation(e, "read_ascii_file", "file size for %s unexpectedly %" PRId64 "\n", file,
+                      size);
         return failure;
     }
     if (e.traces_size)
-        log_operation(e, "read_ascii_file", "file size %ld\n", size);
+        log_operation(e, "read_ascii_file", "file size %" PRId64 "\n", size);
     if (!allocate_text(e, size)) {
         log_operation(e, "read_ascii_file", "failed to allocate memory for file %s: %s\n", file,
                       strerror(errno));

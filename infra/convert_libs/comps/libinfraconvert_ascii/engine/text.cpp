@@ -8,6 +8,16 @@
 
 namespace engine {
 
+namespace {
+
+// `length` bytes further than `at`, but not beyond `limit`. Never forms the sum of both, which 32
+// bits need not hold.
+position further(position at, size_t length, position limit) {
+    return at < limit ? at + static_cast<position>(std::min<size_t>(length, limit - at)) : limit;
+}
+
+} // namespace
+
 text_t::text_t(uint32_t file_size, uint32_t capacity, uint32_t piece_length)
     : memory_of_file(new (std::nothrow) char[file_size]), most(capacity),
       short_length(piece_length) {}
@@ -89,8 +99,7 @@ size_t text_t::find_in(std::string_view bytes, std::string_view wanted) {
 position text_t::find(std::string_view wanted, position from, position before) const {
     if (from >= marker || before <= from)
         return nowhere;
-    const auto reach =
-        static_cast<position>(std::min<size_t>(end(from), size_t{before} - 1 + wanted.size()));
+    const position reach = further(before - 1, wanted.size(), end(from));
     while (from < reach) {
         const std::string_view bytes = run(from, reach);
         const size_t hit = find_in(bytes, wanted);
@@ -107,13 +116,12 @@ position text_t::find(std::string_view wanted, position from, position before) c
 
 // First `wanted` in [first, before) that begins in front of `seam` and ends behind it.
 position text_t::find_over_seam(std::string_view wanted, position seam, position first,
-                                size_t before) const {
+                                position before) const {
     const auto overlap = static_cast<position>(wanted.size() - 1);
     if (overlap == 0 || seam >= before)
         return nowhere;
     const position from = seam - std::min(overlap, seam - first);
-    const auto length = static_cast<uint32_t>(std::min<size_t>(before, size_t{seam} + overlap));
-    const size_t hit = copy(from, length - from).find(wanted);
+    const size_t hit = copy(from, further(seam, overlap, before) - from).find(wanted);
     return hit == wanted.npos ? nowhere : from + static_cast<position>(hit);
 }
 
@@ -131,7 +139,7 @@ position text_t::newline_before(position before, position first) const {
 
 std::string text_t::copy(position from, uint32_t length) const {
     std::string bytes;
-    const position behind = from < marker ? from + std::min(length, marker - from) : from;
+    const position behind = further(from, length, std::max(from, marker));
     for (std::string_view part; !(part = run(from, behind)).empty();) {
         bytes += part;
         from += static_cast<position>(part.size());
@@ -143,8 +151,7 @@ std::string text_t::line(position from, uint32_t length) const {
     if (from > marker)
         return {};
     const position last = end(from);
-    const position before = from + std::min(length, last - from);
-    const position newline = find_byte('\n', from, before);
+    const position newline = find_byte('\n', from, further(from, length, last));
     std::string bytes = copy(from, newline - from);
     if (newline == marker && bytes.size() < length)
         bytes += end_marker;
@@ -251,7 +258,7 @@ void text_t::erase(position from, uint32_t length) {
 }
 
 bool text_t::has_room(position at, uint32_t length) const {
-    return at <= marker && size_t{marker} + length + 2 <= most;
+    return at <= marker && uint64_t{marker} + length + 2 <= most;
 }
 
 void text_t::insert_in_piece(position at, std::string_view inserted) {

@@ -113,7 +113,7 @@ class text_t {
     static size_t find_in(std::string_view bytes, std::string_view wanted);
     position find_byte(char wanted, position from, position before) const;
     position find_over_seam(std::string_view wanted, position seam, position first,
-                            size_t before) const;
+                            position before) const;
 
     void count_from_other_side(size_t piece) {
         pieces[piece].distance = marker - pieces[piece].distance;
