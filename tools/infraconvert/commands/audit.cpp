@@ -5,7 +5,6 @@
 #include "commands/common.h"
 #include "reports/audit_page.h"
 #include "reports/formats.h"
-#include "reports/mask.h"
 #include "window/fleet.h"
 
 #include <algorithm>
@@ -38,6 +37,7 @@ fleet_t fleet_of(const audit_options_t &options) {
     if (fleet.files.empty())
         throw usage_error("no configuration stands below the directories");
     fleet.jobs = options.jobs;
+    fleet.mask = options.mask;
     if (!options.report.empty())
         fleet.describe = [&options](const audited_t &audited, const converted_t &conversion) {
             return report_details(audited, conversion, options.mask);
@@ -51,11 +51,6 @@ fleet_t fleet_of(const audit_options_t &options) {
                           (done == total ? "\r\x1b[K" : ""));
         };
     return fleet;
-}
-
-void mask_all(std::vector<audited_t> &results) {
-    for (audited_t &audited : results)
-        mask_findings(audited.findings);
 }
 
 std::vector<std::string> format_names() {
@@ -89,8 +84,6 @@ int status_of(const std::vector<audited_t> &results) {
 int run(const audit_options_t &options) {
     const fleet_t fleet = fleet_of(options);
     std::vector<audited_t> results = audit_all(fleet);
-    if (options.mask)
-        mask_all(results);
     const fleet_summary_t summary = {fleet.request.releases, results};
     write_output(in_format(options.json ? "json" : options.format, summary));
     message_lines(summary.table());

@@ -1,7 +1,6 @@
 #include "conversion/conversion.h"
 
 #include "base/errors.h"
-#include "base/secrets.h"
 #include "conversion/history.h"
 #include "conversion/installer_call.h"
 #include "conversion/logs.h"
@@ -74,13 +73,34 @@ std::string converted_t::rule_of(const script_line_t &line) const {
     return line.step < 0 ? "-" : steps[static_cast<size_t>(line.step)].routing.ids();
 }
 
+namespace {
+
+// Takes the logs along that the request asks for. `last` is the text that they end with, also when
+// it does not count.
+void take_logs(const fs::path &directory, const conversion_request_t &request,
+               const std::string &last, converted_t &conversion) {
+    mask_t mask;
+    if (request.mask_logs) {
+        mask = mask_of(conversion);
+        mask.learn(last);
+    }
+    const mask_t *used = request.mask_logs ? &mask : nullptr;
+    if (request.wants_logs)
+        conversion.logs = readable_logs(directory, used);
+    if (!request.log_directory.empty())
+        keep_logs(directory, request.log_directory, used);
+}
+
+} // namespace
+
 converted_t run_conversion(const conversion_request_t &request) {
     converted_t conversion = {.releases = request.releases,
                               .original = request.text,
                               .result = request.text,
                               .steps = {},
                               .script = {},
-                              .logs = {}};
+                              .logs = {},
+                              .masked = false};
     workplace_t workplace(request);
     history_t history(request.text);
     shared_text_t text = request.text;
@@ -93,13 +113,15 @@ converted_t run_conversion(const conversion_request_t &request) {
     if (counts)
         conversion.result = text;
     conversion.script = counts ? history.script() : history_t(request.text).script();
-    if (request.wants_logs)
-        conversion.logs = readable_logs(workplace.logs());
-    if (request.mask_logs)
-        conversion.logs = masked_lines(conversion.logs);
-    if (!request.log_directory.empty())
-        keep_logs(workplace.logs(), request.log_directory, request.mask_logs);
+    take_logs(workplace.logs(), request, *text, conversion);
     return conversion;
+}
+
+mask_t mask_of(const converted_t &conversion) {
+    mask_t mask;
+    mask.learn(*conversion.original);
+    mask.learn(*conversion.result);
+    return mask;
 }
 
 } // namespace infraconvert

@@ -6,6 +6,7 @@
 #include "base/files.h"
 #include "conversion/reasons.h"
 #include "conversion/services.h"
+#include "secrets/mask.h"
 
 #include <optional>
 #include <string>
@@ -42,6 +43,8 @@ struct converted_t {
     script_t script;  // from the original to the result
     std::string logs; // for people to read, when wanted
 
+    bool masked = false; // as they are shown, not as they are
+
     bool failed() const;
     bool changes() const { return *original != *result; }
     // The rule that a script line owes its change to; "-" when no rule's step is known.
@@ -51,5 +54,8 @@ struct converted_t {
 // Runs the conversion. What a converter cannot do is a failure in its step. Throws run_error when
 // the machine does not allow it, and usage_error when the logs cannot be kept.
 converted_t run_conversion(const conversion_request_t &request);
+
+// What may be told about the conversion.
+mask_t mask_of(const converted_t &conversion);
 
 } // namespace infraconvert

@@ -2,7 +2,6 @@
 
 #include "base/errors.h"
 #include "base/files.h"
-#include "base/secrets.h"
 
 #include <algorithm>
 #include <vector>
@@ -32,6 +31,12 @@ std::string folded(const std::string &log) {
            log.substr(std::min(end, log.size()));
 }
 
+// The log for people to read.
+std::string shown_log(const fs::path &log, const mask_t *mask) {
+    const std::string text = folded(read_log(log));
+    return mask ? mask->logs(text) : text;
+}
+
 std::vector<fs::path> logs_in(const fs::path &directory) {
     std::vector<fs::path> logs;
     for (const auto &entry : fs::directory_iterator(directory)) {
@@ -49,21 +54,21 @@ std::string read_log(const fs::path &file) {
     return fs::exists(file, ignored) ? read_file(file) : "";
 }
 
-std::string readable_logs(const fs::path &directory) {
+std::string readable_logs(const fs::path &directory, const mask_t *mask) {
     std::string text;
     for (const fs::path &log : logs_in(directory)) {
-        text += "==> " + log.filename().string() + " <==\n" + folded(read_log(log));
+        text += "==> " + log.filename().string() + " <==\n" + shown_log(log, mask);
         if (!text.ends_with('\n'))
             text += '\n';
     }
     return text;
 }
 
-void keep_logs(const fs::path &directory, const fs::path &destination, bool mask) try {
+void keep_logs(const fs::path &directory, const fs::path &destination, const mask_t *mask) try {
     fs::create_directories(destination);
     for (const fs::path &log : logs_in(directory)) {
         if (mask)
-            write_plainly(log, masked_lines(folded(read_log(log))));
+            write_plainly(log, shown_log(log, mask));
         fs::copy_file(log, destination / log.filename(), fs::copy_options::overwrite_existing);
     }
 } catch (const fs::filesystem_error &e) {

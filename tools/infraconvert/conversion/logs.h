@@ -1,6 +1,8 @@
 // The converters' logs of one conversion, read back from the directory in which they landed.
 #pragma once
 
+#include "secrets/mask.h"
+
 #include <filesystem>
 #include <string>
 
@@ -10,13 +12,13 @@ namespace infraconvert {
 std::string read_log(const std::filesystem::path &file);
 
 // All logs of the directory, each under its name. A converter that logs the saved text byte by byte
-// gets one line for it.
-std::string readable_logs(const std::filesystem::path &directory);
+// gets one line for it. With a mask, only what it lets show.
+std::string readable_logs(const std::filesystem::path &directory, const mask_t *mask);
 
 // Copies all logs of the directory to `destination`, which is made when missing: complete, or with
-// secrets masked and then without what shows the saved text byte by byte. Throws usage_error when
-// that fails.
+// a mask what it lets show, and then without what shows the saved text byte by byte. Throws
+// usage_error when that fails.
 void keep_logs(const std::filesystem::path &directory, const std::filesystem::path &destination,
-               bool mask);
+               const mask_t *mask);
 
 } // namespace infraconvert

@@ -61,7 +61,11 @@ json steps_json(const converted_t &conversion) {
     return steps;
 }
 
-json text_json(const std::string &text) {
+// Nothing of the exact text where its secrets are masked: with everything else of it at hand, a
+// size tells how long they are, and a digest whether a guess is right.
+json text_json(const std::string &text, bool masked) {
+    if (masked)
+        return {{"size", nullptr}, {"sha256", nullptr}};
     return {{"size", text.size()}, {"sha256", sha256(text)}};
 }
 
@@ -96,8 +100,8 @@ json conversion_json(const json_conversion_t &conversion) {
             {"to", exact.releases.to},
             {"failed", exact.failed()},
             {"changed", exact.changes()},
-            {"input", text_json(*exact.original)},
-            {"result", text_json(*exact.result)},
+            {"input", text_json(*exact.original, conversion.shown.masked)},
+            {"result", text_json(*exact.result, conversion.shown.masked)},
             {"services", steps_json(conversion.shown)},
             {"changes", changes_json(conversion.shown)}};
 }

@@ -1,11 +1,11 @@
 #include "reports/conversion_findings.h"
 
 #include "audit/audit.h"
+#include "audit/masked_findings.h"
 #include "base/errors.h"
 #include "base/messages.h"
 #include "base/suggest.h"
 #include "reports/findings_text.h"
-#include "reports/mask.h"
 
 #include <algorithm>
 #include <set>
@@ -17,7 +17,7 @@ std::vector<finding_t> findings_of(const converted_t &conversion, bool mask) {
     std::erase_if(findings,
                   [](const finding_t &f) { return f.kind == &finding_code_t("IC090").kind(); });
     if (mask)
-        mask_findings(findings);
+        mask_findings(findings, conversion);
     return findings;
 }
 

@@ -1,31 +1,23 @@
 #include "reports/mask.h"
 
-#include "base/secrets.h"
+#include "secrets/masked_text.h"
 
 namespace infraconvert {
 
 converted_t shown_conversion(converted_t conversion, bool mask) {
     if (!mask)
         return conversion;
-    conversion.original = std::make_shared<const std::string>(masked_lines(*conversion.original));
-    conversion.result = std::make_shared<const std::string>(masked_lines(*conversion.result));
+    const mask_t told = mask_of(conversion);
+    conversion.original = std::make_shared<const std::string>(masked_text(*conversion.original));
+    conversion.result = std::make_shared<const std::string>(masked_text(*conversion.result));
+    conversion.masked = true;
     for (step_t &step : conversion.steps) {
         if (!step.failure)
             continue;
-        step.failure->reason = masked(step.failure->reason);
-        step.failure->log_line = masked(step.failure->log_line);
+        step.failure->reason = told.message(step.failure->reason);
+        step.failure->log_line = told.logs(step.failure->log_line);
     }
     return conversion;
-}
-
-void mask_findings(std::vector<finding_t> &findings) {
-    for (finding_t &finding : findings) {
-        finding.detail = masked(finding.detail);
-        for (auto *lines : {&finding.before, &finding.after}) {
-            for (evidence_t &line : *lines)
-                line.text = masked(line.text);
-        }
-    }
 }
 
 } // namespace infraconvert

@@ -1,6 +1,7 @@
 #include "window/fleet.h"
 
 #include "audit/audit.h"
+#include "audit/masked_findings.h"
 #include "base/errors.h"
 
 #include <algorithm>
@@ -26,6 +27,8 @@ void look_at(const fleet_t &fleet, audited_t &audited) try {
             audited.services.emplace_back(step.service->name);
     }
     audited.findings = audit(conversion, true);
+    if (fleet.mask)
+        mask_findings(audited.findings, conversion);
     if (fleet.describe)
         audited.details = fleet.describe(audited, conversion);
 } catch (const command_error &e) {

@@ -29,6 +29,7 @@ struct fleet_t {
     std::vector<std::string> files;
     conversion_request_t request; // its text is each file's in turn
     size_t jobs = 1;
+    bool mask = false; // secrets in the findings
     // Makes the details of a configuration out of its conversion; called by several threads.
     std::function<std::string(const audited_t &, const converted_t &)> describe;
     // Told how many are done; called by one thread at a time.

@@ -1,0 +1,15 @@
+// Findings as they are shown with the secrets in them masked.
+#pragma once
+
+#include "audit/findings.h"
+#include "conversion/conversion.h"
+
+#include <vector>
+
+namespace infraconvert {
+
+// Masks the findings of this conversion, which must be as they were found: lines by their numbers
+// in the original and in the result, and what is told about them.
+void mask_findings(std::vector<finding_t> &findings, const converted_t &conversion);
+
+} // namespace infraconvert
