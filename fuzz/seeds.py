@@ -41,6 +41,19 @@ def engine_seeds(directory):
             file.write(text + b"\x01" + bytes([number]) + operations)
 
 
+def mask_seeds(directory):
+    """Secrets that look like harmless values, each in a few entries of the lists."""
+    secrets = [b"Zq7topXsecret", b"73915284", b"Ethernet7/77", b"10.66.77.88", b"2001:db8::77",
+               b"20:01:00:05:9b:aa:bb:cc", b"0011.2233.aabb", b"4.1(3)", b"10-12,20", b"0x640000",
+               b"255.255.255.0", b"class-voice", b"x_y()", b"'a'", b"a,b", b"--->"]
+    os.makedirs(f"{directory}/mask", exist_ok=True)
+    for number, secret in enumerate(secrets):
+        for first in range(0, 800, 80):
+            entries = b"".join(n.to_bytes(2, "big") for n in range(first, first + 80, 20))
+            with open(f"{directory}/mask/secret-{number}-{first}", "wb") as file:
+                file.write(b"\x03" + entries + secret)
+
+
 def keywords(directory):
     found = set()
     library = f"{root}/infra/convert_libs/comps/libinfraconvert_ascii"
@@ -59,6 +72,7 @@ def main():
     os.makedirs(directory, exist_ok=True)
     golden_seeds(directory)
     engine_seeds(directory)
+    mask_seeds(directory)
     keywords(directory)
 
 

@@ -68,15 +68,6 @@ size_t offset_of(std::string_view text, std::string_view part) {
     return static_cast<size_t>(part.data() - text.data());
 }
 
-// Where a secret ends that begins with the word at `start`.
-size_t end_of_secret(std::string_view text, size_t start, bool with_lists) {
-    const std::string_view before = text.substr(0, start);
-    const bool quoted = std::count(before.begin(), before.end(), '"') % 2 == 1;
-    if (quoted && text.rfind('"') > start)
-        return text.rfind('"');
-    return with_lists && !quoted ? std::min(text.find(", ", start), text.size()) : text.size();
-}
-
 // True for a number that tells where in the configuration something stands, or how long it is.
 bool counts_bytes(std::string_view before, std::string_view number) {
     constexpr std::string_view announcements[] = {
@@ -124,11 +115,14 @@ void mask_t::learn(std::string_view configuration) {
 // Converters log whole lines, and one of them what follows "vlan" in any line.
 void mask_t::learn_line(std::string_view line, std::span<const std::string_view> words,
                         size_t count) {
+    constexpr size_t longest_of_interest = 4096;
     if (count == words.size())
         return;
     for (size_t i = 0; i < words.size(); i++) {
         const std::string_view rest = line.substr(offset_of(line, words[i]));
-        if (i == 0 || words[i].ends_with("vlan"))
+        const bool logged =
+            i == 0 || (words[i].ends_with("vlan") && line.size() <= longest_of_interest);
+        if (logged && i + 1 < words.size())
             lines.emplace(rest, i < count ? offset_of(rest, words[count]) : 0);
     }
 }
@@ -151,38 +145,84 @@ bool mask_t::shows(std::string_view word) const {
            (core.empty() || is_small_value(core));
 }
 
-std::string mask_t::told(std::string_view text, kind_t kind) const {
-    std::string result;
-    std::string_view before; // the word in front
-    size_t done = 0;
-    const auto hide = [&](size_t start, size_t end) {
+// One text on its way to what is told of it.
+class mask_t::teller_t {
+  public:
+    teller_t(const mask_t &m, std::string_view t, kind_t k) : mask(m), text(t), kind(k) {}
+
+    std::string told() {
+        size_t number = 0;
+        for (const std::string_view word : words_of(text)) {
+            if (offset_of(text, word) >= done)
+                tell(word, number++);
+            before = core_of(word);
+        }
+        return result.append(text.substr(done));
+    }
+
+  private:
+    void tell(std::string_view word, size_t number) {
+        const size_t start = offset_of(text, word);
+        const std::string_view core = core_of(word);
+        if (hide_line(start, number) || (!core.empty() && hide_line(offset_of(text, core), number)))
+            return;
+        if (kind == kind_t::log && counts_bytes(before, core))
+            hide(start, start + word.size());
+        else if (!mask.shows(word))
+            hide_from(start + word.starts_with('"'));
+    }
+
+    // Hides what does not show of a line of a configuration, if one starts here.
+    bool hide_line(size_t start, size_t number) {
+        constexpr size_t words_in_front = 8;
+        if (number >= words_in_front && text[start] != '"' &&
+            (start == 0 || text[start - 1] != '"'))
+            return false;
+        const masked_line_t line = mask.line_at(text, start);
+        if (line.size > 0)
+            hide(start + line.visible, start + line.size);
+        return line.size > 0;
+    }
+
+    void hide_from(size_t start) { hide(start, end_of_secret(start)); }
+
+    void hide(size_t start, size_t end) {
         result += text.substr(done, start - done);
         add_mark(result);
         done = end;
-    };
-    for (const std::string_view word : words_of(text)) {
-        const std::string_view core = core_of(word).empty() ? word : core_of(word);
-        const size_t at = offset_of(text, core);
-        if (at < done)
-            continue;
-        if (const masked_line_t line = line_at(text, at); line.size > 0)
-            hide(at + line.visible, at + line.size);
-        else if (kind == kind_t::log && counts_bytes(before, core))
-            hide(at, at + core.size());
-        else if (!shows(word))
-            hide(at, end_of_secret(text, at, kind == kind_t::message));
-        before = core;
     }
-    return result.append(text.substr(done));
-}
 
-std::string mask_t::message(std::string_view text) const { return told(text, kind_t::message); }
+    // Where a secret ends that begins at `start`.
+    size_t end_of_secret(size_t start) {
+        for (; counted < start; counted++)
+            quoted ^= text[counted] == '"';
+        if (quoted && last_quote != text.npos && last_quote > start)
+            return last_quote;
+        return kind == kind_t::message && !quoted ? std::min(text.find(", ", start), text.size())
+                                                  : text.size();
+    }
+
+    const mask_t &mask;
+    const std::string_view text;
+    const kind_t kind;
+    const size_t last_quote = text.rfind('"');
+    std::string result;
+    std::string_view before; // the word in front
+    size_t done = 0;
+    size_t counted = 0;  // quotes are counted up to here
+    bool quoted = false; // that is between quotes
+};
+
+std::string mask_t::message(std::string_view text) const {
+    return teller_t(*this, text, kind_t::message).told();
+}
 
 std::string mask_t::logs(std::string_view text) const {
     std::string result;
     for (const std::string_view line : split_lines(text)) {
         const bool whole = line.ends_with('\n');
-        result += told(whole ? line.substr(0, line.size() - 1) : line, kind_t::log);
+        const std::string_view bare = whole ? line.substr(0, line.size() - 1) : line;
+        result += teller_t(*this, bare, kind_t::log).told();
         result += whole ? "\n" : "";
     }
     return result;

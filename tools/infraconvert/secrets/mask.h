@@ -26,7 +26,7 @@ class mask_t {
 
   private:
     enum class kind_t { message, log };
-    std::string told(std::string_view text, kind_t kind) const;
+    class teller_t;
     void learn_line(std::string_view line, std::span<const std::string_view> words, size_t count);
     struct masked_line_t {
         size_t size = 0, visible = 0;
