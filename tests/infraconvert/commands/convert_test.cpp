@@ -132,9 +132,9 @@ TEST_F(convert_test, reports_what_it_cannot_write) {
     EXPECT_EQ(full.status, 6);
     EXPECT_TRUE(contains(full.err, "infraconvert: cannot write /dev/full: No space left"));
     const auto nowhere = here.run(convert({"-o", "no/new.cfg", "switch.cfg"}));
-    EXPECT_EQ(nowhere.status, 6);
-    EXPECT_TRUE(contains(nowhere.err, "no/new.cfg: No such file"));
-    EXPECT_EQ(here.run(convert({"--backup=/no/x", "switch.cfg"})).status, 6);
+    EXPECT_EQ(nowhere.status, 2);
+    EXPECT_TRUE(contains(nowhere.err, "no/new.cfg: there is no such folder"));
+    EXPECT_EQ(here.run(convert({"--backup=/no/x", "switch.cfg"})).status, 2);
     here.output_file = "/dev/full";
     EXPECT_EQ(here.run(convert({"-o", "-", "switch.cfg"})).status, 6);
     EXPECT_EQ(here.run(convert({"-o", "new.cfg", "--json", "switch.cfg"})).status, 0)

@@ -1,6 +1,7 @@
 #include "base/files.h"
 
 #include "base/errors.h"
+#include "engine/file.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -19,15 +20,13 @@ std::string system_error(const std::string &path) { return path + ": " + strerro
 
 std::string read_descriptor(int descriptor, const std::string &name) {
     std::string bytes;
-    char block[1 << 16];
-    for (;;) {
-        const ssize_t count = read(descriptor, block, sizeof block);
-        if (count == 0)
-            return bytes;
-        if (count < 0 && errno != EINTR)
-            throw input_error(system_error(name));
-        bytes.append(block, count > 0 ? static_cast<size_t>(count) : 0);
-    }
+    const bool complete = engine::read_all(descriptor, [&](std::string_view block) {
+        bytes += block;
+        return true;
+    });
+    if (!complete)
+        throw input_error(system_error(name));
+    return bytes;
 }
 
 // "line 12, column 3 (byte 345)", the first two counted from 1 as editors do.
@@ -62,12 +61,19 @@ std::filesystem::path make_private_directory() {
 } // namespace
 
 std::string read_file(const std::string &path) {
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0)
+    const engine::file_t file = engine::open_at(AT_FDCWD, path.c_str(), O_RDONLY);
+    if (!file.is_open())
         throw input_error(system_error(path));
-    const std::unique_ptr<const int, void (*)(const int *)> closer(&descriptor,
-                                                                   [](const int *d) { close(*d); });
-    return read_descriptor(descriptor, path);
+    return read_descriptor(file.descriptor(), path);
+}
+
+bool holds(int descriptor, std::string_view bytes) {
+    const bool equal = engine::read_all(descriptor, [&](std::string_view block) {
+        const bool same = bytes.starts_with(block);
+        bytes.remove_prefix(same ? block.size() : 0);
+        return same;
+    });
+    return equal && bytes.empty();
 }
 
 std::string configuration_file(const std::string &path) {

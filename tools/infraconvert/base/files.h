@@ -20,6 +20,9 @@ constexpr const char *configuration_in_directory = "ascii/system.cfg";
 // The bytes of a file. Throws input_error, naming the file, when it cannot be read.
 std::string read_file(const std::string &path);
 
+// True when what there is to read of an open file is exactly these bytes.
+bool holds(int descriptor, std::string_view bytes);
+
 // The file that the user means with `path`: itself, or for a directory its ascii/system.cfg.
 std::string configuration_file(const std::string &path);
 

@@ -83,12 +83,17 @@ int status_of(const std::vector<audited_t> &results) {
 
 int run(const audit_options_t &options) {
     const fleet_t fleet = fleet_of(options);
+    outputs_t outputs;
+    for (const std::string &file : fleet.files)
+        outputs.made_from(file);
+    if (!options.report.empty())
+        outputs.expect("--report", options.report);
     std::vector<audited_t> results = audit_all(fleet);
     const fleet_summary_t summary = {fleet.request.releases, results};
+    if (!options.report.empty())
+        outputs.write(options.report, report_page(summary));
     write_output(in_format(options.json ? "json" : options.format, summary));
     message_lines(summary.table());
-    if (!options.report.empty())
-        write_report(options.report, summary);
     return status_of(results);
 }
 
@@ -105,7 +110,8 @@ std::function<int()> declare(CLI::App &arguments) {
     arguments
         .add_option("--report", options->report,
                     "Also write a page with findings and differences, for a browser")
-        ->type_name("FILE.html");
+        ->type_name("FILE.html")
+        ->check(not_empty);
     declare_mask(arguments, options->mask);
     arguments
         .add_option("-j,--jobs", options->jobs, "Configurations that are converted at a time [1]")
@@ -115,7 +121,8 @@ std::function<int()> declare(CLI::App &arguments) {
         .add_option("PATH", options->paths,
                     "Configurations, and directories: one that holds ascii/system.cfg stands for "
                     "it, any other for all files below it")
-        ->type_name("");
+        ->type_name("")
+        ->check(not_empty);
     return [options] { return run(*options); };
 }
 

@@ -5,6 +5,9 @@
 
 namespace infraconvert {
 
+const CLI::Validator
+    not_empty([](const std::string &text) { return text.empty() ? "the name is empty" : ""; }, "");
+
 void declare_releases(CLI::App &arguments, release_pair_t &releases) {
     arguments.add_option("--from", releases.from, "Release that wrote the configuration")
         ->type_name("RELEASE");
@@ -26,7 +29,8 @@ void declare_path(CLI::App &arguments, std::string &path) {
     arguments
         .add_option("PATH", path,
                     "Configuration, directory that holds ascii/system.cfg, or - for standard input")
-        ->type_name("");
+        ->type_name("")
+        ->check(not_empty);
 }
 
 void declare_json(CLI::App &arguments, bool &json) {
@@ -36,7 +40,8 @@ void declare_json(CLI::App &arguments, bool &json) {
 void declare_logs(CLI::App &arguments, bool &log, std::string &log_dir) {
     arguments.add_flag("--log", log, "Show the converters' logs on standard error");
     arguments.add_option("--log-dir", log_dir, "Keep the converters' logs in this directory")
-        ->type_name("DIR");
+        ->type_name("DIR")
+        ->check(not_empty);
 }
 
 void declare_mask(CLI::App &arguments, bool &mask) {
@@ -57,15 +62,19 @@ job_t read_job(const job_options_t &options) {
     if (options.path.empty())
         throw usage_error("missing PATH of the configuration");
     const std::string file = configuration_file(options.path);
+    const auto outputs = std::make_shared<outputs_t>();
+    outputs->made_from(file);
     const shared_text_t text = read_configuration(file);
     compare_with_version_line(*text, releases.from);
     return {.file = file,
+            .outputs = outputs,
             .request = {.text = text,
                         .releases = releases,
                         .services = chosen,
                         .keep_going = options.keep_going,
                         .wants_logs = options.log,
                         .log_directory = options.log_dir,
+                        .outputs = outputs,
                         .mask_logs = options.mask}};
 }
 

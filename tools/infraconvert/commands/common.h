@@ -8,6 +8,9 @@
 
 namespace infraconvert {
 
+// For options whose text must not be empty, such as the names of files.
+extern const CLI::Validator not_empty;
+
 // Arguments that commands share, each read into the option that is given.
 void declare_releases(CLI::App &arguments, release_pair_t &releases);
 void declare_services(CLI::App &arguments, std::vector<std::string> &services);
@@ -32,6 +35,7 @@ struct job_options_t {
 // What the options ask to convert, read and checked.
 struct job_t {
     std::string file; // or standard_stream
+    std::shared_ptr<outputs_t> outputs;
     conversion_request_t request;
 };
 job_t read_job(const job_options_t &options);

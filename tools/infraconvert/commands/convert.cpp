@@ -1,21 +1,20 @@
 // convert: the conversion that preview shows, applied. All or nothing.
 
 #include "base/errors.h"
+#include "base/locked_file.h"
 #include "base/messages.h"
+#include "base/quoting.h"
 #include "commands/backup.h"
 #include "commands/common.h"
-#include "engine/replace_file.h"
 #include "reports/command_json.h"
 #include "reports/conversion_findings.h"
 #include "reports/mask.h"
 #include "reports/summary.h"
 #include "window/plan_file.h"
 
-#include <cerrno>
-#include <cstring>
+#include <csignal>
 #include <memory>
 #include <optional>
-#include <sys/stat.h>
 
 namespace infraconvert {
 
@@ -37,6 +36,7 @@ struct task_t {
     std::string destination; // a file or standard_stream
     std::string backup;      // empty: none
     bool keep_going;
+    std::shared_ptr<locked_file_t> lock; // of a file that is converted in place
 
     bool in_place() const { return destination == job.file && destination != standard_stream; }
 };
@@ -67,6 +67,17 @@ void check_combination(const convert_options_t &options, const task_t &task) {
         throw usage_error("--backup goes with a conversion in place only");
 }
 
+void expect_outputs(const convert_options_t &options, const task_t &task) {
+    if (!options.plan.empty())
+        task.job.outputs->reads(options.plan);
+    if (!task.in_place() && task.destination != standard_stream)
+        task.job.outputs->expect("--output", task.destination);
+    if (task.backup.empty())
+        return;
+    task.job.outputs->expect("--backup", task.backup);
+    refuse_other_backup(task.backup, *task.job.request.text);
+}
+
 task_t task_of(const convert_options_t &given) {
     const bool chooses = !given.releases.from.empty() || !given.releases.to.empty() ||
                          !given.services.empty() || given.keep_going;
@@ -80,54 +91,40 @@ task_t task_of(const convert_options_t &given) {
     task.job.file = configuration_file(options.path);
     task.destination = destination_of(options, task.job.file);
     check_combination(options, task);
-    if (!options.backup_suffix.empty()) {
-        task.backup = task.job.file + options.backup_suffix;
-        refuse_existing_backup(task.backup);
-    }
+    if (task.in_place() && !options.path.empty())
+        task.lock = std::make_shared<locked_file_t>(task.job.file);
     task.job = read_job(options);
+    if (!options.backup_suffix.empty())
+        task.backup = task.job.file + options.backup_suffix;
+    expect_outputs(options, task);
     return task;
 }
 
-void replace(const std::string &file, std::string_view bytes) {
-    engine::replace_file_t replacement;
-    if (!replacement.begin(file.c_str()) || !replacement.write(bytes) || !replacement.commit())
-        throw run_error("cannot write " + file + ": " + strerror(errno));
+// Up to the first byte of the commit others are looked out for; from then on nobody who stops
+// reading the messages keeps the command from telling how it ended.
+void convert_in_place(const task_t &task, const converted_t &conversion) {
+    const auto commit = [&] {
+        task.lock->look_again(*conversion.original);
+        if (!task.backup.empty()) {
+            make_backup(task.lock->descriptor(), *conversion.original, task.backup);
+            task.lock->look_again(*conversion.original);
+        }
+        signal(SIGPIPE, SIG_IGN);
+        return true;
+    };
+    write_whole(task.job.file, *conversion.result, {.before_first_byte = commit});
 }
-
-// While it lives, a new file gets no right that `file` does not give: a configuration holds
-// secrets.
-class narrowed_rights_t {
-  public:
-    explicit narrowed_rights_t(const std::string &file) : before(umask(0)) {
-        struct stat status = {};
-        const bool known = file != standard_stream && stat(file.c_str(), &status) == 0;
-        umask(before | (known ? ~status.st_mode & 0777 : 0));
-    }
-    narrowed_rights_t(const narrowed_rights_t &) = delete;
-    narrowed_rights_t &operator=(const narrowed_rights_t &) = delete;
-    ~narrowed_rights_t() { umask(before); }
-
-  private:
-    const mode_t before;
-};
 
 // Writes the result where it belongs. Returns false when there was nothing to write.
 bool write_result(const task_t &task, const converted_t &conversion) {
-    if (task.destination == standard_stream) {
+    if (task.in_place() && !conversion.changes())
+        return false;
+    if (task.destination == standard_stream)
         write_output(*conversion.result);
-        return true;
-    }
-    if (task.in_place()) {
-        if (!conversion.changes())
-            return false;
-        if (read_file(task.job.file) != *conversion.original)
-            throw run_error(task.job.file +
-                            " has changed during the conversion; nothing is written");
-        if (!task.backup.empty())
-            make_backup(task.job.file, *conversion.original, task.backup);
-    }
-    const narrowed_rights_t rights(task.job.file);
-    replace(task.destination, *conversion.result);
+    else if (task.in_place())
+        convert_in_place(task, conversion);
+    else
+        task.job.outputs->write(task.destination, *conversion.result);
     return true;
 }
 
@@ -139,9 +136,10 @@ std::string outcome(const task_t &task, const converted_t &conversion, bool usab
         return "nothing changes; the file is untouched";
     if (task.in_place())
         return "converted" +
-               (task.backup.empty() ? "" : "; the original is kept in " + task.backup);
+               (task.backup.empty() ? "" : "; the original is kept in " + quoted_name(task.backup));
     return std::string(conversion.changes() ? "converted" : "unchanged") + ", written to " +
-           (task.destination == standard_stream ? "standard output" : task.destination);
+           (task.destination == standard_stream ? "standard output"
+                                                : quoted_name(task.destination));
 }
 
 std::string refusal(const std::string &codes) {
@@ -184,7 +182,8 @@ std::function<int()> declare(CLI::App &arguments) {
     arguments
         .add_option("-o,--output", options->output,
                     "Write the result to this file, or - for standard output, instead of PATH")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(not_empty);
     arguments
         .add_flag(std::string("--backup{") + default_suffix + "}", options->backup_suffix,
                   "Keep the original beside the file, with this suffix [.bak]")
@@ -192,7 +191,8 @@ std::function<int()> declare(CLI::App &arguments) {
     arguments
         .add_option("--plan", options->plan,
                     "Apply exactly what preview --save-plan saved; PATH may be left out")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(not_empty);
     arguments
         .add_option("--accept", options->accept,
                     "Convert in spite of findings of severity error with this code")

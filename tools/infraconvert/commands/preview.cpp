@@ -2,6 +2,7 @@
 
 #include "base/errors.h"
 #include "base/messages.h"
+#include "base/quoting.h"
 #include "commands/common.h"
 #include "reports/command_json.h"
 #include "reports/conversion_findings.h"
@@ -88,8 +89,9 @@ void save_plan_of(const preview_options_t &options, const job_t &job,
                   const converted_t &conversion) {
     if (conversion.failed() && !options.keep_going)
         return message("no plan is saved");
-    save_plan(plan_of(conversion, job.file, options.keep_going), options.save_plan);
-    message("the plan is saved in " + options.save_plan);
+    job.outputs->write(options.save_plan,
+                       plan_text(plan_of(conversion, job.file, options.keep_going)));
+    message("the plan is saved in " + quoted_name(options.save_plan));
 }
 
 int preview(const preview_options_t &options, const job_t &job) {
@@ -164,10 +166,9 @@ int run(const preview_options_t &options) {
         throw usage_error("--label may be given twice at most");
     if (options.rollback && (options.explain || !options.save_plan.empty()))
         throw usage_error("--rollback goes neither with --explain nor with --save-plan");
-    std::error_code ignored;
     const job_t job = read_job(options);
-    if (std::filesystem::equivalent(options.save_plan, job.file, ignored))
-        throw usage_error("--save-plan would overwrite the configuration");
+    if (!options.save_plan.empty())
+        job.outputs->expect("--save-plan", options.save_plan);
     return options.rollback ? rollback(options, job) : preview(options, job);
 }
 
@@ -198,7 +199,8 @@ std::function<int()> declare(CLI::App &arguments) {
     arguments
         .add_option("--save-plan", options->save_plan,
                     "Save this conversion for infraconvert convert --plan")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(not_empty);
     declare_mask(arguments, options->mask);
     declare_json(arguments, options->json);
     declare_logs(arguments, options->log, options->log_dir);

@@ -88,7 +88,7 @@ void take_logs(const fs::path &directory, const conversion_request_t &request,
     if (request.wants_logs)
         conversion.logs = readable_logs(directory, used);
     if (!request.log_directory.empty())
-        keep_logs(directory, request.log_directory, used);
+        keep_logs(directory, request.log_directory, used, *request.outputs);
 }
 
 } // namespace

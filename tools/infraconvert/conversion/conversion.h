@@ -4,6 +4,7 @@
 
 #include "base/diff.h"
 #include "base/files.h"
+#include "base/outputs.h"
 #include "conversion/reasons.h"
 #include "conversion/services.h"
 #include "secrets/mask.h"
@@ -21,7 +22,8 @@ struct conversion_request_t {
     bool keep_going = false;   // the result of those that succeed counts even when others fail
     bool wants_logs = false;   // returns them
     std::string log_directory; // where to keep them; empty: nowhere
-    bool mask_logs = false;    // hides the secrets in them
+    std::shared_ptr<const outputs_t> outputs = {}; // writes them
+    bool mask_logs = false;                        // hides the secrets in them
 };
 
 // What one service did.

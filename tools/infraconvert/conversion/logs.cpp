@@ -1,6 +1,5 @@
 #include "conversion/logs.h"
 
-#include "base/errors.h"
 #include "base/files.h"
 
 #include <algorithm>
@@ -64,16 +63,11 @@ std::string readable_logs(const fs::path &directory, const mask_t *mask) {
     return text;
 }
 
-void keep_logs(const fs::path &directory, const fs::path &destination, const mask_t *mask) try {
-    fs::create_directories(destination);
-    for (const fs::path &log : logs_in(directory)) {
-        if (mask)
-            write_plainly(log, shown_log(log, mask));
-        fs::copy_file(log, destination / log.filename(), fs::copy_options::overwrite_existing);
-    }
-} catch (const fs::filesystem_error &e) {
-    throw usage_error("cannot keep the logs in " + destination.string() + ": " +
-                      e.code().message());
+void keep_logs(const fs::path &directory, const fs::path &destination, const mask_t *mask,
+               const outputs_t &outputs) {
+    outputs.make_folder(destination);
+    for (const fs::path &log : logs_in(directory))
+        outputs.write(destination / log.filename(), mask ? shown_log(log, mask) : read_log(log));
 }
 
 } // namespace infraconvert

@@ -1,15 +1,11 @@
 #include "reports/audit_page.h"
 
-#include "base/errors.h"
 #include "reports/findings_json.h"
 #include "reports/mask.h"
 #include "reports/report_page.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <ctime>
-#include <fstream>
 
 namespace infraconvert {
 
@@ -160,23 +156,20 @@ std::string report_details(const audited_t &audited, const converted_t &conversi
         {{"findings", entries}, {"services", services_json(shown)}, {"rows", rows_json(shown)}});
 }
 
-void write_report(const std::string &file, const fleet_summary_t &summary) {
-    std::ofstream page(file, std::ios::binary);
-    page << "<!DOCTYPE html>\n<html lang=\"en\">\n<meta charset=\"utf-8\">\n"
-            "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-            "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
-            "style-src 'unsafe-inline'; script-src 'unsafe-inline'\">\n"
-            "<title>infraconvert audit</title>\n<style>"
-         << page_style << "</style>\n"
-         << page_body << data_element("summary", embedded(summary_json(summary)));
+std::string report_page(const fleet_summary_t &summary) {
+    std::string page = "<!DOCTYPE html>\n<html lang=\"en\">\n<meta charset=\"utf-8\">\n"
+                       "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+                       "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
+                       "style-src 'unsafe-inline'; script-src 'unsafe-inline'\">\n"
+                       "<title>infraconvert audit</title>\n<style>" +
+                       std::string(page_style) + "</style>\n" + page_body +
+                       data_element("summary", embedded(summary_json(summary)));
     for (size_t i = 0; i < summary.results.size(); i++) {
         const std::string &details = summary.results[i].details;
         if (!details.empty())
-            page << data_element("configuration-" + std::to_string(i), details);
+            page += data_element("configuration-" + std::to_string(i), details);
     }
-    page << "<script>" << page_script << "</script>\n</html>\n";
-    if (!page.flush())
-        throw run_error("cannot write the report " + file + ": " + strerror(errno));
+    return page + "<script>" + page_script + "</script>\n</html>\n";
 }
 
 } // namespace infraconvert

@@ -11,7 +11,7 @@ namespace infraconvert {
 // looked at, so that not all texts need be kept.
 std::string report_details(const audited_t &audited, const converted_t &conversion, bool mask);
 
-// Writes the page. Throws run_error.
-void write_report(const std::string &file, const fleet_summary_t &summary);
+// The page as a whole.
+std::string report_page(const fleet_summary_t &summary);
 
 } // namespace infraconvert

@@ -39,7 +39,7 @@ plan_t plan_of(const converted_t &conversion, const std::string &file, bool keep
     return plan;
 }
 
-void save_plan(const plan_t &plan, const std::string &plan_file) try {
+std::string plan_text(const plan_t &plan) {
     const json document = {{"kind", kind},
                            {"format_version", version},
                            {"from", plan.releases.from},
@@ -49,9 +49,7 @@ void save_plan(const plan_t &plan, const std::string &plan_file) try {
                            {"path", plan.path},
                            {"input_sha256", plan.input_digest},
                            {"result_sha256", plan.result_digest}};
-    write_plainly(plan_file, document.dump(2) + '\n');
-} catch (const run_error &e) {
-    throw usage_error(std::string("cannot save the plan: ") + e.what());
+    return document.dump(2) + '\n';
 }
 
 plan_t read_plan(const std::string &plan_file) try {

@@ -19,8 +19,8 @@ struct plan_t {
 
 plan_t plan_of(const converted_t &conversion, const std::string &file, bool keep_going);
 
-// Throws usage_error, naming the file, when it cannot be written.
-void save_plan(const plan_t &plan, const std::string &plan_file);
+// What stands in the file that keeps the plan.
+std::string plan_text(const plan_t &plan);
 // Throws input_error, naming the file, when it cannot be read as a plan.
 plan_t read_plan(const std::string &plan_file);
 
