@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# usage: compare_tools.sh INFRACONVERT-RUN
+# usage: compare_tools.sh ONE_CALL   (build/bench/bench/one_call)
 #
 # Prints, as a table, what happens to a file that `sed -i`, `perl -pi` and one call of the installer
 # change, with faults injected by strace. Needs root for the rows about the owner and the directory.
 set -euo pipefail
-runner=$(realpath "$1")
+one_call=$(realpath "$1")
 tools=(sed perl installer)
 place=$(mktemp -d)
 trap 'chmod -R u+rwX "$place"; rm -rf "$place"' EXIT
@@ -14,7 +14,7 @@ file=$directory/system.cfg
 
 # The old text is long enough for several writes of any tool.
 fresh() {
-  rm -rf "$place/cfg"; mkdir -p "$directory" "$place/cfg/logs"
+  rm -rf "$place/cfg"; mkdir -p "$directory"
   { for i in $(seq 900); do echo "interface Ethernet1/$i"; done; echo "npiv enable"; } >"$file"
   cp "$file" "$place/old"; sed 's/npiv enable/feature npiv/' "$file" >"$place/new"
   chmod 640 "$file"
@@ -26,8 +26,7 @@ change() {
   case $tool in
     sed) "$@" sed -i 's/npiv enable/feature npiv/' "$file" ;;
     perl) "$@" perl -pi -e 's/npiv enable/feature npiv/' "$file" ;;
-    installer) "$@" "$runner" --path "$place/cfg" --logs "$place/cfg/logs" --from '4.1(2)' \
-                    --to '4.1(3)K2(1)' --service 649 --quiet ;;
+    installer) "$@" "$one_call" "$place/cfg" '4.1(2)' '4.1(3)K2(1)' 649 ;;
   esac >/dev/null 2>&1 || true
 }
 
@@ -61,7 +60,7 @@ symbolic_link() {
 }
 hard_link() { ln "$file" "$place/cfg/second"; change "$1"; yes_or_no [ "$file" -ef "$place/cfg/second" ]; }
 closed_directory() {
-  chown 65534:65534 "$file"; chmod 555 "$directory"; chmod 777 "$place/cfg/logs"
+  chown 65534:65534 "$file"; chmod 555 "$directory"
   change "$1" setpriv --reuid 65534 --regid 65534 --clear-groups
   yes_or_no [ "$(contents)" = new ]
 }

@@ -44,7 +44,6 @@ void redirect(int descriptor, const fs::path &file, int flags) {
 } // namespace
 
 std::string command_path() { return INFRACONVERT_COMMAND; }
-std::string runner_path() { return fs::path(command_path()).parent_path() / "infraconvert-run"; }
 
 workspace_t::workspace_t() : directory(make_directory()), streams(make_directory()) {}
 

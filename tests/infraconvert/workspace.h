@@ -53,8 +53,6 @@ inline bool contains(const std::string &text, const std::string &wanted) {
     return text.find(wanted) != text.npos;
 }
 
-// Beside infraconvert.
-std::string runner_path();
 std::string command_path();
 
 } // namespace support

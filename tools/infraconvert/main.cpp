@@ -1,7 +1,7 @@
 // infraconvert: what a release change does to a saved configuration, and then the change itself.
 
-#include "base/child.h"
 #include "base/errors.h"
+#include "base/interruption.h"
 #include "base/lines.h"
 #include "base/messages.h"
 #include "base/suggest.h"
@@ -10,7 +10,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <csignal>
 #include <cstdio>
 #include <map>
 
@@ -105,8 +104,6 @@ int run(const CLI::App &command, const std::function<int()> &run_command) try {
     return run_command();
 } catch (const command_error &e) {
     return report(command.get_name(), wants_json(command), e.what(), e.exit_status);
-} catch (const interrupted &) {
-    throw;
 } catch (const std::exception &e) {
     return report(command.get_name(), wants_json(command), e.what(), exit_trouble);
 }
@@ -144,12 +141,9 @@ int parse_and_run(int argc, char **argv) {
 } // namespace infraconvert
 
 int main(int argc, char **argv) {
-    infraconvert::catch_interruptions();
+    infraconvert::handle_interruptions();
     try {
         return infraconvert::parse_and_run(argc, argv);
-    } catch (const infraconvert::interrupted &e) {
-        signal(e.signal, SIG_DFL);
-        raise(e.signal);
     } catch (const std::exception &e) { // beyond the commands, such as without memory
         fprintf(stderr, "infraconvert: %s\n", e.what());
     }

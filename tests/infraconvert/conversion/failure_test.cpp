@@ -1,11 +1,9 @@
-// What the command says and does when a converter fails, crashes, or is interrupted.
+// What the command says and does when a converter fails.
 
 #include "infraconvert/workspace.h"
 
-#include <csignal>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-#include <sys/stat.h>
 
 namespace {
 
@@ -145,60 +143,6 @@ TEST(failure, leaves_everything_as_it_was_unless_told_to_keep_going) {
     EXPECT_TRUE(contains(run({"preview", "--keep-going", "switch.cfg"}).out, "+feature npiv\n"));
     EXPECT_EQ(run({"convert", "--keep-going", "switch.cfg"}).status, 1);
     EXPECT_EQ(here.read("switch.cfg"), half_converted);
-}
-
-// A copy of the command with a stand-in for the program that makes the installer's call.
-class broken_installation_t {
-  public:
-    explicit broken_installation_t(const std::string &script) {
-        std::filesystem::copy_file(support::command_path(), here.path("infraconvert"));
-        here.write("infraconvert-run", "#!/bin/sh\n" + script);
-        if (script.empty())
-            std::filesystem::remove(here.path("infraconvert-run"));
-        else
-            chmod(here.path("infraconvert-run").c_str(), 0755);
-        here.write("switch.cfg", "npiv enable\n");
-        here.write("temporary/x", "");
-        here.environment = {"TMPDIR=" + here.path("temporary").string()};
-    }
-
-    support::result_t convert(const arguments_t &wrapper = {}) {
-        arguments_t command = wrapper;
-        command.insert(command.end(), {here.path("infraconvert"), "convert", "--from", "4.1(2)",
-                                       "--to", "5.0(2)", "switch.cfg"});
-        const auto result = here.run_program(command);
-        EXPECT_EQ(here.read("switch.cfg"), "npiv enable\n");
-        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(here.path("temporary")), {}),
-                  1);
-        return result;
-    }
-
-  private:
-    workspace_t here;
-};
-
-TEST(crash, is_reported_not_suffered) {
-    const struct {
-        const char *script, *report;
-    } rows[] = {
-        {"kill -SEGV $$",
-         "npiv failed: the converter was killed by signal 11 (Segmentation fault)"},
-        {"echo infraconvert-run: no memory >&2; exit 2",
-         "qos failed: the converter exited with status 2 (infraconvert-run: no memory)"},
-        {"exit 0", "assoc failed: the converter gave no status"},
-        {"", "infraconvert: infraconvert-run stands neither in "},
-    };
-    for (const auto &row : rows) {
-        const auto result = broken_installation_t(row.script).convert();
-        EXPECT_EQ(result.status, *row.script ? 1 : 6) << result.err;
-        EXPECT_TRUE(contains(result.err, row.report)) << result.err;
-    }
-}
-
-TEST(interruption, cleans_up_and_ends_by_the_signal) {
-    broken_installation_t slow("exec sleep 60");
-    const auto result = slow.convert({"timeout", "--preserve-status", "--signal=TERM", "1"});
-    EXPECT_EQ(result.status, 128 + SIGTERM);
 }
 
 } // namespace

@@ -50,14 +50,6 @@ void refuse_unconvertible(const std::string &name, const std::string &text) {
                       "; the converters would not see, or would lose, what stands behind it");
 }
 
-std::filesystem::path make_private_directory() {
-    const char *parent = getenv("TMPDIR");
-    std::string name = std::string(parent && *parent ? parent : "/tmp") + "/infraconvert-XXXXXX";
-    if (!mkdtemp(name.data()))
-        throw run_error("cannot make a temporary directory " + system_error(name));
-    return std::filesystem::canonical(name);
-}
-
 } // namespace
 
 std::string read_file(const std::string &path) {
@@ -98,13 +90,6 @@ void write_plainly(const std::filesystem::path &file, std::string_view bytes) {
     const bool closed = stream && fclose(stream) == 0;
     if (!written || !closed)
         throw run_error(system_error(file));
-}
-
-private_directory_t::private_directory_t() : path(make_private_directory()) {}
-
-private_directory_t::~private_directory_t() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path, ignored);
 }
 
 } // namespace infraconvert

@@ -1,4 +1,4 @@
-// Reading configurations, and the private directory in which a conversion takes place.
+// Reading configurations, and plain files.
 #pragma once
 
 #include <filesystem>
@@ -32,16 +32,5 @@ shared_text_t read_configuration(const std::string &file);
 
 // Writes a file that nobody else looks at. Throws run_error.
 void write_plainly(const std::filesystem::path &file, std::string_view bytes);
-
-// A directory for this process alone, removed with its owner.
-class private_directory_t {
-  public:
-    private_directory_t(); // throws run_error
-    private_directory_t(const private_directory_t &) = delete;
-    private_directory_t &operator=(const private_directory_t &) = delete;
-    ~private_directory_t();
-
-    const std::filesystem::path path;
-};
 
 } // namespace infraconvert

@@ -3,7 +3,6 @@
 #include "base/files.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace infraconvert {
 
@@ -31,43 +30,28 @@ std::string folded(const std::string &log) {
 }
 
 // The log for people to read.
-std::string shown_log(const fs::path &log, const mask_t *mask) {
-    const std::string text = folded(read_log(log));
+std::string shown_log(const std::string &log, const mask_t *mask) {
+    const std::string text = folded(log);
     return mask ? mask->logs(text) : text;
-}
-
-std::vector<fs::path> logs_in(const fs::path &directory) {
-    std::vector<fs::path> logs;
-    for (const auto &entry : fs::directory_iterator(directory)) {
-        if (entry.path().extension() == ".log")
-            logs.push_back(entry.path());
-    }
-    std::sort(logs.begin(), logs.end());
-    return logs;
 }
 
 } // namespace
 
-std::string read_log(const fs::path &file) {
-    std::error_code ignored;
-    return fs::exists(file, ignored) ? read_file(file) : "";
-}
-
-std::string readable_logs(const fs::path &directory, const mask_t *mask) {
+std::string readable_logs(const logs_t &logs, const mask_t *mask) {
     std::string text;
-    for (const fs::path &log : logs_in(directory)) {
-        text += "==> " + log.filename().string() + " <==\n" + shown_log(log, mask);
+    for (const auto &[name, log] : logs) {
+        text += "==> " + name + " <==\n" + shown_log(log, mask);
         if (!text.ends_with('\n'))
             text += '\n';
     }
     return text;
 }
 
-void keep_logs(const fs::path &directory, const fs::path &destination, const mask_t *mask,
+void keep_logs(const logs_t &logs, const fs::path &destination, const mask_t *mask,
                const outputs_t &outputs) {
     outputs.make_folder(destination);
-    for (const fs::path &log : logs_in(directory))
-        outputs.write(destination / log.filename(), mask ? shown_log(log, mask) : read_log(log));
+    for (const auto &[name, log] : logs)
+        outputs.write(destination / name, mask ? shown_log(log, mask) : log);
 }
 
 } // namespace infraconvert

@@ -1,139 +1,280 @@
-// infraconvert-run: one call of the installer, in a process of its own.
+// infraconvert-run: runs the converters for the command that started it, which sends its requests
+// over the socket that it leaves open. protocol.h tells of them.
 //
-//     infraconvert-run --path DIR --logs DIR --from R --to R --service ID|all [--package NAME]
-//                      [--quiet] [--scratch]
-//
-// Converts DIR/ascii/system.cfg with the shared library. All logs are on, with --quiet all that can
-// be are off, and land in the directory for the logs, together with the file "status": one line
-// "UUID STATUS" for each service that ran, both decimal. That file is written last, so it is there
-// only when the call came back. With --scratch DIR need not outlive a power cut, and nothing waits
-// for the disk.
-//
-// Exit status: 0 the call came back, 2 it could not be made.
+// The program is small and loads the library once. Each call has a process of its own, because a
+// converter keeps state from one run to the next, and because it may crash: a fork of this process,
+// which costs a fraction of starting a program. What is private of all calls is kept in one place,
+// which this process removes however the command ends.
 
-#include "include/libinfraconvertascii.h"
-#include "runner/log_redirection.h"
-#include "runner/skipped_sync.h"
+#include "runner/converter_child.h"
+#include "runner/private_place.h"
 
-#include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <fstream>
-#include <getopt.h>
-#include <iterator>
-#include <stdexcept>
-#include <string>
+#include <ctime>
+#include <fcntl.h>
+#include <list>
+#include <map>
+#include <memory>
+#include <poll.h>
+#include <set>
+#include <sys/prctl.h>
+#include <sys/signalfd.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
+namespace runner {
 namespace {
 
-constexpr const char *front_log = "infra_convertascii.log";
+namespace fs = std::filesystem;
 
-struct arguments_t {
-    std::string path, logs, from, to, service, package = "infraconvert";
-    int quiet = 0, scratch = 0;
+// A place in memory must have room for this many times the configuration: the converters let it
+// grow to five times its size, and a save holds it twice.
+constexpr uint64_t copies_of_text = 16, room_for_any = 1 << 20;
+
+// The directories of the calls, used again and again.
+class directories_t {
+  public:
+    // One that no other call uses. Throws std::runtime_error.
+    fs::path take(uint64_t text_size) {
+        const fs::path memory = directory_in_memory(room_for_any + copies_of_text * text_size);
+        private_place_t &place = place_below(memory.empty() ? temporary_directory() : memory);
+        for (auto free = unused.begin(); free != unused.end(); ++free) {
+            if (free->parent_path() == place.path())
+                return unused.extract(free).value();
+        }
+        fs::path directory = place.path() / std::to_string(++count);
+        make(directory);
+        return directory;
+    }
+
+    void give_back(const fs::path &directory, bool as_it_should_be) {
+        if (as_it_should_be && unlink((directory / "ascii/system.cfg").c_str()) == 0) {
+            unused.insert(directory);
+            return;
+        }
+        std::error_code ignored;
+        fs::remove_all(directory, ignored);
+    }
+
+  private:
+    static void make(const fs::path &directory) {
+        fs::create_directories(directory / "ascii");
+        fs::create_directory(directory / "logs");
+    }
+
+    private_place_t &place_below(const fs::path &parent) {
+        auto &place = places[parent];
+        if (!place)
+            place = std::make_unique<private_place_t>(parent);
+        return *place;
+    }
+
+    std::map<fs::path, std::unique_ptr<private_place_t>> places; // by their parent
+    std::set<fs::path> unused;
+    size_t count = 0;
 };
 
-arguments_t read_arguments(int argc, char **argv) {
-    arguments_t arguments;
-    std::string *const values[] = {&arguments.path, &arguments.logs,    &arguments.from,
-                                   &arguments.to,   &arguments.service, &arguments.package};
-    const option options[] = {{"path", required_argument, nullptr, 0},
-                              {"logs", required_argument, nullptr, 0},
-                              {"from", required_argument, nullptr, 0},
-                              {"to", required_argument, nullptr, 0},
-                              {"service", required_argument, nullptr, 0},
-                              {"package", required_argument, nullptr, 0},
-                              {"quiet", no_argument, &arguments.quiet, 1},
-                              {"scratch", no_argument, &arguments.scratch, 1},
-                              {nullptr, 0, nullptr, 0}};
-    int index = 0;
-    for (int answer; (answer = getopt_long(argc, argv, "", options, &index)) != -1;) {
-        if (answer != 0)
-            throw std::invalid_argument("unknown argument");
-        if (optarg)
-            *values[index] = optarg;
+// A call, until its child has ended and the command has hung up.
+struct running_t {
+    call_t call;
+    pid_t child = 0; // 0: it has ended
+    bool exited_well = false;
+};
+
+// A packet on the control socket, and the descriptor that came with it.
+struct arrival_t {
+    enum { request, nothing, end } what = nothing;
+    request_t asked = {};
+    int socket = -1;
+};
+
+arrival_t next_arrival() {
+    arrival_t arrival;
+    iovec part = {&arrival.asked, sizeof arrival.asked};
+    alignas(cmsghdr) char space[CMSG_SPACE(sizeof(int))];
+    msghdr header = {};
+    header.msg_iov = &part;
+    header.msg_iovlen = 1;
+    header.msg_control = space;
+    header.msg_controllen = sizeof space;
+    const ssize_t size = recvmsg(control_socket, &header, MSG_CMSG_CLOEXEC | MSG_DONTWAIT);
+    if (size == 0 || (size < 0 && errno != EAGAIN && errno != EINTR))
+        arrival.what = arrival_t::end;
+    const cmsghdr *extra = size > 0 ? CMSG_FIRSTHDR(&header) : nullptr;
+    if (!extra || extra->cmsg_type != SCM_RIGHTS)
+        return arrival;
+    memcpy(&arrival.socket, CMSG_DATA(extra), sizeof arrival.socket);
+    arrival.what = arrival_t::request;
+    return arrival;
+}
+
+[[noreturn]] void leave(int status) {
+#ifdef INFRACONVERT_COVERAGE // keeps the counters
+    exit(status);
+#else
+    _exit(status);
+#endif
+}
+
+class server_t {
+  public:
+    server_t() {
+        sigemptyset(&child_signal);
+        sigaddset(&child_signal, SIGCHLD);
+        sigprocmask(SIG_BLOCK, &child_signal, nullptr);
+        children = signalfd(-1, &child_signal, SFD_CLOEXEC | SFD_NONBLOCK);
+        if (children < 0)
+            throw std::runtime_error(std::string("cannot watch its children: ") + strerror(errno));
     }
-    for (const std::string *value : values) {
-        if (value->empty())
-            throw std::invalid_argument("an argument is missing");
+    server_t(const server_t &) = delete;
+    server_t &operator=(const server_t &) = delete;
+    ~server_t() {
+        for (const running_t &running : calls)
+            end(running);
+        close(children);
     }
-    return arguments;
-}
 
-std::string absolute(const std::string &path) {
-    char *const real = realpath(path.c_str(), nullptr);
-    if (!real)
-        throw std::runtime_error(path + ": " + strerror(errno));
-    std::string result = real;
-    free(real);
-    return result;
-}
-
-void switch_logs(boolean on) {
-    qosmgrcnv_debug = fcportsec_debug = npiv_debug = fwmcnv_debug = satcnv_debug = on;
-}
-
-std::string status_line(uint32_t uuid, syserr_t status) {
-    return std::to_string(uuid) + ' ' + std::to_string(status) + '\n';
-}
-
-std::string convert_one(uint32_t uuid, const infraconvertascii_args_t &args) {
-    if (!is_uuid_in_convertascii_startup_table(uuid))
-        throw std::invalid_argument("no converter for this service");
-    convertascii_ret_value_t result = {uuid, 0};
-    infraconvertascii_startup(uuid, &result, &args);
-    return status_line(result.uuid, result.syserr);
-}
-
-// The call for all services tells of failures in the front log only.
-std::string convert_all(const std::string &logs, const infraconvertascii_args_t &args) {
-    infraconvertascii_startup_all(&args);
-    std::ifstream file(logs + '/' + front_log);
-    const std::string log((std::istreambuf_iterator<char>(file)), {});
-    std::string statuses;
-    for (const auto *row = infra_convertascii_startup_table; row->fn; row++) {
-        char failed[64];
-        snprintf(failed, sizeof failed, "uuid = 0x%x returned error 0x", row->uuid);
-        const size_t at = log.find(failed);
-        const syserr_t status =
-            at == log.npos ? 0
-                           : static_cast<syserr_t>(strtoul(&log[at + strlen(failed)], nullptr, 16));
-        statuses += status_line(row->uuid, status);
+    // Until the command is gone.
+    void serve() {
+        for (;;) {
+            const std::vector<pollfd> events = wait();
+            if (events[1].revents)
+                reap();
+            forget_finished(events);
+            if (events[0].revents) {
+                const arrival_t arrival = next_arrival();
+                if (arrival.what == arrival_t::end)
+                    return;
+                if (arrival.what == arrival_t::request)
+                    begin(arrival);
+            }
+        }
     }
-    return statuses;
+
+  private:
+    // What happened on the control socket, to the children, and on the socket of each call.
+    std::vector<pollfd> wait() const {
+        std::vector<pollfd> events = {{control_socket, POLLIN, 0}, {children, POLLIN, 0}};
+        for (const running_t &running : calls)
+            events.push_back({running.call.socket, 0, 0}); // tells that the other end hung up
+        while (poll(events.data(), events.size(), -1) < 0 && errno == EINTR)
+            continue;
+        return events;
+    }
+
+    void begin(const arrival_t &arrival) {
+        running_t running = {{arrival.socket, arrival.asked, {}}};
+        try {
+            running.call.directory = directories.take(arrival.asked.text_size);
+            running.child = fork_child(running.call);
+        } catch (const std::exception &e) {
+            send(arrival.socket, kind_t::refused, e.what());
+            tell_end(running, 0);
+        }
+        calls.push_back(running);
+    }
+
+    pid_t fork_child(const call_t &call) const {
+        const pid_t parent = getpid();
+        const pid_t child = fork();
+        if (child < 0)
+            throw std::runtime_error(std::string("cannot start a process: ") + strerror(errno));
+        if (child == 0) {
+            prctl(PR_SET_PDEATHSIG, SIGKILL);
+            if (getppid() != parent)
+                _exit(EXIT_FAILURE);
+            sigprocmask(SIG_UNBLOCK, &child_signal, nullptr);
+            close(control_socket);
+            close(children);
+            leave(run_job(call));
+        }
+        return child;
+    }
+
+    void reap() {
+        signalfd_siginfo ignored;
+        while (read(children, &ignored, sizeof ignored) > 0)
+            continue;
+        int status = 0;
+        for (pid_t child; (child = waitpid(-1, &status, WNOHANG)) > 0;) {
+            for (running_t &running : calls) {
+                if (running.child == child)
+                    tell_end(running, status);
+            }
+        }
+    }
+
+    static void tell_end(running_t &running, int status) {
+        running.child = 0;
+        running.exited_well = WIFEXITED(status) && !running.call.request.wants_logs;
+        send_record(running.call.socket, kind_t::child_ended, status);
+    }
+
+    static void end(const running_t &running) {
+        if (running.child == 0)
+            return;
+        kill(running.child, SIGKILL);
+        waitpid(running.child, nullptr, 0);
+    }
+
+    // The calls whose command has hung up: done, or given up because of a signal or a time limit.
+    void forget_finished(const std::vector<pollfd> &events) {
+        auto event = events.begin() + 2;
+        for (auto running = calls.begin(); running != calls.end(); ++event) {
+            if (!(event->revents & (POLLHUP | POLLERR))) {
+                ++running;
+                continue;
+            }
+            end(*running);
+            close(running->call.socket);
+            if (!running->call.directory.empty())
+                directories.give_back(running->call.directory, running->exited_well);
+            running = calls.erase(running);
+        }
+    }
+
+    sigset_t child_signal;
+    int children = -1; // tells of their ends
+    directories_t directories;
+    std::list<running_t> calls;
+};
+
+// The command ends these calls; a key that interrupts it reaches this process as well.
+void ignore_interruptions() {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE})
+        ::signal(signal, SIG_IGN);
 }
 
-void run(const arguments_t &arguments) {
-    const std::string logs = absolute(arguments.logs);
-    // A relative path keeps clear of the library's limit on the length of paths.
-    if (chdir(arguments.path.c_str()) != 0)
-        throw std::runtime_error(arguments.path + ": " + strerror(errno));
-    redirect_logs_to(logs);
-    if (arguments.scratch)
-        skip_syncs();
-    switch_logs(arguments.quiet ? 0 : 1);
-    libinfraconvertascii_init(0);
-    const infraconvertascii_args_t args = {.path = ".",
-                                           .pkg_name = arguments.package.c_str(),
-                                           .to_pkg_version = arguments.to.c_str(),
-                                           .from_pkg_version = arguments.from.c_str()};
-    const std::string statuses =
-        arguments.service == "all"
-            ? convert_all(logs, args)
-            : convert_one(static_cast<uint32_t>(std::stoul(arguments.service)), args);
-    std::ofstream file(logs + "/status");
-    if (!(file << statuses << std::flush))
-        throw std::runtime_error("cannot write the status");
+// What the library prints, it prints for nobody.
+void silence() {
+    const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        dup2(nothing, stream);
+    close(nothing);
+}
+
+int run() {
+    struct stat status;
+    if (fstat(control_socket, &status) != 0 || !S_ISSOCK(status.st_mode)) {
+        fprintf(stderr, "infraconvert-run: is started by infraconvert only\n");
+        return EXIT_FAILURE;
+    }
+    ignore_interruptions();
+    silence();
+    umask(077);
+    tzset(); // once for all children
+    remove_left_places();
+    server_t().serve();
+    return EXIT_SUCCESS;
 }
 
 } // namespace
+} // namespace runner
 
-int main(int argc, char **argv) try {
-    run(read_arguments(argc, argv));
-    return 0;
-} catch (const std::exception &e) {
-    fprintf(stderr, "infraconvert-run: %s\n", e.what());
-    return 2;
+int main() try { return runner::run(); } catch (const std::exception &) {
+    return EXIT_FAILURE; // the command tells how this process ended
 }

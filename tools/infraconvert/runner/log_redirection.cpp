@@ -6,18 +6,21 @@
 
 #include <cstdio>
 #include <dlfcn.h>
+#include <optional>
 #include <string_view>
 
 namespace {
 
 constexpr std::string_view log_directories[] = {"/mnt/pss/", "/bootflash/"};
 
-std::string log_directory;
+std::optional<std::string> log_directory;
 
 std::string redirected(std::string_view path) {
     for (const std::string_view directory : log_directories) {
-        if (!log_directory.empty() && path.starts_with(directory))
-            return log_directory + '/' + std::string(path.substr(path.rfind('/') + 1));
+        if (log_directory && path.starts_with(directory))
+            return log_directory->empty()
+                       ? "/dev/null"
+                       : *log_directory + '/' + std::string(path.substr(path.rfind('/') + 1));
     }
     return std::string(path);
 }

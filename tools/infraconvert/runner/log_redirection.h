@@ -4,5 +4,6 @@
 #include <string>
 
 // From now on every fopen of this process, the library's included, of a file below those
-// directories opens the file of the same name in `directory` instead.
+// directories opens the file of the same name in `directory` instead; with an empty `directory`,
+// one that keeps nothing.
 void redirect_logs_to(const std::string &directory);
