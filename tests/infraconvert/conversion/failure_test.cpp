@@ -141,7 +141,10 @@ TEST(failure, leaves_everything_as_it_was_unless_told_to_keep_going) {
     EXPECT_TRUE(contains(failed["services"][0]["failure"]["log"]["text"], "could not find"));
 
     EXPECT_TRUE(contains(run({"preview", "--keep-going", "switch.cfg"}).out, "+feature npiv\n"));
-    EXPECT_EQ(run({"convert", "--keep-going", "switch.cfg"}).status, 1);
+    // What the failed service left as it was is told like any other loss, and refused until agreed.
+    EXPECT_TRUE(contains(run({"convert", "--keep-going", "switch.cfg"}).err, "--accept IC043\n"));
+    EXPECT_EQ(here.read("switch.cfg"), half);
+    EXPECT_EQ(run({"convert", "--keep-going", "--accept", "IC043", "switch.cfg"}).status, 1);
     EXPECT_EQ(here.read("switch.cfg"), half_converted);
 }
 

@@ -1,86 +1,129 @@
 #include "audit/audit.h"
 
-#include "audit/checks.h"
+#include "base/lines.h"
+#include "meaning/compare.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
 namespace infraconvert {
 
 namespace {
 
-using check_t = void (*)(audit_t &);
+using meaning::difference_t;
+using differences_t = std::vector<difference_t>;
 
-constexpr check_t comparisons[] = {
-    check_outside_lines, check_spelling, check_vlans,   check_fabric_extenders,
-    check_references,    check_maps,     check_actions, check_attachments,
-    check_mtu,           check_coverage,
+// Both texts of a judgement, by their lines.
+class texts_t {
+  public:
+    texts_t(std::string_view original, std::string_view result)
+        : before(split_lines(original)), after(split_lines(result)) {}
+
+    finding_t finding(const difference_t &difference) const {
+        return {finding_kind_named(difference.code), difference.words,
+                evidence(before, difference.before), evidence(after, difference.after)};
+    }
+
+  private:
+    static std::vector<evidence_t> evidence(const lines_t &lines,
+                                            const std::vector<uint32_t> &numbers) {
+        std::vector<evidence_t> shown;
+        for (const uint32_t number : numbers)
+            shown.push_back({number, std::string(without_newline(lines[number - 1]))});
+        return shown;
+    }
+
+    const lines_t before, after;
 };
-
-std::vector<evidence_t> evidence(const document_t &document, const audit_t::numbers_t &numbers) {
-    std::vector<evidence_t> lines;
-    for (const size_t number : numbers)
-        lines.push_back({number + 1, std::string(without_newline(document.lines[number]))});
-    return lines;
-}
-
-size_t first_line(const finding_t &finding) {
-    if (!finding.before.empty())
-        return finding.before[0].number;
-    return finding.after.empty() ? 0 : finding.after[0].number;
-}
 
 bool stands_before(const finding_t &a, const finding_t &b) {
     if (a.kind->severity != b.kind->severity)
         return a.kind->severity < b.kind->severity;
-    const int codes = strcmp(a.kind->code, b.kind->code);
-    return codes < 0 || (codes == 0 && first_line(a) < first_line(b));
+    return strcmp(a.kind->code, b.kind->code) < 0;
+}
+
+std::vector<finding_t> in_order(std::vector<finding_t> findings) {
+    std::stable_sort(findings.begin(), findings.end(), stands_before);
+    return findings;
+}
+
+void append(std::vector<finding_t> &findings, const texts_t &texts,
+            const differences_t &differences) {
+    for (const difference_t &difference : differences)
+        findings.push_back(texts.finding(difference));
+}
+
+// ---- what a conversion has to tell besides
+
+void tell_failures(const converted_t &conversion, const texts_t &texts,
+                   std::vector<finding_t> &findings) {
+    for (const step_t &step : conversion.steps) {
+        if (!step.failure)
+            continue;
+        std::vector<uint32_t> lines;
+        for (const size_t number : step.failure->lines)
+            lines.push_back(static_cast<uint32_t>(number));
+        findings.push_back(
+            texts.finding({"IC090",
+                           meaning::weight_t::error,
+                           std::string(step.service->name) + ": " + step.failure->reason,
+                           {},
+                           lines,
+                           {}}));
+    }
+}
+
+void tell_version_line(const converted_t &conversion, const texts_t &texts,
+                       std::vector<finding_t> &findings) {
+    if (const uint32_t line =
+            meaning::other_version_line(*conversion.original, conversion.releases.from))
+        findings.push_back(
+            texts.finding({"IC064", meaning::weight_t::warning, "", {}, {line}, {}}));
+}
+
+// What stands against a conversion that failed: all at once, for a converter stops at the first.
+differences_t obstacles(const converted_t &conversion) {
+    const auto &[from, to] = conversion.releases;
+    differences_t all = meaning::judge_form(*conversion.original, from);
+    std::erase_if(all, [](const difference_t &d) { return d.weight == meaning::weight_t::note; });
+    const differences_t unsayable = meaning::unsayable(*conversion.original, from, to);
+    all.insert(all.end(), unsayable.begin(), unsayable.end());
+    return all;
+}
+
+differences_t compared(const std::string &original, const std::string &result,
+                       const release_pair_t &releases) {
+    const std::string_view route[] = {releases.from, releases.to};
+    return meaning::compare(original, result, route);
 }
 
 } // namespace
 
-release_numbers_t parse_release(const std::string &text) {
-    release_numbers_t r = {};
-    sscanf(text.c_str(), "%d.%d(%d)", &r[0], &r[1], &r[2]);
-    const size_t k = text.find('K');
-    if (k != text.npos)
-        sscanf(text.c_str() + k, "K%d(%d)", &r[3], &r[4]);
-    return r;
-}
-
-audit_t::audit_t(const converted_t &c)
-    : conversion(c), from(parse_release(c.releases.from)), to(parse_release(c.releases.to)),
-      before(*c.original), after(*c.result), qos_before(read_qos(before)),
-      qos_after(read_qos(after)) {}
-
-bool audit_t::ran(const std::string &service) const {
-    return std::any_of(conversion.steps.begin(), conversion.steps.end(), [&](const step_t &step) {
-        return step.service->name == service && !step.routing.rules.empty() && !step.failure;
-    });
-}
-
-void audit_t::add(finding_code_t code, const std::string &detail, const numbers_t &before_lines,
-                  const numbers_t &after_lines) {
-    findings.push_back(
-        {&code.kind(), detail, evidence(before, before_lines), evidence(after, after_lines)});
-}
-
 std::vector<finding_t> audit(const converted_t &conversion, bool thorough) {
-    audit_t audit(conversion);
-    check_failures(audit);
-    check_traps(audit);
+    const texts_t texts(*conversion.original, *conversion.result);
+    std::vector<finding_t> findings;
+    tell_failures(conversion, texts, findings);
     if (thorough)
-        check_version_line(audit);
+        tell_version_line(conversion, texts, findings);
     // A conversion that failed as a whole leaves nothing to compare.
-    if (!conversion.failed() || conversion.changes()) {
-        for (const check_t check : comparisons)
-            check(audit);
-        if (thorough)
-            check_second_run(audit);
-    }
-    std::stable_sort(audit.findings.begin(), audit.findings.end(), stands_before);
-    return audit.findings;
+    const bool compares = !conversion.failed() || conversion.changes();
+    append(findings, texts,
+           compares ? compared(*conversion.original, *conversion.result, conversion.releases)
+                    : obstacles(conversion));
+    return in_order(findings);
+}
+
+std::vector<finding_t> judge(const std::string &original, const std::string &result,
+                             const release_pair_t &releases) {
+    std::vector<finding_t> findings;
+    append(findings, {original, result}, compared(original, result, releases));
+    return findings;
+}
+
+std::vector<finding_t> judge_form_of(const std::string &text, const std::string &release) {
+    std::vector<finding_t> findings;
+    append(findings, {text, text}, meaning::judge_form(text, release));
+    return in_order(findings);
 }
 
 } // namespace infraconvert

@@ -12,11 +12,24 @@ const char *severity_name(severity_t severity) {
 
 std::span<const finding_kind_t> finding_kinds() { return finding_kind_table; }
 
+namespace {
+
+template<typename kind_t>
+const kind_t *named(std::span<const kind_t> table, const std::string &code) {
+    const auto kind = std::find_if(table.begin(), table.end(), [&](const kind_t &k) {
+        return strcasecmp(k.code, code.c_str()) == 0;
+    });
+    return kind == table.end() ? nullptr : &*kind;
+}
+
+} // namespace
+
 const finding_kind_t *finding_kind_named(const std::string &code) {
-    const auto *kind = std::find_if(
-        std::begin(finding_kind_table), std::end(finding_kind_table),
-        [&](const finding_kind_t &k) { return strcasecmp(k.code, code.c_str()) == 0; });
-    return kind == std::end(finding_kind_table) ? nullptr : kind;
+    return named<finding_kind_t>(finding_kind_table, code);
+}
+
+const retired_kind_t *retired_kind_named(const std::string &code) {
+    return named<retired_kind_t>(retired_kind_table, code);
 }
 
 finding_count_t count_findings(const std::vector<finding_t> &findings) {

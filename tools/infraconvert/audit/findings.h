@@ -16,6 +16,9 @@ std::span<const finding_kind_t> finding_kinds();
 // The kind of this code, whatever its case; null when there is none.
 const finding_kind_t *finding_kind_named(const std::string &code);
 
+// A code that is not found any more; null when there is none.
+const retired_kind_t *retired_kind_named(const std::string &code);
+
 // A line of a configuration that a finding is about.
 struct evidence_t {
     size_t number; // from 1

@@ -66,6 +66,10 @@ int run(const explain_options_t &options) {
         write_output(options.json ? kind_document(*kind) : finding_details(*kind));
         return exit_done;
     }
+    if (const retired_kind_t *kind = retired_kind_named(options.code)) {
+        write_output(options.json ? kind_document(*kind) : finding_details(*kind));
+        return exit_done;
+    }
     const bool one = !options.code.empty();
     const auto rules = one ? std::vector{rule_named(options.code)} : all_rules();
     if (options.json)

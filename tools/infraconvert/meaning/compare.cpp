@@ -27,10 +27,6 @@ void sort_lines(std::vector<difference_t> &differences) {
     std::stable_sort(differences.begin(), differences.end(), stands_before);
 }
 
-std::string_view before_last(std::span<const std::string_view> route) {
-    return route[route.size() - 2];
-}
-
 bool touches(const problem_t &problem, const row_t &row) {
     const auto fits = [](const std::string &wanted, const std::string &has) {
         return wanted.empty() || wanted == has;
@@ -46,7 +42,7 @@ bool touches(const problem_t &problem, const row_t &row) {
 comparison_t::comparison_t(std::string_view before_text, std::string_view after_text,
                            std::span<const std::string_view> texts)
     : releases(texts.begin(), texts.end()), before(before_text, texts.front(), texts.front()),
-      after(after_text, texts.back(), before_last(texts)) {
+      after(after_text, texts.back(), texts.front()) {
     for (const std::string_view text : texts)
         route.push_back(read_release(text));
 }
@@ -63,6 +59,21 @@ difference_t *comparison_t::cause_of(const row_t &row) {
             return &differences[cause.difference];
     }
     return nullptr;
+}
+
+bool comparison_t::is_told(std::string_view class_map) const {
+    return std::any_of(causes.begin(), causes.end(), [&](const cause_t &cause) {
+        const auto &touched = cause.problem->touches;
+        return cause.problem->fault == fault_t::match_of_other_type &&
+               std::any_of(touched.begin(), touched.end(),
+                           [&](const auto &each) { return each.class_name == class_map; });
+    });
+}
+
+bool comparison_t::is_unconverted(const row_t &row) const {
+    return std::any_of(causes.begin(), causes.end(), [&](const cause_t &cause) {
+        return is_other_model(cause.problem->fault) && touches(*cause.problem, row);
+    });
 }
 
 std::vector<difference_t> compare(std::string_view before, std::string_view after,

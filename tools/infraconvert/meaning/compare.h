@@ -20,6 +20,13 @@ std::vector<difference_t> compare(std::string_view before, std::string_view afte
 // nothing uses, as notes.
 std::vector<difference_t> judge_form(std::string_view text, std::string_view release);
 
+// What the text has that no form of the other release can say, as errors.
+std::vector<difference_t> unsayable(std::string_view text, std::string_view from,
+                                    std::string_view to);
+
+// The number of the line that names another release as the text's writer; 0 when none does.
+uint32_t other_version_line(std::string_view text, std::string_view release);
+
 bool has_errors(const std::vector<difference_t> &differences);
 
 } // namespace infraconvert::meaning

@@ -146,9 +146,8 @@ class content_t {
             before, rows_before, [&](const auto &policy, const auto &of, const auto &action) {
                 const action_t *same = find_action(after, policy, of, action);
                 if (same && action.mtu && same->mtu)
-                    comparison.note_mtu({fate_of_mtu(*action.mtu, *same->mtu, comparison.route),
-                                         title(policy, of), *action.mtu, *same->mtu, action.line,
-                                         same->line});
+                    comparison.note_mtu(title(policy, of), {*action.mtu, action.line},
+                                        {*same->mtu, same->line});
                 else if ((!same || same->text != action.text) && has_policy(after, policy.name))
                     add(gone[title(policy, of)], action);
                 else if (!same && !has_policy(after, policy.name))
@@ -222,6 +221,7 @@ class content_t {
             if (same == now.end())
                 tell_gone(map, name, old);
             else if (!rows_before.classes.contains(name) && !rows_after.classes.contains(name) &&
+                     !comparison.is_told(name) &&
                      (same->second.matches != old.matches || same->second.all != old.all))
                 comparison.add("IC023", weight_t::error, map + " has other match lines", old.lines,
                                same->second.lines);
@@ -318,7 +318,7 @@ class content_t {
             }
         }
         if (!lines.empty())
-            comparison.add("IC032", weight_t::warning,
+            comparison.add("IC035", weight_t::warning,
                            "marking is gone from what is attached nowhere: policy-map " +
                                list(policies),
                            lines, {});
@@ -365,10 +365,9 @@ class content_t {
             lines.push_back(same->second.second);
         }
         if (!classes.empty())
-            comparison.add("IC014", weight_t::warning,
-                           "attached nowhere, and no traffic would meet it any more: " +
-                               list(classes),
-                           old_lines, lines);
+            comparison.add("IC049", weight_t::warning,
+                           "no traffic would meet them any more: " + list(classes), old_lines,
+                           lines);
     }
 
     // ---- told once

@@ -360,6 +360,28 @@ class blocks_t {
         return stanza.empty() ? "ahead of the first stanza" : "under \"" + stanza + '"';
     }
 
+    // The stanza under which the line stood, if it does not stand there any more.
+    std::string former_stanza(const stray_t &stray) const {
+        for (const stanza_t &old : comparison.before.model.reading.stanzas) {
+            for (const line_t &line : old.body) {
+                if (line.text == stray.line.text && old.header.text != stray.stanza &&
+                    !stands_under(old.header.text, line.text))
+                    return std::string(old.header.text);
+            }
+        }
+        return "";
+    }
+
+    bool stands_under(std::string_view header, std::string_view text) const {
+        for (const stanza_t &now : comparison.after.model.reading.stanzas) {
+            for (const line_t &line : now.body) {
+                if (now.header.text == header && line.text == text)
+                    return true;
+            }
+        }
+        return false;
+    }
+
     void tell_rest() {
         struct lines_of_stanza_t {
             lines_t before, after;
@@ -375,10 +397,8 @@ class blocks_t {
                 continue;
             lines_of_stanza_t &lines = stanzas[stray.stanza];
             lines.after.push_back(stray.line.number);
-            for (const stray_t &old : gone) {
-                if (old.line.text == stray.line.text && old.stanza != stray.stanza)
-                    lines.from = old.stanza;
-            }
+            if (lines.from.empty())
+                lines.from = former_stanza(stray);
         }
         for (const auto &[stanza, lines] : stanzas) {
             const bool lost = !lines.before.empty(), gained = !lines.after.empty();

@@ -76,9 +76,10 @@ class pairing_t {
 // ---- words
 
 std::string effect_in_words(const row_t &row) {
-    if (row.is_marking())
-        return row.traffic + (row.effect.starts_with("goes") ? " " : " joins ") + row.effect;
-    return row.effect + " for " + row.traffic;
+    if (!row.is_marking())
+        return row.effect + " for " + row.traffic;
+    const bool as_on_system = row.effect == "goes with " + row.traffic;
+    return "marking of " + row.traffic + (as_on_system ? "" : " (" + row.effect + ')');
 }
 
 std::string listed(const std::vector<std::string> &parts, const char *last, size_t most) {
@@ -141,7 +142,8 @@ std::string rows_in_words(const std::vector<const row_t *> &rows, const char *ve
 
 struct group_t {
     const char *code;
-    std::string words; // empty: those of the rows
+    std::string words = {}; // empty: those of the rows
+    bool whole_attachment = false;
     std::vector<const row_t *> lost, gained;
 };
 
@@ -163,11 +165,13 @@ class teller_t {
   private:
     void tell_old(const fate_t &fate) {
         const row_t &row = *fate.row;
-        if (fate.same || (fate.partner && row.mtu))
+        const bool has_mtu = fate.partner && row.mtu && fate.partner->mtu;
+        if (has_mtu && !comparison.is_unconverted(row))
             note_mtu(fate);
-        if (fate.same)
+        if (fate.same || has_mtu)
             return;
-        if (difference_t *cause = comparison.cause_of(row)) {
+        difference_t *cause = comparison.cause_of(row);
+        if (cause) {
             explained[static_cast<size_t>(cause - comparison.differences.data())].push_back(&row);
             return;
         }
@@ -178,18 +182,14 @@ class teller_t {
             return change("IC038", "traffic", row, now,
                           "class " + row.class_name + " meets " + now.traffic + " instead of " +
                               row.traffic);
-        if (row.mtu && now.mtu)
-            return; // told with the values
         change("IC039", "effect", row, now,
                row.traffic + " has " + now.effect + " instead of " + fate.effect);
     }
 
     void note_mtu(const fate_t &fate) {
         const row_t &old = *fate.row, &now = *fate.partner;
-        if (old.mtu && now.mtu)
-            comparison.note_mtu({fate_of_mtu(*old.mtu, *now.mtu, comparison.route),
-                                 place_in_words(old) + ", " + old.traffic, *old.mtu, *now.mtu,
-                                 old.action_line, now.action_line});
+        comparison.note_mtu(place_in_words(old) + ", " + old.traffic, {*old.mtu, old.action_line},
+                            {*now.mtu, now.action_line});
     }
 
     // ---- rows that are gone
@@ -225,6 +225,7 @@ class teller_t {
                 row.is_marking() && (!group.code || std::string_view(group.code) == "IC041")
                     ? "IC041"
                     : "IC040";
+            group.whole_attachment = true;
             group.lost.push_back(&row);
             return;
         }
@@ -259,8 +260,10 @@ class teller_t {
 
     // ---- telling
 
-    static void add_lines(lines_t &lines, const row_t &row) {
-        lines.insert(lines.end(), {row.attachment_line, row.class_line, row.action_line});
+    static void add_lines(lines_t &lines, const row_t &row, bool whole_attachment) {
+        lines.push_back(row.attachment_line);
+        if (!whole_attachment)
+            lines.insert(lines.end(), {row.class_line, row.action_line});
     }
 
     std::string words_of(const group_t &group) const {
@@ -277,11 +280,11 @@ class teller_t {
             comparison.add(group.code, weight_t::error, words_of(group), {}, {});
         for (const row_t *row : group.lost) {
             difference.rows.push_back({*row, false});
-            add_lines(difference.before, *row);
+            add_lines(difference.before, *row, group.whole_attachment);
         }
         for (const row_t *row : group.gained) {
             difference.rows.push_back({*row, true});
-            add_lines(difference.after, *row);
+            add_lines(difference.after, *row, group.whole_attachment);
         }
     }
 
@@ -289,7 +292,7 @@ class teller_t {
         difference.words += "; " + rows_in_words(rows, "gone");
         for (const row_t *row : rows) {
             difference.rows.push_back({*row, false});
-            add_lines(difference.before, *row);
+            add_lines(difference.before, *row, false);
         }
     }
 
@@ -301,9 +304,17 @@ class teller_t {
 
 } // namespace
 
-void comparison_t::note_mtu(mtu_change_t change) {
-    if (change.fate != mtu_fate_t::same_size)
-        mtus.insert(std::move(change));
+void comparison_t::note_mtu(const std::string &where, mtu_line_t old, mtu_line_t now) {
+    const mtu_fate_t fate = fate_of_mtu(old.value, now.value, route);
+    if (fate == mtu_fate_t::same_size)
+        return;
+    const bool stays = old.value == now.value;
+    mtus.insert({fate,
+                 where + ": " + std::to_string(old.value) +
+                     (stays ? " stays" : " becomes " + std::to_string(now.value)) + ", where " +
+                     std::to_string(same_size(old.value, route.front(), route.back())) +
+                     " would be the same size",
+                 old.line, now.line});
 }
 
 void compare_rows(comparison_t &comparison) { teller_t(comparison).run(); }
@@ -316,14 +327,13 @@ struct told_fate_t {
     mtu_fate_t fate;
     const char *code;
     weight_t weight;
-    const char *words;
 };
 
 constexpr told_fate_t told_fates[] = {
-    {mtu_fate_t::wrong, "IC053", weight_t::error, "the MTU is another size"},
-    {mtu_fate_t::not_raised, "IC051", weight_t::warning, "the MTU keeps its number"},
-    {mtu_fate_t::limit, "IC052", weight_t::warning, "the MTU met a limit"},
-    {mtu_fate_t::lowered_twice, "IC054", weight_t::warning, "the MTU was converted twice"},
+    {mtu_fate_t::wrong, "IC053", weight_t::error},
+    {mtu_fate_t::not_raised, "IC051", weight_t::warning},
+    {mtu_fate_t::limit, "IC052", weight_t::warning},
+    {mtu_fate_t::lowered_twice, "IC054", weight_t::warning},
 };
 
 } // namespace
@@ -336,15 +346,12 @@ void tell_mtus(comparison_t &comparison) {
         for (const auto &change : comparison.mtus) {
             if (change.fate != told.fate)
                 continue;
-            add_once(values, change.where + ": " + std::to_string(change.before) + " is " +
-                                 std::to_string(change.after));
-            old_lines.push_back(change.line_before);
-            lines.push_back(change.line_after);
+            add_once(values, change.words);
+            old_lines.push_back(change.before);
+            lines.push_back(change.after);
         }
         if (!values.empty())
-            comparison.add(told.code, told.weight,
-                           std::string(told.words) + " (" + listed(values, ", ", most) + ")",
-                           old_lines, lines);
+            comparison.add(told.code, told.weight, listed(values, "; ", most), old_lines, lines);
     }
 }
 
@@ -352,18 +359,21 @@ void tell_mtus(comparison_t &comparison) {
 
 namespace {
 
-std::vector<std::string> shared_atoms(const traffic_t &a, const traffic_t &b) {
-    traffic_t shared;
-    std::set_intersection(a.begin(), a.end(), b.begin(), b.end(), std::back_inserter(shared));
-    return shared;
-}
-
 struct ordered_t {
     traffic_t traffic;
+    const class_map_t *map;
     std::string name;
     uint32_t line;
 };
 using order_t = std::vector<ordered_t>;
+
+bool share_a_line(const ordered_t &a, const ordered_t &b) {
+    const auto &lines = a.map->matches, &others = b.map->matches;
+    return std::any_of(lines.begin(), lines.end(), [&](const criterion_t &line) {
+        return std::any_of(others.begin(), others.end(),
+                           [&](const criterion_t &other) { return other.text == line.text; });
+    });
+}
 
 order_t order_of(const model_t &model, const policy_t *policy) {
     order_t order;
@@ -372,7 +382,8 @@ order_t order_of(const model_t &model, const policy_t *policy) {
     for (const class_t &each : policy->classes) {
         traffic_t traffic = traffic_of(model, policy->type, each.name);
         if (!is_predefined(each.name) && !traffic.empty())
-            order.push_back({std::move(traffic), std::string(each.name), each.lines.front()});
+            order.push_back({std::move(traffic), model.class_map(policy->type, each.name),
+                             std::string(each.name), each.lines.front()});
     }
     return order;
 }
@@ -394,22 +405,24 @@ std::vector<const policy_t *> classifying(const model_t &model, std::string_view
     return policies;
 }
 
-const ordered_t *with_traffic(const order_t &order, const traffic_t &traffic) {
+// The class with the traffic of this one, and its name if there are several.
+const ordered_t *same_class(const order_t &order, const ordered_t &wanted) {
+    const ordered_t *found = nullptr;
     for (const ordered_t &each : order) {
-        if (each.traffic == traffic)
-            return &each;
+        if (each.traffic == wanted.traffic && (!found || each.name == wanted.name))
+            found = &each;
     }
-    return nullptr;
+    return found;
 }
 
 void compare_order(comparison_t &comparison, const order_t &old, const order_t &now,
                    std::set<std::string> &told) {
     for (size_t i = 0; i < old.size(); i++) {
         for (size_t j = i + 1; j < old.size(); j++) {
-            if (shared_atoms(old[i].traffic, old[j].traffic).empty())
+            if (!share_a_line(old[i], old[j]))
                 continue;
-            const ordered_t *first = with_traffic(now, old[i].traffic);
-            const ordered_t *second = with_traffic(now, old[j].traffic);
+            const ordered_t *first = same_class(now, old[i]);
+            const ordered_t *second = same_class(now, old[j]);
             if (!first || !second || first <= second)
                 continue;
             const std::string words = "classes " + old[i].name + " and " + old[j].name +

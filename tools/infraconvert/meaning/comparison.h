@@ -48,20 +48,24 @@ struct comparison_t {
     std::vector<cause_t> causes;
     // The difference that explains why a row is not there any more; null when none does.
     difference_t *cause_of(const row_t &row);
+    // True when a fault of the result is about the class-map of this name.
+    bool is_told(std::string_view class_map) const;
+    // True when what gives the row stands in the form of the other model.
+    bool is_unconverted(const row_t &row) const;
 
-    // Values of MTUs that changed with a warning, told together at the end.
+    // Values of MTUs that are not the same size, told together at the end.
     struct mtu_change_t {
         mtu_fate_t fate;
-        std::string where;
-        long before, after;
-        uint32_t line_before, line_after;
-        bool operator<(const mtu_change_t &other) const {
-            return std::pair(line_before, line_after) <
-                   std::pair(other.line_before, other.line_after);
-        }
+        std::string words;
+        uint32_t before, after; // lines
+        auto operator<=>(const mtu_change_t &) const = default;
+    };
+    struct mtu_line_t {
+        long value;
+        uint32_t line;
     };
     std::set<mtu_change_t> mtus;
-    void note_mtu(mtu_change_t change);
+    void note_mtu(const std::string &where, mtu_line_t old, mtu_line_t now);
 };
 
 // In this order.

@@ -45,8 +45,8 @@ struct dialect_t {
     fc_security_t fc_security;
 };
 
-// `from` is the release that a configuration comes from: a VLAN's fcoe must stand alone in releases
-// 5 for one that comes from 4.1. The same release twice for a configuration as it is.
+// `from` is the release that wrote a configuration first: a VLAN's fcoe must stand alone in
+// releases 5 for one that comes from 4.1, on whatever way. The same release twice for one as it is.
 dialect_t dialect_of(const release_t &release, const release_t &from);
 
 } // namespace infraconvert::meaning

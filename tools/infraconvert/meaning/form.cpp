@@ -108,13 +108,12 @@ class checker_t {
 
     void check_front_words() {
         for (const front_words_t &front : model.front_words) {
-            const std::string map = title("class-map", "", front.name);
             const bool known = front.words[0] == "match-any" || front.words[0] == "match-all";
             if (front.words.size() == 1 && known && reads.front_word)
                 continue;
             problem_t &problem =
-                add(fault_t::front_words, map,
-                    map + ": \"" + joined(front.words) + "\" in front of the name", front.line);
+                add(fault_t::front_words, title("class-map", "", front.name),
+                    '"' + joined(front.words) + "\" in front of the name of a class-map", front.line);
             problem.weight = std::max(problem.weight, front.words.size());
             problem.touches.push_back({"", "", std::string(front.name)});
         }
@@ -310,9 +309,11 @@ class checker_t {
                 uint32_t &first = line.text.starts_with("fex") ? associate : mode;
                 first = first == 0 ? line.number : first;
             }
-            if (mode != 0 && associate != 0 && associate < mode)
+            if (mode == 0 || associate == 0 || mode < associate)
+                continue;
+            for (const uint32_t line : {associate, mode})
                 add(fault_t::fabric_order, "",
-                    "\"fex associate\" stands ahead of \"switchport mode fex-fabric\"", associate);
+                    "\"fex associate\" stands ahead of \"switchport mode fex-fabric\"", line);
         }
     }
 

@@ -35,6 +35,12 @@ enum class fault_t {
     no_last_newline,  // the same
 };
 
+// Maps in the form of the other model. The release that is named is wrong, or nothing converted
+// them.
+constexpr bool is_other_model(fault_t fault) {
+    return fault == fault_t::untyped_text || fault == fault_t::typed_text;
+}
+
 // One kind of fault of one subject, with all lines that it concerns.
 struct problem_t {
     fault_t fault;

@@ -31,6 +31,12 @@ mtu_t expected_mtu(long value, const release_t &from, const release_t &to) {
     return {limited, limited == value + shift ? mtu_fate_t::same_size : mtu_fate_t::limit};
 }
 
+long same_size(long value, const release_t &from, const release_t &to) {
+    if (triple(from) >= first_short_mtu && triple(to) < first_typed)
+        return value + overhead;
+    return value == highest ? value : value + shift_between(triple(from), triple(to));
+}
+
 mtu_fate_t fate_of_mtu(long before, long after, std::span<const release_t> route) {
     const mtu_t direct = expected_mtu(before, route.front(), route.back());
     if (after == direct.value)

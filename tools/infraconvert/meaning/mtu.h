@@ -25,6 +25,9 @@ struct mtu_t {
 // The number that `value` must have after a conversion from one release to another.
 mtu_t expected_mtu(long value, const release_t &from, const release_t &to);
 
+// The number of the same size, which may lie beyond the limits.
+long same_size(long value, const release_t &from, const release_t &to);
+
 // What became of `before` on a route of releases, the first the one that wrote it.
 mtu_fate_t fate_of_mtu(long before, long after, std::span<const release_t> route);
 

@@ -35,6 +35,8 @@ std::string refused_codes(const std::vector<finding_t> &findings,
     std::set<std::string> fine;
     for (const std::string &code : accepted) {
         const finding_kind_t *kind = finding_kind_named(code);
+        if (!kind && retired_kind_named(code))
+            continue;
         if (!kind) {
             std::vector<std::string> known;
             for (const finding_kind_t &each : finding_kinds())

@@ -43,6 +43,16 @@ std::string kind_document(const finding_kind_t &kind) {
     return printed(document);
 }
 
+std::string kind_document(const retired_kind_t &kind) {
+    json document = document_of("explain");
+    document["finding"] = {{"code", kind.code},
+                           {"severity", nullptr},
+                           {"title", kind.title},
+                           {"explanation", kind.reason},
+                           {"advice", ""}};
+    return printed(document);
+}
+
 json codes_json(const fleet_summary_t &summary) {
     json list = json::array();
     for (const auto &[code, count] : summary.codes) {

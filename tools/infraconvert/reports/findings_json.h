@@ -14,5 +14,6 @@ nlohmann::ordered_json findings_json(const std::vector<finding_t> &findings);
 nlohmann::ordered_json codes_json(const fleet_summary_t &summary);
 // What infraconvert explain prints for a code.
 std::string kind_document(const finding_kind_t &kind);
+std::string kind_document(const retired_kind_t &kind);
 
 } // namespace infraconvert

@@ -9,6 +9,7 @@ namespace infraconvert {
 namespace {
 
 constexpr size_t shown_of_a_kind = 12; // more of one kind are only counted
+constexpr size_t shown_lines = 8;      // of one text; more are only counted
 constexpr size_t code_width = 7, severity_width = 9;
 
 std::string line_text(char mark, const evidence_t &line) {
@@ -18,15 +19,21 @@ std::string line_text(char mark, const evidence_t &line) {
            '\n';
 }
 
+std::string lines_text(char mark, const std::vector<evidence_t> &lines) {
+    std::string text;
+    for (size_t i = 0; i < std::min(lines.size(), shown_lines); i++)
+        text += line_text(mark, lines[i]);
+    if (lines.size() > shown_lines)
+        text += "    " + std::string(1, mark) + "         and " +
+                std::to_string(lines.size() - shown_lines) + " more lines\n";
+    return text;
+}
+
 std::string finding_text(const finding_t &finding) {
     std::string text;
     if (!finding.detail.empty())
         text += "    " + wrapped(finding.detail, 4) + '\n';
-    for (const evidence_t &line : finding.before)
-        text += line_text('-', line);
-    for (const evidence_t &line : finding.after)
-        text += line_text('+', line);
-    return text;
+    return text + lines_text('-', finding.before) + lines_text('+', finding.after);
 }
 
 } // namespace
@@ -55,6 +62,11 @@ std::string finding_details(const finding_kind_t &kind) {
     return std::string(kind.code) + " (" + severity_name(kind.severity) + ") " + kind.title +
            "\n\nWhat it means:\n  " + wrapped(kind.explanation, 2) + "\n\nWhat to do:\n  " +
            wrapped(kind.advice, 2) + '\n';
+}
+
+std::string finding_details(const retired_kind_t &kind) {
+    return std::string(kind.code) + " (not found any more) " + kind.title + "\n\nWhy not:\n  " +
+           wrapped(kind.reason, 2) + '\n';
 }
 
 std::string finding_list() {

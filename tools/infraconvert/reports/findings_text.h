@@ -13,6 +13,7 @@ std::string findings_text(const std::vector<finding_t> &findings, severity_t lea
 
 // What a code means, for infraconvert explain.
 std::string finding_details(const finding_kind_t &kind);
+std::string finding_details(const retired_kind_t &kind);
 // All codes, one a line.
 std::string finding_list();
 
