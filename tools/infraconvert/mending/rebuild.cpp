@@ -1,0 +1,125 @@
+// When maps do not come out well piece by piece: all of them go, and are written anew row by row.
+
+#include "meaning/compare.h"
+#include "meaning/effects.h"
+#include "mending/restore.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace infraconvert::mending {
+
+using namespace meaning;
+
+namespace {
+
+constexpr size_t most_steps = 300;
+
+commands_t removal_of_qos(const model_t &model) {
+    commands_t commands;
+    for (const attachment_t &each : model.attachments) {
+        const bool system = each.kind == place_kind_t::system;
+        remove_line(commands, system ? "system qos" : each.place,
+                    "  service-policy " + type_words(each.type) + std::string(each.direction) +
+                        (each.direction.empty() ? "" : " ") + std::string(each.name));
+    }
+    for (const stanza_t &stanza : model.reading.stanzas) {
+        const words_t words = split_words(stanza.header.text);
+        if (is_map(words))
+            remove_stanza(commands, std::string(stanza.header.text));
+    }
+    return commands;
+}
+
+// Where the traffic stands in the original's classification: the first class that matches decides.
+size_t position(const model_t &model, const row_t &row) {
+    const policy_t *policy = model.dialect.typed ? policy_in_force(model, row.place)
+                                                 : model.policy(types::none, row.policy);
+    for (size_t i = 0; policy && i < policy->classes.size(); i++) {
+        if (in_words(traffic_of(model, policy->type, policy->classes[i].name)) == row.traffic)
+            return i;
+    }
+    return policy ? policy->classes.size() : 0;
+}
+
+// Rows of the system first, classes in the order of the original's classification.
+auto rank(const model_t &model, const row_t &row) {
+    return std::tuple(row.is_marking(), row.place != "system", row.place, position(model, row),
+                      row.action_line);
+}
+
+class rebuilding_t {
+  public:
+    rebuilding_t(std::string_view of, std::string_view result,
+                 std::span<const std::string_view> through, bool keeps_apart)
+        : original(of), route(through), apart(keeps_apart), text(result) {}
+
+    candidate_t run() {
+        add(removal_of_qos(model_t(text, route.back(), route[route.size() - 2])));
+        for (size_t step = 0; step < most_steps && why_not.empty(); step++) {
+            const auto differences = compare(original, text, route);
+            if (!has_errors(differences) || !(next_row(differences) || next_content(differences)))
+                break;
+        }
+        return {why_not.empty() ? commands : commands_t(), why_not};
+    }
+
+  private:
+    // Adds what is to be typed; false when the text has it all.
+    bool add(const commands_t &more) {
+        const std::string now = applied(text, more);
+        const bool changes = now != text;
+        text = now;
+        merge(commands, more);
+        return changes;
+    }
+
+    bool next_row(const std::vector<difference_t> &differences) {
+        std::vector<const row_t *> lost;
+        for (const difference_t &difference : differences) {
+            for (const row_change_t &change : difference.rows) {
+                if (!change.gained && difference.weight == weight_t::error)
+                    lost.push_back(&change.row);
+            }
+        }
+        const scene_t scene(original, text, route);
+        std::sort(lost.begin(), lost.end(), [&](const row_t *a, const row_t *b) {
+            return rank(scene.before, *a) < rank(scene.before, *b);
+        });
+        for (const row_t *row : lost) {
+            const difference_t one = {"", weight_t::error, "", {{*row, false}}, {}, {}};
+            const candidate_t candidate =
+                apart ? restored_rows_apart(scene, one) : restored_rows(scene, one);
+            if (!candidate.why_not.empty())
+                why_not = candidate.why_not;
+            else if (add(candidate.commands))
+                return true;
+        }
+        return false;
+    }
+
+    bool next_content(const std::vector<difference_t> &differences) {
+        const scene_t scene(original, text, route);
+        for (const difference_t &difference : differences) {
+            if (difference.weight == weight_t::error && difference.rows.empty() &&
+                add(restored_content(scene, difference).commands))
+                return true;
+        }
+        return false;
+    }
+
+    const std::string_view original;
+    const std::span<const std::string_view> route;
+    const bool apart;
+    std::string text, why_not;
+    commands_t commands;
+};
+
+} // namespace
+
+candidate_t rebuilt_qos(std::string_view original, std::string_view result,
+                        std::span<const std::string_view> route, bool apart) {
+    return rebuilding_t(original, result, route, apart).run();
+}
+
+} // namespace infraconvert::mending

@@ -1,0 +1,27 @@
+// An original before its conversion, written otherwise: the same configuration in words that the
+// converters take as they are meant.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace infraconvert::mending {
+
+struct respelling_t {
+    std::string text;  // of the whole configuration; the original's where there is nothing to do
+    std::string words; // what was done, for people
+};
+
+// Maps, attachments, VLANs and the features' lines as a switch writes them: two blanks in front of
+// a line of a body, four in front of an action, one between words, nothing that means nothing
+// between them, no map on the first line, and a newline behind each line.
+respelling_t in_written_form(std::string_view text, std::string_view release);
+
+// Names of maps that hold a keyword, under another name: "policy-map-a" is "policy_map_a".
+respelling_t with_plain_names(std::string_view text, std::string_view release);
+
+// Stanzas of one first line as one, and class-maps, policy-maps and "system qos" in this order
+// between the stanzas that have nothing to do with them and the interfaces.
+respelling_t in_written_order(std::string_view text);
+
+} // namespace infraconvert::mending

@@ -1,0 +1,67 @@
+// Lines to type after a conversion that bring back what a difference tells of. They are candidates:
+// nothing here is believed before the comparison of the mended result says so.
+#pragma once
+
+#include "meaning/difference.h"
+#include "meaning/model.h"
+#include "mending/commands.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace infraconvert::mending {
+
+// The original and a result, taken apart once for all differences between them.
+struct scene_t {
+    // The texts must outlive the object.
+    scene_t(std::string_view original, std::string_view result,
+            std::span<const std::string_view> route);
+
+    const meaning::model_t before, after;
+    const std::vector<meaning::release_t> route;
+
+    bool typed() const { return after.dialect.typed; }
+};
+
+struct candidate_t {
+    commands_t commands;
+    std::string why_not; // why the release has no lines for it; empty: it may have
+};
+
+// The ways to bring back what the difference tells of, the smallest first.
+std::vector<candidate_t> restoring(const scene_t &scene, const meaning::difference_t &difference);
+
+// ---- the parts: each adds what it knows to do
+
+// Rows of the effect table: maps, classes, actions and attachments.
+candidate_t restored_rows(const scene_t &scene, const meaning::difference_t &difference);
+
+// Rows again, with policy-maps of their own where the ones that stand there are shared.
+candidate_t restored_rows_apart(const scene_t &scene, const meaning::difference_t &difference);
+
+// An attachment at an interface that only puts traffic into groups.
+candidate_t restored_marking(const scene_t &scene, const meaning::attachment_t &attachment);
+
+// Maps and their lines that are attached nowhere.
+candidate_t restored_content(const scene_t &scene, const meaning::difference_t &difference);
+
+// Lines under their stanzas, features by the target's spelling, lines in the target's order.
+candidate_t restored_lines(const scene_t &scene, const meaning::difference_t &difference);
+
+// The whole QoS configuration written anew in the target's form, from the original's effects;
+// `apart` with a policy-map for each place.
+candidate_t rebuilt_qos(std::string_view original, std::string_view result,
+                        std::span<const std::string_view> route, bool apart);
+
+// The criteria of a class-map of the original, as lines; empty where this release cannot say them.
+std::vector<std::string> match_lines(const scene_t &scene, std::string_view class_name);
+
+// The first line of a class-map, with match-all where the original has it and the release reads it;
+// empty where it does not.
+std::string class_map_header(const scene_t &scene, std::string_view type, std::string_view name);
+
+// "type qos " or nothing.
+std::string type_words(std::string_view type);
+
+} // namespace infraconvert::mending

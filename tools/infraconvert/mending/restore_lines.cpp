@@ -1,0 +1,273 @@
+// Lines outside the maps: those that went come back under their stanza, those that appeared go;
+// features and commands in the target's spelling; fabric extender lines in the target's order.
+
+#include "mending/restore.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace infraconvert::mending {
+
+using namespace meaning;
+
+namespace {
+
+constexpr const char *npiv_lines[] = {"npiv enable", "feature npiv"};
+constexpr const char *fc_lines[] = {"port-security enable", "feature port-security",
+                                    "feature fc-port-security"};
+constexpr const char *mac_words[] = {"mac-address-table", "mac address-table"};
+constexpr const char *fc_words[] = {"port-security", "port-security", "fc-port-security"};
+
+class line_restorer_t {
+  public:
+    line_restorer_t(const scene_t &looked_at, const difference_t &told)
+        : scene(looked_at), difference(told) {}
+
+    candidate_t run() {
+        if (concerns_vlans())
+            return restored_vlans();
+        if (put_fabric_lines_in_order())
+            return {commands, ""};
+        for_each_line(scene.after, difference.after,
+                      [&](const stanza_t &stanza, const line_t &line) {
+                          if (!difference.before.empty() || !respell(stanza, line))
+                              remove(stanza, line);
+                      });
+        for_each_line(scene.before, difference.before,
+                      [&](const stanza_t &stanza, const line_t &line) { restore(stanza, line); });
+        return {why_not.empty() ? commands : commands_t(), why_not};
+    }
+
+  private:
+    // Stanzas and lines of a text that are among these numbers; a header comes with itself.
+    template<typename visit_t>
+    static void for_each_line(const model_t &model, const std::vector<uint32_t> &numbers,
+                              visit_t visit) {
+        const auto told = [&](const line_t &line) {
+            return std::binary_search(numbers.begin(), numbers.end(), line.number);
+        };
+        for (const stanza_t &stanza : model.reading.stanzas) {
+            if (told(stanza.header))
+                visit(stanza, stanza.header);
+            for (const line_t &line : stanza.body) {
+                if (told(line))
+                    visit(stanza, line);
+            }
+        }
+    }
+
+    static bool is_map_line(const stanza_t &stanza) {
+        const words_t words = split_words(stanza.header.text);
+        return is_map(words);
+    }
+
+    // ---- VLANs
+
+    static vlans_t vlans_of(const model_t &model, bool with_fcoe) {
+        vlans_t all;
+        for (const vlan_stanza_t &stanza : model.vlans) {
+            if (!with_fcoe || !stanza.fcoe.empty())
+                all |= stanza.vlans;
+        }
+        return all;
+    }
+
+    bool is_told(const vlan_stanza_t &stanza, const std::vector<uint32_t> &numbers) const {
+        return std::binary_search(numbers.begin(), numbers.end(), stanza.line);
+    }
+
+    bool concerns_vlans() const {
+        const auto any = [&](const model_t &model, const std::vector<uint32_t> &numbers) {
+            return std::any_of(model.vlans.begin(), model.vlans.end(),
+                               [&](const auto &stanza) { return is_told(stanza, numbers); });
+        };
+        return any(scene.before, difference.before) || any(scene.after, difference.after);
+    }
+
+    // Each VLAN by itself, as releases 5 want "fcoe"; older ones read it too.
+    candidate_t restored_vlans() {
+        const vlans_t lost = vlans_of(scene.before, false) & ~vlans_of(scene.after, false);
+        const vlans_t lost_fcoe = vlans_of(scene.before, true) & ~vlans_of(scene.after, true);
+        const vlans_t gained = vlans_of(scene.after, false) & ~vlans_of(scene.before, false);
+        const vlans_t new_fcoe = vlans_of(scene.after, true) & ~vlans_of(scene.before, true);
+        for (size_t vlan = 0; vlan < vlan_numbers; vlan++) {
+            const std::string header = "vlan " + std::to_string(vlan);
+            if (lost_fcoe[vlan])
+                commands.push_back(
+                    {.header = header, .how = command_t::apart, .body = {{"  fcoe"}}});
+            else if (lost[vlan])
+                block(commands, header);
+            else if (gained[vlan])
+                remove_stanza(commands, header);
+        }
+        for (const stanza_t &stanza : scene.after.reading.stanzas) {
+            for (const vlan_stanza_t &vlans : scene.after.vlans) {
+                if (vlans.line != stanza.header.number || vlans.fcoe.empty())
+                    continue;
+                const bool apart =
+                    is_told(vlans, difference.after) && (vlans.vlans & new_fcoe).none();
+                if (apart || (vlans.vlans & new_fcoe).any())
+                    remove_line(commands, std::string(stanza.header.text), "  fcoe");
+                for (size_t vlan = 0; apart && vlan < vlan_numbers; vlan++) {
+                    if (vlans.vlans[vlan])
+                        commands.push_back({.header = "vlan " + std::to_string(vlan),
+                                            .how = command_t::apart,
+                                            .body = {{"  fcoe"}}});
+                }
+            }
+        }
+        return {commands, ""};
+    }
+
+    // ---- fabric extender ports
+
+    bool put_fabric_lines_in_order() {
+        constexpr std::string_view member = "fex associate";
+        for_each_line(scene.after, difference.after,
+                      [&](const stanza_t &stanza, const line_t &line) {
+                          if (!line.text.starts_with(member) || !is_out_of_order(stanza, line))
+                              return;
+                          const std::string header(stanza.header.text), text(line.text);
+                          remove_line(commands, header, "  " + text);
+                          add_line(commands, header, "  " + text);
+                      });
+        return !commands.empty();
+    }
+
+    bool is_out_of_order(const stanza_t &stanza, const line_t &member) const {
+        return scene.after.dialect.fabric_order &&
+               std::any_of(stanza.body.begin(), stanza.body.end(), [&](const line_t &line) {
+                   return line.number > member.number &&
+                          is_exactly(line.text, {"switchport", "mode", "fex-fabric"});
+               });
+    }
+
+    // ---- any other line
+
+    void remove(const stanza_t &stanza, const line_t &line) {
+        const std::string header(stanza.header.text);
+        if (line.number != stanza.header.number)
+            remove_line(commands, header, "  " + std::string(line.text));
+        else if (is_map_line(stanza))
+            write_header_anew(stanza);
+        else
+            commands.push_back(
+                {.header = header,
+                 .how = keeps_its_lines(stanza) ? command_t::remove_line : command_t::remove});
+    }
+
+    // A line that came to stand like a stanza's first: what is below it belongs above.
+    bool keeps_its_lines(const stanza_t &stanza) const {
+        return std::any_of(stanza.body.begin(), stanza.body.end(), [&](const line_t &line) {
+            return !std::binary_search(difference.after.begin(), difference.after.end(),
+                                       line.number);
+        });
+    }
+
+    // A class-map under a first line that the target reads, with the lines that it has.
+    void write_header_anew(const stanza_t &stanza) {
+        const words_t words = split_words(stanza.header.text);
+        if (words[0] != "class-map")
+            return;
+        const bool typed = words.size() > 2 && words[1] == "type";
+        const std::string_view type = typed && scene.typed() ? words[2] : types::none;
+        if (typed && words[2] == types::control_plane && !scene.after.dialect.control_plane) {
+            why_not = "the target release has no control-plane maps";
+            return;
+        }
+        const std::string header = class_map_header(scene, type, words.back());
+        if (header.empty()) {
+            why_not = "the target release has no match-all, which class-map " +
+                      std::string(words.back()) + " needs";
+            return;
+        }
+        remove_stanza(commands, std::string(stanza.header.text));
+        block(commands, header);
+        for (const line_t &line : stanza.body)
+            add_line(commands, header, "  " + std::string(line.text));
+    }
+
+    void restore(const stanza_t &stanza, const line_t &line) {
+        if (is_map_line(stanza))
+            return;
+        const std::string header = carried_over(stanza.header.text);
+        std::vector<std::string> order;
+        for (const line_t &below : stanza.body)
+            order.push_back(joined(split_words(carried_over(below.text))));
+        block(commands, header).order = order;
+        for (const line_t &below : stanza.body) {
+            if (line.number == stanza.header.number || line.number == below.number)
+                add_line(commands, header, "  " + carried_over(below.text));
+        }
+    }
+
+    // A line of the original as the target spells it. What the original's release does not read as
+    // a command of the services is another feature's.
+    std::string carried_over(std::string_view text) const {
+        const auto own = static_cast<size_t>(scene.before.dialect.fc_security);
+        const words_t words = split_words(text);
+        const bool off = !words.empty() && words[0] == "no";
+        const std::string said = joined(std::span(words).subspan(off ? 1 : 0));
+        const bool is_fc = is_one_of(fc_lines, said);
+        return is_fc && said != fc_lines[own] ? std::string(text) : spelled(text);
+    }
+
+    // A command as the target spells it, whichever release spelled it before.
+    std::string spelled(std::string_view text) const {
+        const words_t words = split_words(text);
+        if (words.empty())
+            return "";
+        const bool off = words[0] == "no";
+        const std::string said = joined(std::span(words).subspan(off ? 1 : 0));
+        const dialect_t &target = scene.after.dialect;
+        const std::string front = off ? "no " : "";
+        const auto security = static_cast<size_t>(target.fc_security);
+        if (is_one_of(npiv_lines, said))
+            return front + npiv_lines[target.npiv_feature];
+        if (is_one_of(fc_lines, said))
+            return front + fc_lines[security];
+        for (const char *word : fc_words) {
+            if (said.starts_with(std::string(word) + ' '))
+                return front + fc_words[security] + said.substr(strlen(word));
+        }
+        for (const char *word : mac_words) {
+            if (said.starts_with(std::string(word) + ' '))
+                return front + mac_words[target.mac_by_blank] + said.substr(strlen(word));
+        }
+        return std::string(text);
+    }
+
+    template<typename list_t> static bool is_one_of(const list_t &list, const std::string &said) {
+        return std::find(std::begin(list), std::end(list), said) != std::end(list);
+    }
+
+    // A command of the result in another release's spelling, with the lines below it.
+    bool respell(const stanza_t &stanza, const line_t &line) {
+        const std::string header(stanza.header.text), text(line.text), now = spelled(text);
+        if (now == text)
+            return false;
+        if (line.number != stanza.header.number) {
+            remove_line(commands, header, "  " + text);
+            add_line(commands, header, "  " + now);
+            return true;
+        }
+        remove_stanza(commands, header);
+        block(commands, now);
+        for (const line_t &below : stanza.body)
+            add_line(commands, now, "  " + std::string(below.text));
+        return true;
+    }
+
+    const scene_t &scene;
+    const difference_t &difference;
+    commands_t commands;
+    std::string why_not;
+};
+
+} // namespace
+
+candidate_t restored_lines(const scene_t &scene, const difference_t &difference) {
+    return line_restorer_t(scene, difference).run();
+}
+
+} // namespace infraconvert::mending
