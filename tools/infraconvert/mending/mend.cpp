@@ -169,10 +169,10 @@ class after_t {
         const bool about_maps = std::any_of(asked.begin(), asked.end(), [](const auto &each) {
             return !each.rows.empty() || is_about_maps(each.code);
         });
-        for (const bool apart : {false, true}) {
+        for (const names_t names : {names_t::same, names_t::placed}) {
             if (!about_maps)
                 break;
-            const candidate_t candidate = rebuilt_qos(request.original, text, request.route, apart);
+            const candidate_t candidate = rebuilt_qos(request.original, text, request.route, names);
             if (!candidate.commands.empty() && try_one(candidate.commands, asked, true))
                 return true;
         }

@@ -51,8 +51,8 @@ auto rank(const model_t &model, const row_t &row) {
 class rebuilding_t {
   public:
     rebuilding_t(std::string_view of, std::string_view result,
-                 std::span<const std::string_view> through, bool keeps_apart)
-        : original(of), route(through), apart(keeps_apart), text(result) {}
+                 std::span<const std::string_view> through, names_t takes)
+        : original(of), route(through), names(takes), text(result) {}
 
     candidate_t run() {
         add(removal_of_qos(model_t(text, route.back(), route[route.size() - 2])));
@@ -88,8 +88,7 @@ class rebuilding_t {
         });
         for (const row_t *row : lost) {
             const difference_t one = {"", weight_t::error, "", {{*row, false}}, {}, {}};
-            const candidate_t candidate =
-                apart ? restored_rows_apart(scene, one) : restored_rows(scene, one);
+            const candidate_t candidate = restored_rows(scene, one, names);
             if (!candidate.why_not.empty())
                 why_not = candidate.why_not;
             else if (add(candidate.commands))
@@ -110,7 +109,7 @@ class rebuilding_t {
 
     const std::string_view original;
     const std::span<const std::string_view> route;
-    const bool apart;
+    const names_t names;
     std::string text, why_not;
     commands_t commands;
 };
@@ -118,8 +117,8 @@ class rebuilding_t {
 } // namespace
 
 candidate_t rebuilt_qos(std::string_view original, std::string_view result,
-                        std::span<const std::string_view> route, bool apart) {
-    return rebuilding_t(original, result, route, apart).run();
+                        std::span<const std::string_view> route, names_t names) {
+    return rebuilding_t(original, result, route, names).run();
 }
 
 } // namespace infraconvert::mending

@@ -71,8 +71,8 @@ std::vector<candidate_t> restoring(const scene_t &scene, const difference_t &dif
             candidates.push_back(std::move(candidate));
     };
     if (!difference.rows.empty()) {
-        offer(restored_rows(scene, difference));
-        offer(restored_rows_apart(scene, difference));
+        for (const names_t names : {names_t::same, names_t::unique})
+            offer(restored_rows(scene, difference, names));
     } else {
         for (const attachment_t &attachment : scene.before.attachments) {
             const auto &lines = difference.before;

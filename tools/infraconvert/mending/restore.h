@@ -34,11 +34,16 @@ std::vector<candidate_t> restoring(const scene_t &scene, const meaning::differen
 
 // ---- the parts: each adds what it knows to do
 
-// Rows of the effect table: maps, classes, actions and attachments.
-candidate_t restored_rows(const scene_t &scene, const meaning::difference_t &difference);
+// The policy-maps that take what comes back.
+enum class names_t {
+    same,   // those in force at the place, else those of the original's names
+    placed, // the same, but under a name for their place
+    unique, // new ones, in place of those that are attached
+};
 
-// Rows again, with policy-maps of their own where the ones that stand there are shared.
-candidate_t restored_rows_apart(const scene_t &scene, const meaning::difference_t &difference);
+// Rows of the effect table: maps, classes, actions and attachments.
+candidate_t restored_rows(const scene_t &scene, const meaning::difference_t &difference,
+                          names_t names);
 
 // An attachment at an interface that only puts traffic into groups.
 candidate_t restored_marking(const scene_t &scene, const meaning::attachment_t &attachment);
@@ -52,7 +57,7 @@ candidate_t restored_lines(const scene_t &scene, const meaning::difference_t &di
 // The whole QoS configuration written anew in the target's form, from the original's effects;
 // `apart` with a policy-map for each place.
 candidate_t rebuilt_qos(std::string_view original, std::string_view result,
-                        std::span<const std::string_view> route, bool apart);
+                        std::span<const std::string_view> route, names_t names);
 
 // The criteria of a class-map of the original, as lines; empty where this release cannot say them.
 std::vector<std::string> match_lines(const scene_t &scene, std::string_view class_name);

@@ -73,7 +73,10 @@ class line_restorer_t {
     }
 
     bool is_told(const vlan_stanza_t &stanza, const std::vector<uint32_t> &numbers) const {
-        return std::binary_search(numbers.begin(), numbers.end(), stanza.line);
+        const auto told = [&](uint32_t line) {
+            return std::binary_search(numbers.begin(), numbers.end(), line);
+        };
+        return told(stanza.line) || std::any_of(stanza.fcoe.begin(), stanza.fcoe.end(), told);
     }
 
     bool concerns_vlans() const {

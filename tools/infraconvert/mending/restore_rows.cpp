@@ -32,8 +32,8 @@ std::string place_header(const row_t &row) {
 
 class row_restorer_t {
   public:
-    row_restorer_t(const scene_t &looked_at, bool keeps_apart)
-        : scene(looked_at), apart(keeps_apart) {}
+    row_restorer_t(const scene_t &looked_at, names_t takes)
+        : scene(looked_at), names(takes), apart(takes == names_t::unique) {}
 
     void lose(const row_t &row) { // one that the result has and the original has not
         const std::string map = "policy-map " + type_words(row.type) + row.policy;
@@ -105,12 +105,12 @@ class row_restorer_t {
         return name_for(row);
     }
 
-    // A name that no policy-map of the result has, where the row's own would be shared.
+    // Another name than the row's own where that would be shared.
     std::string name_for(const row_t &row) const {
-        if (!apart)
+        if (names == names_t::same)
             return row.policy;
-        std::string name = row.policy + "-" + (row.direction.empty() ? "own" : row.direction);
-        while (has_policy(name))
+        std::string name = row.policy + "-" + (row.place == "system" ? "system" : row.direction);
+        while (names == names_t::unique && has_policy(name))
             name += "-2";
         return name;
     }
@@ -380,7 +380,8 @@ class row_restorer_t {
     }
 
     const scene_t &scene;
-    const bool apart;
+    const names_t names;
+    const bool apart; // from the policies that are attached
     commands_t commands;
     std::string why_not;
     std::set<int> taken;
@@ -397,8 +398,8 @@ void put_in_order(commands_t &commands) {
                      [&](const auto &a, const auto &b) { return rank(a) < rank(b); });
 }
 
-candidate_t rows(const scene_t &scene, const difference_t &difference, bool apart) {
-    row_restorer_t restorer(scene, apart);
+candidate_t rows(const scene_t &scene, const difference_t &difference, names_t names) {
+    row_restorer_t restorer(scene, names);
     for (const row_change_t &change : difference.rows) {
         if (change.gained)
             restorer.lose(change.row);
@@ -414,8 +415,8 @@ candidate_t rows(const scene_t &scene, const difference_t &difference, bool apar
 
 } // namespace
 
-candidate_t restored_rows(const scene_t &scene, const difference_t &difference) {
-    return rows(scene, difference, false);
+candidate_t restored_rows(const scene_t &scene, const difference_t &difference, names_t names) {
+    return rows(scene, difference, names);
 }
 
 // The rows that an attachment of the original would give if the system's policy did not give the
@@ -423,7 +424,7 @@ candidate_t restored_rows(const scene_t &scene, const difference_t &difference) 
 candidate_t restored_marking(const scene_t &scene, const attachment_t &attachment) {
     const policy_t *policy = scene.before.policy(attachment.type, attachment.name);
     const groups_t groups(scene.before, policy_in_force(scene.before, "system"));
-    row_restorer_t restorer(scene, false);
+    row_restorer_t restorer(scene, names_t::same);
     for (const class_t &each : policy ? policy->classes : std::vector<class_t>()) {
         for (const action_t &action : each.actions) {
             if (action.kind != action_kind_t::group)
@@ -444,10 +445,6 @@ candidate_t restored_marking(const scene_t &scene, const attachment_t &attachmen
     candidate_t candidate = restorer.result();
     put_in_order(candidate.commands);
     return candidate;
-}
-
-candidate_t restored_rows_apart(const scene_t &scene, const difference_t &difference) {
-    return rows(scene, difference, true);
 }
 
 } // namespace infraconvert::mending
