@@ -25,10 +25,28 @@ struct evidence_t {
     std::string text;
 };
 
+// Lines of the original, from 1, and what stands there instead.
+struct replacement_t {
+    size_t line, removed; // how many go from this line on; none: the text stands ahead of it
+    std::string text;
+};
+
+// Lines that mend a finding, and are proved to.
+struct fix_text_t {
+    // Of the original before the conversion: lines with "-" or "+" in front. Else to be typed on
+    // the switch after it.
+    bool before;
+    std::vector<std::string> lines;
+    std::vector<std::string> restores;            // what they bring back, in words
+    std::vector<replacement_t> replacements = {}; // of a fix before the conversion
+};
+
 struct finding_t {
     const finding_kind_t *kind;
     std::string detail;                    // what was found here, in one sentence or less
     std::vector<evidence_t> before, after; // lines of the original, of the result
+    std::vector<fix_text_t> fixes = {};
+    std::string by_hand = {}; // why there is no fix for an error; empty: there is, or nobody looked
 };
 
 struct finding_count_t {

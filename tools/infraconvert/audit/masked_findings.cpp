@@ -15,6 +15,22 @@ void mask_lines(std::vector<evidence_t> &evidence, const lines_t &masked) {
     }
 }
 
+// Lines that are to be typed, or of a patch: what is behind "-" or "+".
+void mask_fix(fix_text_t &fix, const mask_t &mask) {
+    const size_t mark = fix.before ? 1 : 0;
+    std::string text;
+    for (const std::string &line : fix.lines)
+        text += line.substr(mark) + '\n';
+    const std::string masked = masked_text(text);
+    const lines_t lines = split_lines(masked);
+    for (size_t i = 0; i < fix.lines.size(); i++)
+        fix.lines[i] = fix.lines[i].substr(0, mark) + std::string(without_newline(lines[i]));
+    for (std::string &words : fix.restores)
+        words = mask.message(words);
+    for (replacement_t &replacement : fix.replacements)
+        replacement.text = masked_text(replacement.text);
+}
+
 } // namespace
 
 void mask_findings(std::vector<finding_t> &findings, const converted_t &conversion) {
@@ -26,6 +42,8 @@ void mask_findings(std::vector<finding_t> &findings, const converted_t &conversi
         finding.detail = mask.message(finding.detail);
         mask_lines(finding.before, before);
         mask_lines(finding.after, after);
+        for (fix_text_t &fix : finding.fixes)
+            mask_fix(fix, mask);
     }
 }
 

@@ -36,6 +36,8 @@ bool converted_t::failed() const {
 }
 
 std::string converted_t::rule_of(const script_line_t &line) const {
+    if (line.step == fix_step)
+        return "fix";
     return line.step < 0 ? "-" : steps[static_cast<size_t>(line.step)].routing.ids();
 }
 
@@ -68,17 +70,24 @@ converted_t run_conversion(const conversion_request_t &request) {
                               .logs = {},
                               .masked = false};
     const bool wants_logs = request.wants_logs || !request.log_directory.empty();
-    const call_result_t call =
-        call_installer({request.text, request.releases, request.services, wants_logs});
     history_t history(request.text);
-    shared_text_t text = request.text;
+    shared_text_t text = request.edited ? request.edited : request.text;
+    if (request.edited)
+        history.record(fix_step, text);
+    const shared_text_t given = text;
+    const call_result_t call =
+        call_installer({given, request.releases, request.services, wants_logs});
     for (size_t i = 0; i < request.services.size(); i++) {
         text = call.steps[i].after;
-        step_t step = step_of(*request.services[i], request.releases, call.steps[i], *request.text);
+        step_t step = step_of(*request.services[i], request.releases, call.steps[i], *given);
         step.changed = history.record(static_cast<int>(i), text);
         conversion.steps.push_back(std::move(step));
     }
     const bool counts = request.keep_going || !conversion.failed();
+    if (counts && request.typed) {
+        text = std::make_shared<const std::string>(request.typed(*text));
+        history.record(fix_step, text);
+    }
     if (counts)
         conversion.result = text;
     conversion.script = counts ? history.script() : history_t(request.text).script();

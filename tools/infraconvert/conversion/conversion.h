@@ -9,6 +9,7 @@
 #include "conversion/services.h"
 #include "secrets/mask.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,7 +25,14 @@ struct conversion_request_t {
     std::string log_directory; // where to keep them; empty: nowhere
     std::shared_ptr<const outputs_t> outputs = {}; // writes them
     bool mask_logs = false;                        // hides the secrets in them
+    // Fixes around the services: the text as edited before them, null for `text` as it is, and what
+    // becomes of theirs afterwards.
+    shared_text_t edited = {};
+    std::function<std::string(const std::string &)> typed = {};
 };
+
+// The step of a line that a fix changed, not a service.
+constexpr int fix_step = 1 << 20;
 
 // What one service did.
 struct step_t {
@@ -49,7 +57,7 @@ struct converted_t {
 
     bool failed() const;
     bool changes() const { return *original != *result; }
-    // The rule that a script line owes its change to; "-" when no rule's step is known.
+    // The rule that a script line owes its change to, or "fix"; "-" when no step is known.
     std::string rule_of(const script_line_t &line) const;
 };
 

@@ -1,5 +1,6 @@
 // Static Analysis Results Interchange Format 2.1.0, which code review systems read.
 
+#include "reports/findings_json.h"
 #include "reports/formats.h"
 #include "reports/json_document.h"
 
@@ -43,14 +44,40 @@ std::string uri_of(const std::string &file) {
     return uri;
 }
 
+// Edits of the file in which something was found; lines to type on the switch are none of these.
+json sarif_fixes(const std::string &file, const std::vector<fix_text_t> &fixes) {
+    json list = json::array();
+    for (const fix_text_t &fix : fixes) {
+        json replacements = json::array();
+        for (const replacement_t &each : fix.replacements)
+            replacements.push_back({{"deletedRegion",
+                                     {{"startLine", each.line},
+                                      {"startColumn", 1},
+                                      {"endLine", each.line + each.removed},
+                                      {"endColumn", 1}}},
+                                    {"insertedContent", {{"text", each.text}}}});
+        if (!replacements.empty())
+            list.push_back(
+                {{"description", {{"text", "Edit the original before the conversion"}}},
+                 {"artifactChanges", json::array({{{"artifactLocation", {{"uri", uri_of(file)}}},
+                                                   {"replacements", replacements}}})}});
+    }
+    return list;
+}
+
 json sarif_result(const std::string &file, const finding_t &finding) {
     json location = {{"physicalLocation", {{"artifactLocation", {{"uri", uri_of(file)}}}}}};
     if (!finding.before.empty())
         location["physicalLocation"]["region"] = {{"startLine", finding.before[0].number}};
-    return {{"ruleId", finding.kind->code},
-            {"level", sarif_level(finding.kind->severity)},
-            {"message", {{"text", sarif_message(finding)}}},
-            {"locations", json::array({location})}};
+    json result = {{"ruleId", finding.kind->code},
+                   {"level", sarif_level(finding.kind->severity)},
+                   {"message", {{"text", sarif_message(finding)}}},
+                   {"locations", json::array({location})}};
+    if (json edits = sarif_fixes(file, finding.fixes); !edits.empty())
+        result["fixes"] = std::move(edits);
+    if (!finding.fixes.empty())
+        result["properties"] = {{"fixes", fixes_json(finding.fixes)}};
+    return result;
 }
 
 } // namespace

@@ -25,15 +25,27 @@ json kind_json(const finding_kind_t &kind) {
             {"advice", kind.advice}};
 }
 
+json fixes_json(const std::vector<fix_text_t> &fixes) {
+    json list = json::array();
+    for (const fix_text_t &fix : fixes)
+        list.push_back({{"place", fix.before ? "before" : "after"},
+                        {"lines", fix.lines},
+                        {"restores", fix.restores}});
+    return list;
+}
+
 json findings_json(const std::vector<finding_t> &findings) {
     json list = json::array();
     for (const finding_t &finding : findings)
-        list.push_back({{"code", finding.kind->code},
-                        {"severity", severity_name(finding.kind->severity)},
-                        {"title", finding.kind->title},
-                        {"detail", finding.detail},
-                        {"before", lines_json(finding.before)},
-                        {"after", lines_json(finding.after)}});
+        list.push_back(
+            {{"code", finding.kind->code},
+             {"severity", severity_name(finding.kind->severity)},
+             {"title", finding.kind->title},
+             {"detail", finding.detail},
+             {"before", lines_json(finding.before)},
+             {"after", lines_json(finding.after)},
+             {"fixes", fixes_json(finding.fixes)},
+             {"by_hand", finding.by_hand.empty() ? json(nullptr) : json(finding.by_hand)}});
     return list;
 }
 

@@ -9,6 +9,7 @@
 namespace infraconvert {
 
 nlohmann::ordered_json kind_json(const finding_kind_t &kind);
+nlohmann::ordered_json fixes_json(const std::vector<fix_text_t> &fixes);
 nlohmann::ordered_json findings_json(const std::vector<finding_t> &findings);
 // The codes that a fleet has, and how often.
 nlohmann::ordered_json codes_json(const fleet_summary_t &summary);

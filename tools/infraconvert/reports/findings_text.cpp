@@ -3,6 +3,7 @@
 #include "base/messages.h"
 
 #include <algorithm>
+#include <set>
 
 namespace infraconvert {
 
@@ -10,6 +11,7 @@ namespace {
 
 constexpr size_t shown_of_a_kind = 12; // more of one kind are only counted
 constexpr size_t shown_lines = 8;      // of one text; more are only counted
+constexpr size_t shown_fix_lines = 24;
 constexpr size_t code_width = 7, severity_width = 9;
 
 std::string line_text(char mark, const evidence_t &line) {
@@ -36,6 +38,31 @@ std::string finding_text(const finding_t &finding) {
     return text + lines_text('-', finding.before) + lines_text('+', finding.after);
 }
 
+constexpr const char *fix_places[] = {"type on the switch after the conversion:",
+                                      "edit the original before the conversion:"};
+
+// The fixes of findings of one kind, each once.
+std::string fixes_text(const std::vector<finding_t> &findings, size_t first, size_t next) {
+    std::string text;
+    std::set<std::vector<std::string>> told;
+    std::set<std::string> reasons;
+    for (size_t i = first; i < next; i++) {
+        for (const fix_text_t &fix : findings[i].fixes) {
+            if (!told.insert(fix.lines).second)
+                continue;
+            text += std::string("    > ") + fix_places[fix.before] + '\n';
+            for (size_t line = 0; line < std::min(fix.lines.size(), shown_fix_lines); line++)
+                text += "        " + fix.lines[line] + '\n';
+            if (fix.lines.size() > shown_fix_lines)
+                text += "        and " + std::to_string(fix.lines.size() - shown_fix_lines) +
+                        " more lines (infraconvert audit --fixes DIR writes them all)\n";
+        }
+        if (!findings[i].by_hand.empty() && reasons.insert(findings[i].by_hand).second)
+            text += "    > " + wrapped("By hand: " + findings[i].by_hand + ".", 6) + '\n';
+    }
+    return text;
+}
+
 } // namespace
 
 std::string findings_text(const std::vector<finding_t> &findings, severity_t least) {
@@ -52,7 +79,9 @@ std::string findings_text(const std::vector<finding_t> &findings, severity_t lea
             text += finding_text(findings[i]);
         if (next - first > shown_of_a_kind)
             text += "    and " + std::to_string(next - first - shown_of_a_kind) + " more\n";
-        if (kind->severity != severity_t::note)
+        const std::string fixes = fixes_text(findings, first, next);
+        text += fixes;
+        if (fixes.empty() && kind->severity != severity_t::note)
             text += "    > " + wrapped(kind->advice, 6) + '\n';
     }
     return text;

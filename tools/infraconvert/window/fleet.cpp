@@ -1,6 +1,7 @@
 #include "window/fleet.h"
 
 #include "audit/audit.h"
+#include "audit/fixes.h"
 #include "audit/masked_findings.h"
 #include "base/errors.h"
 
@@ -27,6 +28,7 @@ void look_at(const fleet_t &fleet, audited_t &audited) try {
             audited.services.emplace_back(step.service->name);
     }
     audited.findings = audit(conversion, true);
+    mend_findings(audited.findings, conversion, request);
     if (fleet.mask)
         mask_findings(audited.findings, conversion);
     if (fleet.describe)

@@ -1,0 +1,160 @@
+#include "audit/fixes.h"
+
+#include "base/diff.h"
+#include "base/lines.h"
+
+#include <algorithm>
+
+namespace infraconvert {
+
+namespace {
+
+using mending::fix_place_t;
+using mending::fix_t;
+using mending::mended_t;
+
+// What an edit changes, line by line.
+void tell_edit(fix_text_t &text, const std::string &before, const std::string &after) {
+    const lines_t old = split_lines(before), now = split_lines(after);
+    bool changing = false;
+    for (const script_line_t &line : difference(old, now)) {
+        if (line.edit == line_edit_t::keep) {
+            changing = false;
+            continue;
+        }
+        if (!changing)
+            text.replacements.push_back({line.before + 1, 0, ""});
+        changing = true;
+        replacement_t &replacement = text.replacements.back();
+        if (line.edit == line_edit_t::remove) {
+            text.lines.push_back("-" + std::string(without_newline(old[line.before])));
+            replacement.removed++;
+        } else {
+            text.lines.push_back("+" + std::string(without_newline(now[line.after])));
+            replacement.text += now[line.after];
+        }
+    }
+}
+
+fix_text_t text_of(const fix_t &fix, const std::string &original) {
+    fix_text_t text = {fix.place == fix_place_t::before, {}, {}};
+    if (text.before)
+        tell_edit(text, original, fix.edited);
+    else
+        text.lines = lines_of(fix.commands);
+    for (const meaning::difference_t &difference : fix.mends)
+        text.restores.push_back(difference.words);
+    return text;
+}
+
+bool is_error(const finding_t &finding) { return finding.kind->severity == severity_t::error; }
+
+bool tells(const finding_t &finding, const meaning::difference_t &difference) {
+    return finding.kind->code == difference.code && finding.detail == difference.words;
+}
+
+// Words change when a part of a finding is mended before the rest; the code stays.
+template<typename visit_t>
+void for_each_told(std::vector<finding_t> &findings, const meaning::difference_t &difference,
+                   visit_t visit) {
+    bool found = false;
+    for (finding_t &finding : findings) {
+        if (tells(finding, difference)) {
+            visit(finding);
+            found = true;
+        }
+    }
+    for (finding_t &finding : findings) {
+        if (!found && is_error(finding) && finding.kind->code == difference.code) {
+            visit(finding);
+            return;
+        }
+    }
+}
+
+void add_once(finding_t &finding, const fix_text_t &text) {
+    const bool known = std::any_of(finding.fixes.begin(), finding.fixes.end(),
+                                   [&](const fix_text_t &fix) { return fix.lines == text.lines; });
+    if (!known)
+        finding.fixes.push_back(text);
+}
+
+} // namespace
+
+mended_t mend_conversion(const converted_t &conversion, const conversion_request_t &request,
+                         const std::set<std::string> &codes) {
+    const std::string_view route[] = {conversion.releases.from, conversion.releases.to};
+    const bool failed = conversion.failed() && !request.keep_going;
+    mending::mending_request_t wanted = {
+        .original = *conversion.original, .result = std::nullopt, .route = route, .codes = codes};
+    if (!failed)
+        wanted.result = *conversion.result;
+    wanted.convert = [&](const std::string &edited) -> std::optional<std::string> {
+        conversion_request_t again = request;
+        again.text = std::make_shared<const std::string>(edited);
+        again.wants_logs = false;
+        again.log_directory.clear();
+        const converted_t made = run_conversion(again);
+        if (made.failed() && !request.keep_going)
+            return std::nullopt;
+        return *made.result;
+    };
+    return mending::mend(wanted);
+}
+
+converted_t with_fixes(const conversion_request_t &request, const mended_t &mended) {
+    conversion_request_t fixed = request;
+    if (mended.original != *request.text)
+        fixed.edited = std::make_shared<const std::string>(mended.original);
+    fixed.typed = [&](const std::string &converted) {
+        std::string text = converted;
+        for (const fix_t &fix : mended.fixes)
+            text = mending::applied(text, fix.commands);
+        return text;
+    };
+    return run_conversion(fixed);
+}
+
+void add_fixes(std::vector<finding_t> &findings, const mended_t &mended,
+               const std::string &original) {
+    for (const fix_t &fix : mended.fixes) {
+        const fix_text_t text = text_of(fix, original);
+        for (const meaning::difference_t &difference : fix.mends)
+            for_each_told(findings, difference,
+                          [&](finding_t &finding) { add_once(finding, text); });
+        if (!fix.mends.empty())
+            continue;
+        for (finding_t &finding : findings) { // of a conversion that failed
+            if (is_error(finding))
+                add_once(finding, text);
+        }
+    }
+    for (const mending::by_hand_t &left : mended.by_hand)
+        for_each_told(findings, left.difference,
+                      [&](finding_t &finding) { finding.by_hand = left.why; });
+    for (finding_t &finding : findings) {
+        if (is_error(finding) && finding.fixes.empty() && finding.by_hand.empty())
+            finding.by_hand = "no edit of the original was found with which it converts";
+    }
+}
+
+void mend_findings(std::vector<finding_t> &findings, const converted_t &conversion,
+                   const conversion_request_t &request) {
+    if (std::any_of(findings.begin(), findings.end(), is_error))
+        add_fixes(findings, mend_conversion(conversion, request), *conversion.original);
+}
+
+std::string lines_to_type(const mended_t &mended) {
+    std::string text;
+    for (const fix_t &fix : mended.fixes) {
+        if (fix.place == fix_place_t::before)
+            continue;
+        for (const meaning::difference_t &difference : fix.mends)
+            text += "! " + difference.code + ": " + difference.words + '\n';
+        for (const std::string &line : lines_of(fix.commands))
+            text += line + '\n';
+    }
+    return text;
+}
+
+} // namespace infraconvert
