@@ -92,8 +92,8 @@ differences_t obstacles(const converted_t &conversion) {
 }
 
 differences_t compared(const std::string &original, const std::string &result,
-                       const release_pair_t &releases) {
-    const std::string_view route[] = {releases.from, releases.to};
+                       const std::vector<std::string> &releases) {
+    const std::vector<std::string_view> route(releases.begin(), releases.end());
     return meaning::compare(original, result, route);
 }
 
@@ -108,15 +108,16 @@ std::vector<finding_t> audit(const converted_t &conversion, bool thorough) {
     // A conversion that failed as a whole leaves nothing to compare.
     const bool compares = !conversion.failed() || conversion.changes();
     append(findings, texts,
-           compares ? compared(*conversion.original, *conversion.result, conversion.releases)
+           compares ? compared(*conversion.original, *conversion.result,
+                               {conversion.releases.from, conversion.releases.to})
                     : obstacles(conversion));
     return in_order(findings);
 }
 
 std::vector<finding_t> judge(const std::string &original, const std::string &result,
-                             const release_pair_t &releases) {
+                             const std::vector<std::string> &route) {
     std::vector<finding_t> findings;
-    append(findings, {original, result}, compared(original, result, releases));
+    append(findings, {original, result}, compared(original, result, route));
     return findings;
 }
 

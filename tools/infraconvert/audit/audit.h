@@ -14,9 +14,10 @@ namespace infraconvert {
 // everything that the original has against it.
 std::vector<finding_t> audit(const converted_t &conversion, bool thorough);
 
-// Judges any result, however it came about.
+// Judges any result, however it came about. The route has the release that wrote the original and
+// the one that reads the result, and between them those through which it went.
 std::vector<finding_t> judge(const std::string &original, const std::string &result,
-                             const release_pair_t &releases);
+                             const std::vector<std::string> &route);
 
 // The form of a configuration as the release that wrote it reads it, and maps that nothing uses.
 std::vector<finding_t> judge_form_of(const std::string &text, const std::string &release);

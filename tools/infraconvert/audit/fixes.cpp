@@ -1,5 +1,6 @@
 #include "audit/fixes.h"
 
+#include "audit/audit.h"
 #include "base/diff.h"
 #include "base/lines.h"
 
@@ -138,10 +139,31 @@ void add_fixes(std::vector<finding_t> &findings, const mended_t &mended,
     }
 }
 
-void mend_findings(std::vector<finding_t> &findings, const converted_t &conversion,
-                   const conversion_request_t &request) {
-    if (std::any_of(findings.begin(), findings.end(), is_error))
-        add_fixes(findings, mend_conversion(conversion, request), *conversion.original);
+const char *way_back_t::verdict() const {
+    if (!std::any_of(findings.begin(), findings.end(), is_error))
+        return "reversible";
+    return mended.by_hand.empty() ? "reversible with these lines" : "not reversible";
+}
+
+way_back_t judge_way_back(const std::string &original, const std::string &back,
+                          const std::vector<std::string> &route) {
+    way_back_t way = {judge(original, back, route), {}};
+    const std::vector<std::string_view> releases(route.begin(), route.end());
+    way.mended = mending::mend({.original = original, .result = back, .route = releases});
+    add_fixes(way.findings, way.mended, original);
+    return way;
+}
+
+mended_t mend_findings(std::vector<finding_t> &findings, const converted_t &conversion,
+                       const conversion_request_t &request) {
+    mended_t mended;
+    mended.original = *conversion.original;
+    mended.result = *conversion.result;
+    if (std::any_of(findings.begin(), findings.end(), is_error)) {
+        mended = mend_conversion(conversion, request);
+        add_fixes(findings, mended, *conversion.original);
+    }
+    return mended;
 }
 
 std::string lines_to_type(const mended_t &mended) {

@@ -1,10 +1,12 @@
 // audit: what a conversion would lose, for one configuration or for many.
 
+#include "audit/fixes.h"
 #include "base/errors.h"
 #include "base/messages.h"
 #include "commands/common.h"
 #include "reports/audit_page.h"
 #include "reports/formats.h"
+#include "reports/unified.h"
 #include "window/fleet.h"
 
 #include <algorithm>
@@ -22,9 +24,41 @@ struct audit_options_t {
     bool json = false, mask = false;
     std::string format = "text";
     std::string report; // empty: none
+    std::string fixes;  // a folder; empty: none
+    bool rollback = false;
     size_t jobs = 1;
     std::vector<std::string> paths;
 };
+
+// Where the fixes of a configuration go: below the folder, by its path.
+std::string folder_for(const std::string &folder, const std::string &file) {
+    const std::filesystem::path path =
+        std::filesystem::absolute(file).lexically_normal().relative_path();
+    const std::filesystem::path near = std::filesystem::path(file).lexically_normal();
+    const bool below = near.is_relative() && !near.string().starts_with("..");
+    return folder + '/' + (below ? near : path).string();
+}
+
+// "before.patch" and "after.cfg" of a configuration.
+void keep_fixes(const outputs_t &outputs, const std::string &folder, const audited_t &audited,
+                const mending::mended_t &mended, const release_pair_t &releases) {
+    const std::string own = folder_for(folder, audited.file);
+    std::filesystem::create_directories(own);
+    const std::string original = *read_configuration(audited.file);
+    if (mended.original != original) {
+        const lines_t before = split_lines(original), after = split_lines(mended.original);
+        outputs.write(own + "/before.patch",
+                      unified_diff(before, after, difference(before, after),
+                                   {.before_label = audited.file + '\t' + releases.from,
+                                    .after_label = audited.file + "\tmended",
+                                    .context = 3,
+                                    .color = false,
+                                    .annotation = {},
+                                    .margin = 0}));
+    }
+    if (const std::string lines = lines_to_type(mended); !lines.empty())
+        outputs.write(own + "/after.cfg", lines);
+}
 
 fleet_t fleet_of(const audit_options_t &options) {
     fleet_t fleet;
@@ -38,6 +72,7 @@ fleet_t fleet_of(const audit_options_t &options) {
         throw usage_error("no configuration stands below the directories");
     fleet.jobs = options.jobs;
     fleet.mask = options.mask;
+    fleet.rollback = options.rollback;
     if (!options.report.empty())
         fleet.describe = [&options](const audited_t &audited, const converted_t &conversion) {
             return report_details(audited, conversion, options.mask);
@@ -82,12 +117,18 @@ int status_of(const std::vector<audited_t> &results) {
 }
 
 int run(const audit_options_t &options) {
-    const fleet_t fleet = fleet_of(options);
+    fleet_t fleet = fleet_of(options);
     outputs_t outputs;
     for (const std::string &file : fleet.files)
         outputs.made_from(file);
     if (!options.report.empty())
         outputs.expect("--report", options.report);
+    if (!options.fixes.empty()) {
+        outputs.make_folder(options.fixes);
+        fleet.keep_fixes = [&](const audited_t &audited, const mending::mended_t &mended) {
+            keep_fixes(outputs, options.fixes, audited, mended, fleet.request.releases);
+        };
+    }
     std::vector<audited_t> results = audit_all(fleet);
     const fleet_summary_t summary = {fleet.request.releases, results};
     if (!options.report.empty())
@@ -112,6 +153,14 @@ std::function<int()> declare(CLI::App &arguments) {
                     "Also write a page with findings and differences, for a browser")
         ->type_name("FILE.html")
         ->check(not_empty);
+    arguments
+        .add_option("--fixes", options->fixes,
+                    "Write the fixes of each configuration below this folder: before.patch and "
+                    "after.cfg")
+        ->type_name("DIR")
+        ->check(not_empty);
+    arguments.add_flag("--rollback", options->rollback,
+                       "Judge the way there and back, with the lines that restore what it loses");
     declare_mask(arguments, options->mask);
     arguments
         .add_option("-j,--jobs", options->jobs, "Configurations that are converted at a time [1]")

@@ -1,9 +1,16 @@
 #include "commands/common.h"
 
+#include "audit/fixes.h"
 #include "base/errors.h"
 #include "base/messages.h"
 
 namespace infraconvert {
+
+namespace {
+
+constexpr const char *all_codes = "all";
+
+} // namespace
 
 const CLI::Validator
     not_empty([](const std::string &text) { return text.empty() ? "the name is empty" : ""; }, "");
@@ -56,6 +63,14 @@ void declare_keep_going(CLI::App &arguments, bool &keep_going) {
         "Use what the others make of it when a service fails, as the installer does");
 }
 
+void declare_mend(CLI::App &arguments, std::string &mend) {
+    arguments
+        .add_flag(std::string("--mend{") + all_codes + "}", mend,
+                  "Mend what would be lost, as far as there are fixes (infraconvert audit shows "
+                  "them): all, or findings with these codes")
+        ->type_name("=CODE,...");
+}
+
 job_t read_job(const job_options_t &options) {
     const release_pair_t releases = checked_releases(options.releases);
     const auto chosen = services_named(options.services);
@@ -75,11 +90,34 @@ job_t read_job(const job_options_t &options) {
                         .wants_logs = options.log,
                         .log_directory = options.log_dir,
                         .outputs = outputs,
-                        .mask_logs = options.mask}};
+                        .mask_logs = options.mask},
+            .mends = !options.mend.empty(),
+            .mended_codes = codes_to_mend(options.mend)};
 }
 
-converted_t run_job(const conversion_request_t &request) {
-    converted_t conversion = run_conversion(request);
+std::set<std::string> codes_to_mend(const std::string &mend) {
+    std::set<std::string> codes;
+    if (mend.empty() || mend == all_codes)
+        return codes;
+    for (size_t from = 0; from <= mend.size();) {
+        const size_t end = std::min(mend.find(',', from), mend.size());
+        const finding_kind_t *kind = finding_kind_named(mend.substr(from, end - from));
+        if (!kind)
+            throw usage_error("--mend: no finding has the code '" + mend.substr(from, end - from) +
+                              "' (infraconvert explain lists all)");
+        codes.insert(kind->code);
+        from = end + 1;
+    }
+    return codes;
+}
+
+converted_t run_job(const job_t &job) {
+    converted_t conversion = run_conversion(job.request);
+    if (job.mends) {
+        const mending::mended_t mended = mend_conversion(conversion, job.request, job.mended_codes);
+        if (!mended.fixes.empty())
+            conversion = with_fixes(job.request, mended);
+    }
     message_lines(conversion.logs);
     return conversion;
 }

@@ -6,6 +6,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <set>
+
 namespace infraconvert {
 
 // For options whose text must not be empty, such as the names of files.
@@ -19,6 +21,7 @@ void declare_json(CLI::App &arguments, bool &json);
 void declare_logs(CLI::App &arguments, bool &log, std::string &log_dir);
 void declare_mask(CLI::App &arguments, bool &mask);
 void declare_keep_going(CLI::App &arguments, bool &keep_going);
+void declare_mend(CLI::App &arguments, std::string &mend);
 
 // The options of a command that converts one configuration.
 struct job_options_t {
@@ -30,6 +33,7 @@ struct job_options_t {
     bool mask = false;   // secrets in what is shown
     bool log = false;    // the converters' logs, on standard error
     std::string log_dir; // keeps them
+    std::string mend;    // codes, or "all"; empty: nothing is mended
 };
 
 // What the options ask to convert, read and checked.
@@ -37,11 +41,16 @@ struct job_t {
     std::string file; // or standard_stream
     std::shared_ptr<outputs_t> outputs;
     conversion_request_t request;
+    bool mends = false;
+    std::set<std::string> mended_codes = {}; // empty: all
 };
 job_t read_job(const job_options_t &options);
 
-// Converts, and shows the logs when the options ask for them.
-converted_t run_job(const conversion_request_t &request);
+// Converts, mends what the job asks for, and shows the logs when the options ask for them.
+converted_t run_job(const job_t &job);
+
+// The codes that "--mend" names: none for "all". Throws usage_error for one that does not exist.
+std::set<std::string> codes_to_mend(const std::string &mend);
 
 // Name of the configuration in messages.
 std::string shown_name(const std::string &file);

@@ -143,8 +143,8 @@ std::string outcome(const task_t &task, const converted_t &conversion, bool usab
 }
 
 std::string refusal(const std::string &codes) {
-    return "nothing is written, because something would be lost; when that is all right, convert "
-           "with --accept " +
+    return "nothing is written, because something would be lost; convert with --mend where there "
+           "are fixes, and when the loss is all right with --accept " +
            codes;
 }
 
@@ -152,11 +152,11 @@ int run(const convert_options_t &options) {
     const task_t task = task_of(options);
     if (task.plan)
         check_input(*task.plan, *task.job.request.text);
-    const converted_t conversion = run_job(task.job.request);
+    const converted_t conversion = run_job(task.job);
     const std::string name = shown_name(task.job.file);
     const converted_t shown = shown_conversion(conversion, options.mask);
     tell_summary(name, shown);
-    const std::vector<finding_t> findings = findings_of(conversion, options.mask);
+    const std::vector<finding_t> findings = findings_of(conversion, task.job.request, options.mask);
     tell_findings(name, findings);
     const std::string refused = refused_codes(findings, options.accept);
     const bool usable = task.keep_going || !conversion.failed();
@@ -200,6 +200,7 @@ std::function<int()> declare(CLI::App &arguments) {
         ->delimiter(',')
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    declare_mend(arguments, options->mend);
     declare_mask(arguments, options->mask);
     declare_json(arguments, options->json);
     declare_logs(arguments, options->log, options->log_dir);

@@ -1,5 +1,7 @@
 // preview: what a conversion would change, as a diff, without changing anything.
 
+#include "audit/fixes.h"
+#include "audit/masked_findings.h"
 #include "base/errors.h"
 #include "base/messages.h"
 #include "base/quoting.h"
@@ -95,9 +97,9 @@ void save_plan_of(const preview_options_t &options, const job_t &job,
 }
 
 int preview(const preview_options_t &options, const job_t &job) {
-    const converted_t conversion = run_job(job.request);
+    const converted_t conversion = run_job(job);
     const converted_t shown = shown_conversion(conversion, options.mask);
-    const std::vector<finding_t> findings = findings_of(conversion, options.mask);
+    const std::vector<finding_t> findings = findings_of(conversion, job.request, options.mask);
     const std::string name = shown_name(job.file);
     const view_t view = {shown, job.file, conversion.releases.to};
     if (options.json)
@@ -121,10 +123,19 @@ converted_t round_trip(const converted_t &forward, const converted_t &back) {
     return both;
 }
 
+std::string verdict(const converted_t &both, const way_back_t &way) {
+    if (!both.changes())
+        return "reversible: a rollback gives back every byte";
+    if (way.findings.empty() || count_findings(way.findings).errors == 0)
+        return "reversible: a rollback gives back every effect; the diff shows what it leaves "
+               "different";
+    return std::string(way.verdict()) + ": the diff shows what a rollback leaves different";
+}
+
 int rollback(const preview_options_t &options, job_t job) {
     const std::string logs = job.request.log_directory;
     job.request.log_directory = logs.empty() ? "" : logs + "/forward";
-    const converted_t forward = run_job(job.request);
+    const converted_t forward = run_job(job);
     const std::string name = shown_name(job.file);
     const converted_t forward_shown = shown_conversion(forward, options.mask);
     tell_summary(name, forward_shown);
@@ -135,9 +146,10 @@ int rollback(const preview_options_t &options, job_t job) {
         return exit_failed;
     }
     job.request.text = forward.result;
+    job.mends = false;
     job.request.log_directory = logs.empty() ? "" : logs + "/back";
     std::swap(job.request.releases.from, job.request.releases.to);
-    const converted_t back = run_job(job.request);
+    const converted_t back = run_job(job);
     const converted_t back_shown = shown_conversion(back, options.mask);
     tell_summary(name + ", back again", back_shown);
 
@@ -147,17 +159,19 @@ int rollback(const preview_options_t &options, job_t job) {
                          both.releases.from + ", after " + both.releases.to + " and back"};
     const bool usable = !back.failed() || options.keep_going;
     const std::string diff = usable ? diff_of(options, view, !options.json) : "";
-    write_output(
-        options.json
-            ? preview_json(
-                  {name, diff, {forward, forward_shown}, {}, json_conversion_t{back, back_shown}})
-            : diff);
-    if (!usable)
-        message(name + ": cannot be converted back");
-    else
-        message(name + (exact.changes() ? ": not reversible: the diff shows what a rollback leaves "
-                                          "different"
-                                        : ": reversible: a rollback gives back every byte"));
+    const auto &[to, from] = job.request.releases;
+    way_back_t way = judge_way_back(*exact.original, *exact.result, {from, to, from});
+    if (options.mask)
+        mask_findings(way.findings, exact);
+    write_output(options.json ? preview_json({name,
+                                              diff,
+                                              {forward, forward_shown},
+                                              way.findings,
+                                              json_conversion_t{back, back_shown}})
+                              : diff);
+    if (usable && exact.changes())
+        tell_findings(name + ", there and back", way.findings);
+    message(name + ": " + (usable ? verdict(exact, way) : "cannot be converted back"));
     return status_of(options, forward.failed() || back.failed(), exact.changes());
 }
 
@@ -201,6 +215,7 @@ std::function<int()> declare(CLI::App &arguments) {
                     "Save this conversion for infraconvert convert --plan")
         ->type_name("FILE")
         ->check(not_empty);
+    declare_mend(arguments, options->mend);
     declare_mask(arguments, options->mask);
     declare_json(arguments, options->json);
     declare_logs(arguments, options->log, options->log_dir);

@@ -35,6 +35,17 @@ bool converted_t::failed() const {
     return std::any_of(steps.begin(), steps.end(), [](const step_t &s) { return s.failure; });
 }
 
+count_t converted_t::changes_of_fixes() const {
+    count_t count;
+    for (const script_line_t &line : script) {
+        if (line.step != fix_step)
+            continue;
+        count.added += line.edit == line_edit_t::add;
+        count.removed += line.edit == line_edit_t::remove;
+    }
+    return count;
+}
+
 std::string converted_t::rule_of(const script_line_t &line) const {
     if (line.step == fix_step)
         return "fix";
@@ -45,8 +56,8 @@ namespace {
 
 // Takes the logs along that the request asks for. `last` is the text that they end with, also when
 // it does not count.
-void take_logs(const logs_t &logs, const conversion_request_t &request,
-               const std::string &last, converted_t &conversion) {
+void take_logs(const logs_t &logs, const conversion_request_t &request, const std::string &last,
+               converted_t &conversion) {
     mask_t mask;
     if (request.mask_logs) {
         mask = mask_of(conversion);

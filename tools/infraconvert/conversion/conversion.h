@@ -56,6 +56,7 @@ struct converted_t {
     bool masked = false; // as they are shown, not as they are
 
     bool failed() const;
+    count_t changes_of_fixes() const;
     bool changes() const { return *original != *result; }
     // The rule that a script line owes its change to, or "fix"; "-" when no step is known.
     std::string rule_of(const script_line_t &line) const;

@@ -6,7 +6,8 @@ namespace infraconvert {
 std::string audit_text(const fleet_summary_t &summary) {
     std::string text;
     for (const audited_t &audited : summary.results) {
-        text += audited.file + ": " + audited.state() + ", ";
+        text += audited.file + ": " + audited.state() + ", " +
+                (audited.verdict.empty() ? "" : audited.verdict + ", ");
         if (!audited.problem.empty())
             text += audited.problem + '\n';
         else

@@ -1,6 +1,7 @@
 #include "reports/conversion_findings.h"
 
 #include "audit/audit.h"
+#include "audit/fixes.h"
 #include "audit/masked_findings.h"
 #include "base/errors.h"
 #include "base/messages.h"
@@ -12,8 +13,10 @@
 
 namespace infraconvert {
 
-std::vector<finding_t> findings_of(const converted_t &conversion, bool mask) {
+std::vector<finding_t> findings_of(const converted_t &conversion,
+                                   const conversion_request_t &request, bool mask) {
     std::vector<finding_t> findings = audit(conversion, false);
+    mend_findings(findings, conversion, request);
     std::erase_if(findings,
                   [](const finding_t &f) { return f.kind == &finding_code_t("IC090").kind(); });
     if (mask)

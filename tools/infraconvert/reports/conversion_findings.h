@@ -9,9 +9,10 @@
 
 namespace infraconvert {
 
-// What an audit finds in the conversion, without the failures, which are told by themselves; with
-// secrets masked if so wished.
-std::vector<finding_t> findings_of(const converted_t &conversion, bool mask);
+// What an audit finds in the conversion and how it is mended, without the failures, which are told
+// by themselves; with secrets masked if so wished. `request` is the one that made the conversion.
+std::vector<finding_t> findings_of(const converted_t &conversion,
+                                   const conversion_request_t &request, bool mask);
 
 // Tells errors and warnings with their lines, and how many notes there are.
 void tell_findings(const std::string &name, const std::vector<finding_t> &findings);

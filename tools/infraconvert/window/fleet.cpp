@@ -17,6 +17,30 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Converts the result back, and judges the whole way.
+mending::mended_t look_back(const fleet_t &fleet, const conversion_request_t &there,
+                            const converted_t &conversion, audited_t &audited) {
+    const auto &[from, to] = there.releases;
+    conversion_request_t request = there;
+    request.text = conversion.result;
+    request.releases = {to, from};
+    const converted_t back = run_conversion(request);
+    if (back.failed() && !there.keep_going) {
+        audited.failed = true;
+        audited.verdict = "not reversible: the way back fails";
+        return {};
+    }
+    way_back_t way = judge_way_back(*conversion.original, *back.result, {from, to, from});
+    audited.verdict = way.verdict();
+    audited.findings = std::move(way.findings);
+    if (fleet.mask) {
+        converted_t whole = conversion;
+        whole.result = back.result;
+        mask_findings(audited.findings, whole);
+    }
+    return std::move(way.mended);
+}
+
 void look_at(const fleet_t &fleet, audited_t &audited) try {
     conversion_request_t request = fleet.request;
     request.text = read_configuration(audited.file);
@@ -27,10 +51,17 @@ void look_at(const fleet_t &fleet, audited_t &audited) try {
         if (step.changes() || step.failure)
             audited.services.emplace_back(step.service->name);
     }
-    audited.findings = audit(conversion, true);
-    mend_findings(audited.findings, conversion, request);
-    if (fleet.mask)
-        mask_findings(audited.findings, conversion);
+    mending::mended_t mended;
+    if (fleet.rollback && !audited.failed) {
+        mended = look_back(fleet, request, conversion, audited);
+    } else {
+        audited.findings = audit(conversion, true);
+        mended = mend_findings(audited.findings, conversion, request);
+        if (fleet.mask)
+            mask_findings(audited.findings, conversion);
+    }
+    if (fleet.keep_fixes && !mended.fixes.empty())
+        fleet.keep_fixes(audited, mended);
     if (fleet.describe)
         audited.details = fleet.describe(audited, conversion);
 } catch (const command_error &e) {

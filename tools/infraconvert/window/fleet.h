@@ -3,6 +3,7 @@
 
 #include "audit/findings.h"
 #include "conversion/conversion.h"
+#include "mending/mend.h"
 
 #include <functional>
 
@@ -17,6 +18,7 @@ struct audited_t {
     bool changed = false;
     std::vector<std::string> services; // that would change it
     std::vector<finding_t> findings;
+    std::string verdict; // on the way back, when it was asked about; else empty
     std::string details; // what the caller made of the conversion
 
     // "unusable", "failed", "changed" or "unchanged".
@@ -28,10 +30,13 @@ struct audited_t {
 struct fleet_t {
     std::vector<std::string> files;
     conversion_request_t request; // its text is each file's in turn
+    bool rollback = false;        // judge the way there and back
     size_t jobs = 1;
     bool mask = false; // secrets in the findings
     // Makes the details of a configuration out of its conversion; called by several threads.
     std::function<std::string(const audited_t &, const converted_t &)> describe;
+    // Keeps the fixes of a configuration that has some; called by several threads.
+    std::function<void(const audited_t &, const mending::mended_t &)> keep_fixes;
     // Told how many are done; called by one thread at a time.
     std::function<void(size_t)> progress;
 };
