@@ -75,7 +75,7 @@ class text_test : public testing::TestWithParam<uint32_t> {
 
     void begin(uint32_t size) {
         plain = {some_bytes(size), 3 * size + 9};
-        text = std::make_unique<engine::text_t>(size, plain.capacity, piece_length);
+        text = std::make_unique<engine::text_t>(size, plain.capacity, piece_length, block_length);
         memcpy(text->memory(), plain.bytes.data(), size);
         text->loaded(size);
     }
@@ -130,7 +130,7 @@ class text_test : public testing::TestWithParam<uint32_t> {
         ASSERT_EQ(saved, plain.saved());
     }
 
-    static constexpr uint32_t piece_length = 4;
+    static constexpr uint32_t piece_length = 4, block_length = 3;
     std::mt19937 random{GetParam()};
     const bool odd_bytes = GetParam() % 2 == 1;
     position place = 0;

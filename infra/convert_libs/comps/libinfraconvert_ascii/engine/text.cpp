@@ -18,39 +18,47 @@ position further(position at, size_t length, position limit) {
 
 } // namespace
 
-text_t::text_t(uint32_t file_size, uint32_t capacity, uint32_t piece_length)
+text_t::text_t(uint32_t file_size, uint32_t capacity, uint32_t piece_length,
+               uint32_t pieces_of_block)
     : memory_of_file(new (std::nothrow) char[file_size]), most(capacity),
-      short_length(piece_length) {}
+      short_length(piece_length), block_length(pieces_of_block) {}
 
 void text_t::loaded(uint32_t size) {
-    pieces.clear();
-    edited = looked = 0;
+    blocks.clear();
+    looked = {};
     marker = size;
-    if (size > 0)
-        pieces.push_back({.bytes = memory_of_file.get(), .length = size, .room = 0, .distance = 0});
+    if (size > 0) {
+        blocks.push_back({.start = 0, .pieces = {}});
+        blocks.front().pieces.push_back({memory_of_file.get(), size, 0, 0, 0, nullptr});
+    }
     zero_free = {0, find_byte('\0', 0, marker)};
 }
 
 // ---- Looking ----
 
-// The piece that holds `at`, which lies in the text.
-size_t text_t::piece_at(position at) const {
-    if (holds(looked, at))
-        return looked;
-    size_t first = 0, behind = pieces.size();
-    while (behind - first > 1) {
-        const size_t middle = first + (behind - first) / 2;
-        (start(middle) <= at ? first : behind) = middle;
-    }
-    return looked = first;
+void text_t::look_at_place(place_t place) const {
+    const block_t &block = blocks[place.block];
+    const piece_t &piece = block.pieces[place.piece];
+    looked = {block.start + piece.start, piece.length, piece.bytes, place};
+}
+
+// Looks at the piece that holds `at`, which lies in the text.
+void text_t::look_at(position at) const {
+    if (looked.holds(at))
+        return;
+    const auto block = std::prev(std::ranges::upper_bound(blocks, at, {}, &block_t::start));
+    const auto piece =
+        std::prev(std::ranges::upper_bound(block->pieces, at - block->start, {}, &piece_t::start));
+    look_at_place({static_cast<size_t>(block - blocks.begin()),
+                   static_cast<size_t>(piece - block->pieces.begin())});
 }
 
 std::string_view text_t::run(position from, position before) const {
     if (from >= before)
         return {};
-    const size_t i = piece_at(from);
-    const uint32_t skipped = from - start(i);
-    return {pieces[i].bytes + skipped, std::min(pieces[i].length - skipped, before - from)};
+    look_at(from);
+    const uint32_t skipped = from - looked.start;
+    return {looked.bytes + skipped, std::min(looked.length - skipped, before - from)};
 }
 
 // First `wanted` in [from, before), else `before`.
@@ -68,8 +76,8 @@ position text_t::find_byte(char wanted, position from, position before) const {
 char text_t::at_elsewhere(position at) const {
     if (at >= marker)
         return at == marker ? end_marker : '\0';
-    const size_t i = piece_at(at);
-    return pieces[i].bytes[at - start(i)];
+    look_at(at);
+    return looked.bytes[at - looked.start];
 }
 
 position text_t::end(position from) const {
@@ -128,7 +136,8 @@ position text_t::find_over_seam(std::string_view wanted, position seam, position
 position text_t::newline_before(position before, position first) const {
     before = std::min(before, marker);
     while (before > first) {
-        const position from = std::max(first, start(piece_at(before - 1)));
+        look_at(before - 1);
+        const position from = std::max(first, looked.start);
         const size_t hit = run(from, before).rfind('\n');
         if (hit != std::string_view::npos)
             return from + static_cast<position>(hit);
@@ -160,21 +169,16 @@ std::string text_t::line(position from, uint32_t length) const {
 
 // ---- Making a place for an edit ----
 
-// Turns the counting of the pieces between the last edit and this one round.
-void text_t::make_edited(size_t piece) {
-    while (edited < piece)
-        count_from_other_side(++edited);
-    while (edited > piece)
-        count_from_other_side(edited--);
-}
-
-// Cuts the piece of the edit in two.
-void text_t::split(size_t piece, uint32_t head_length) {
-    piece_t &head = pieces[piece];
-    piece_t tail = {.bytes = head.bytes + head_length,
-                    .length = head.length - head_length,
-                    .room = head.room,
-                    .distance = marker - start(piece) - head_length};
+// Cuts a piece in two, without moving a byte of the file's memory.
+void text_t::split(place_t place, uint32_t head_length) {
+    auto &pieces = blocks[place.block].pieces;
+    piece_t &head = pieces[place.piece];
+    piece_t tail = {head.bytes + head_length,
+                    head.length - head_length,
+                    0,
+                    head.room,
+                    head.start + head_length,
+                    nullptr};
     if (head.own) {
         tail.own.reset(new char[tail.length]);
         memcpy(tail.own.get(), tail.bytes, tail.length);
@@ -182,64 +186,137 @@ void text_t::split(size_t piece, uint32_t head_length) {
         tail.room = 0;
     }
     const uint32_t head_room = head.own ? head.room + tail.length : 0;
-    pieces.insert(pieces.begin() + static_cast<ptrdiff_t>(piece) + 1, std::move(tail));
-    pieces[piece].length = head_length;
-    pieces[piece].room = head_room;
+    pieces.insert(pieces.begin() + static_cast<ptrdiff_t>(place.piece) + 1, std::move(tail));
+    pieces[place.piece].length = head_length;
+    pieces[place.piece].room = head_room;
 }
 
-// Cuts a short piece that holds `at` out of a long one. Cuts lie at multiples of the short length,
-// and leave no piece shorter than that. Returns the piece, as the one of the edit.
-size_t text_t::make_short(size_t piece, position at) {
-    make_edited(piece);
-    const uint32_t length = pieces[piece].length;
+// Cuts a block that has grown too long in two. Returns where the piece stands then.
+text_t::place_t text_t::split_block(place_t place) {
+    auto &pieces = blocks[place.block].pieces;
+    if (pieces.size() <= block_length)
+        return place;
+    const size_t half = pieces.size() / 2;
+    const uint32_t half_start = pieces[half].start;
+    const auto middle = pieces.begin() + static_cast<ptrdiff_t>(half);
+    block_t second = {blocks[place.block].start + half_start,
+                      {std::move_iterator(middle), std::move_iterator(pieces.end())}};
+    for (piece_t &piece : second.pieces)
+        piece.start -= half_start;
+    blocks.insert(blocks.begin() + static_cast<ptrdiff_t>(place.block) + 1, std::move(second));
+    auto &first = blocks[place.block].pieces;
+    first.erase(first.begin() + static_cast<ptrdiff_t>(half), first.end());
+    return place.piece < half ? place : place_t{place.block + 1, place.piece - half};
+}
+
+// Cuts a short piece that holds the byte at `offset` out of a long one. Cuts lie at multiples of
+// the short length, and leave no piece shorter than that. Returns the piece.
+text_t::place_t text_t::cut_short(place_t place, uint32_t offset) {
+    const uint32_t length = at_place(place).length;
     if (length < 2 * short_length)
-        return piece;
+        return place;
     const uint32_t last_cut = length / short_length * short_length - short_length;
-    const uint32_t cut = std::min((at - start(piece)) / short_length * short_length, last_cut);
+    const uint32_t cut = std::min(offset / short_length * short_length, last_cut);
     if (cut < last_cut)
-        split(piece, cut + short_length);
-    if (cut == 0)
-        return piece;
-    split(piece, cut);
-    make_edited(piece + 1);
-    return piece + 1;
+        split(place, cut + short_length);
+    if (cut > 0) {
+        split(place, cut);
+        place.piece++;
+    }
+    return split_block(place);
 }
 
-// Gives a piece memory of its own, with room for `length` bytes and some more.
-void text_t::make_room(piece_t &piece, uint32_t length) {
+// The neighbour of a piece, or null.
+text_t::piece_t *text_t::in_front_of(place_t place) {
+    if (place.piece > 0)
+        return &at_place({place.block, place.piece - 1});
+    return place.block > 0 ? &blocks[place.block - 1].pieces.back() : nullptr;
+}
+text_t::piece_t *text_t::behind(place_t place) {
+    if (place.piece + 1 < blocks[place.block].pieces.size())
+        return &at_place({place.block, place.piece + 1});
+    return place.block + 1 < blocks.size() ? &blocks[place.block + 1].pieces.front() : nullptr;
+}
+
+// Moves a piece down where that makes room for `length` bytes. Returns false where it does not.
+bool text_t::move_into_room_in_front(place_t place, uint32_t length) {
+    piece_t &piece = at_place(place);
+    piece_t *front = in_front_of(place);
+    const bool together =
+        front && !front->own && !piece.own && front->memory_end() == piece.memory_begin();
+    const uint32_t room = piece.room_in_front + (together ? front->room : 0);
+    if (piece.room + room < length)
+        return false;
+    memmove(piece.bytes - room, piece.bytes, piece.length);
+    piece.bytes -= room;
+    piece.room += room;
+    piece.room_in_front = 0;
+    if (together)
+        front->room = 0;
+    return true;
+}
+
+// Hands the memory of a piece that leaves it to the next one, where they stand together.
+void text_t::leave_memory(place_t place) {
+    const piece_t &piece = at_place(place);
+    piece_t *next = behind(place);
+    if (next && !next->own && !piece.own && piece.memory_end() == next->memory_begin())
+        next->room_in_front += piece.room_in_front + piece.length + piece.room;
+}
+
+// Makes room for `length` bytes behind a piece, and some more where that takes new memory.
+void text_t::make_room(place_t place, uint32_t length) {
+    piece_t &piece = at_place(place);
+    if (piece.room >= length || move_into_room_in_front(place, length))
+        return;
     const uint32_t room = length + short_length / 4;
     std::unique_ptr<char[]> memory(new char[piece.length + room]);
     if (piece.length > 0)
         memcpy(memory.get(), piece.bytes, piece.length);
+    leave_memory(place);
     piece.own = std::move(memory);
     piece.bytes = piece.own.get();
+    piece.room_in_front = 0;
     piece.room = room;
-}
-
-// Removes the piece of the edit; the next one becomes that.
-void text_t::drop_edited() {
-    pieces.erase(pieces.begin() + static_cast<ptrdiff_t>(edited));
-    if (edited < pieces.size())
-        count_from_other_side(edited);
-    else if (edited > 0)
-        edited--;
 }
 
 // ---- Edits ----
 
+// Lets a piece grow by `by` bytes, modulo 2^32.
+void text_t::resize(place_t place, uint32_t by) {
+    auto &pieces = blocks[place.block].pieces;
+    pieces[place.piece].length += by;
+    for (size_t i = place.piece + 1; i < pieces.size(); i++)
+        pieces[i].start += by;
+    for (size_t i = place.block + 1; i < blocks.size(); i++)
+        blocks[i].start += by;
+    marker += by;
+}
+
+// Removes an empty piece.
+void text_t::drop(place_t place) {
+    leave_memory(place);
+    auto &pieces = blocks[place.block].pieces;
+    pieces.erase(pieces.begin() + static_cast<ptrdiff_t>(place.piece));
+    if (pieces.empty())
+        blocks.erase(blocks.begin() + static_cast<ptrdiff_t>(place.block));
+}
+
 // Erases at most `length` bytes of the piece at `from`. Returns how many.
 uint32_t text_t::erase_in_piece(position from, uint32_t length) {
-    const size_t i = make_short(piece_at(from), from);
-    piece_t &piece = pieces[i];
-    const uint32_t skipped = from - start(i);
+    look_at(from);
+    const place_t place = cut_short(looked.place, from - looked.start);
+    look_at_place(place);
+    piece_t &piece = at_place(place);
+    const uint32_t skipped = from - looked.start;
     length = std::min(length, piece.length - skipped);
     char *hole = piece.bytes + skipped;
     memmove(hole, hole + length, piece.length - skipped - length);
-    piece.length -= length;
     piece.room += length;
-    marker -= length;
+    resize(place, -length);
+    looked.length = piece.length;
     if (piece.length == 0)
-        drop_edited();
+        drop(place);
     return length;
 }
 
@@ -261,20 +338,33 @@ bool text_t::has_room(position at, uint32_t length) const {
     return at <= marker && uint64_t{marker} + length + 2 <= most;
 }
 
+// Looks at the piece that an insertion at `at` goes into: at the end of the text the last one.
+void text_t::look_for_insertion(position at) {
+    if (at < marker) {
+        look_at(at);
+        return;
+    }
+    if (blocks.empty()) {
+        blocks.push_back({.start = 0, .pieces = {}});
+        blocks.front().pieces.push_back({});
+    }
+    look_at_place({blocks.size() - 1, blocks.back().pieces.size() - 1});
+}
+
 void text_t::insert_in_piece(position at, std::string_view inserted) {
-    if (pieces.empty())
-        pieces.push_back({.bytes = nullptr, .length = 0, .room = 0, .distance = 0});
-    const size_t i = make_short(at < marker ? piece_at(at) : pieces.size() - 1, at);
+    look_for_insertion(at);
+    const place_t place = cut_short(looked.place, at - looked.start);
     const auto length = static_cast<uint32_t>(inserted.size());
-    piece_t &piece = pieces[i];
-    if (piece.room < length)
-        make_room(piece, length);
-    char *hole = piece.bytes + (at - start(i));
-    memmove(hole + length, hole, piece.length - (at - start(i)));
+    make_room(place, length);
+    look_at_place(place);
+    piece_t &piece = at_place(place);
+    const uint32_t skipped = at - looked.start;
+    char *hole = piece.bytes + skipped;
+    memmove(hole + length, hole, piece.length - skipped);
     memcpy(hole, inserted.data(), length);
-    piece.length += length;
     piece.room -= length;
-    marker += length;
+    resize(place, length);
+    looked.length = piece.length;
 }
 
 void text_t::insert(position at, std::string_view inserted) {
@@ -294,11 +384,11 @@ void text_t::insert(position at, std::string_view inserted) {
 // What both have in common in length is overwritten, so that nothing moves for it.
 void text_t::replace(position at, uint32_t length, std::string_view put) {
     while (length > 0 && !put.empty()) {
-        const size_t i = piece_at(at);
-        const uint32_t skipped = at - start(i);
+        look_at(at);
+        const uint32_t skipped = at - looked.start;
         const uint32_t count =
-            std::min({length, pieces[i].length - skipped, static_cast<uint32_t>(put.size())});
-        memcpy(pieces[i].bytes + skipped, put.data(), count);
+            std::min({length, looked.length - skipped, static_cast<uint32_t>(put.size())});
+        memcpy(looked.bytes + skipped, put.data(), count);
         at += count;
         length -= count;
         put.remove_prefix(count);

@@ -12,20 +12,24 @@
 //
 // The bytes stand in pieces, so that an edit moves a few KB at most, wherever it is:
 //
-//      loaded memory   |aaaaaaaaaaaa|xxxxxxxxxx|bbbbbbb...|cccccccccccccccccccccc|
-//      own memory                   |dddddddddddddddd..|
+//      memory of the file   |aaaaaaaaaaaa|..........bbbbbbb...|cccccccccccccccccccccc|
+//      own memory                        |dddddddddddddddd..|
 //
-//      the text         aaaaaaaaaaaa dddddddddddddddd bbbbbbb cccccccccccccccccccccc
-//      they know        their distance from the start ->|<- ... from the end
+//      the text              aaaaaaaaaaaa dddddddddddddddd bbbbbbb cccccccccccccccccccccc
 //
 // At first one piece is the whole file as it was read. An edit cuts a short piece out of a long
-// one, without moving a byte, and then moves bytes in that one only (b). A deletion leaves room
-// behind the piece; an insertion that finds none gives the piece memory of its own (d), and what
-// it leaves behind (x) is not used again. The pieces up to the one edited last know their distance
-// from the start of the text, those behind it from its end, so that an edit changes neither.
+// one, without moving a byte, and then moves bytes in that one only. A deletion leaves room behind
+// the piece. An insertion that finds none there takes the room in front (b), which the piece moves
+// down into; where there is none either, the piece gets memory of its own (d), and what it leaves
+// is room in front of the next one. So little more memory is used than the text grows by.
 //
-// Invariants: no piece is empty; pieces that share memory do not overlap; own memory belongs to one
-// piece; the lengths add up to size().
+// Some dozens of pieces make a block. A piece knows its distance from the start of its block, a
+// block its distance from the start of the text: an edit corrects those of the pieces behind it in
+// its block and of the blocks behind that.
+//
+// Invariants: no piece is empty, nor is a block; pieces of the file's memory stand there in the
+// order of the text, and their bytes and room do not overlap; own memory belongs to one piece; the
+// lengths add up to size().
 #pragma once
 
 #include <cstdint>
@@ -46,9 +50,10 @@ constexpr char end_marker = '\xFF';
 class text_t {
   public:
     // Makes room for a file of `file_size` bytes that may grow to `capacity`, its marker and a zero
-    // byte included. holds_memory() tells whether there was memory for the file. The edited pieces
-    // are `piece_length` to twice as long.
-    text_t(uint32_t file_size, uint32_t capacity, uint32_t piece_length = 2048);
+    // byte included. holds_memory() tells whether there was memory for the file.
+    // The edited pieces are `piece_length` to twice as long, a block has up to `pieces_of_block`.
+    text_t(uint32_t file_size, uint32_t capacity, uint32_t piece_length = 2048,
+           uint32_t pieces_of_block = 128);
 
     bool holds_memory() const { return memory_of_file != nullptr; }
     // Address of the memory, for traces and for the load.
@@ -61,7 +66,7 @@ class text_t {
 
     // The byte at `at`: a byte of the text, the marker, or zero behind it.
     char at(position at) const {
-        return holds(looked, at) ? pieces[looked].bytes[at - start(looked)] : at_elsewhere(at);
+        return looked.holds(at) ? looked.bytes[at - looked.start] : at_elsewhere(at);
     }
     // End of the text as seen from `from`: the next zero byte, or the marker.
     position end(position from) const;
@@ -96,42 +101,57 @@ class text_t {
     struct piece_t {
         char *bytes;
         uint32_t length;
-        uint32_t room;                    // unused bytes behind them
-        uint32_t distance;                // of the first byte, see start()
-        std::unique_ptr<char[]> own = {}; // the memory, where it is not that of the file
+        uint32_t room_in_front, room; // unused bytes in front of them and behind them
+        uint32_t start;               // distance from the start of the block
+        std::unique_ptr<char[]> own;  // the memory, where it is not that of the file
+        const char *memory_begin() const { return bytes - room_in_front; }
+        const char *memory_end() const { return bytes + length + room; }
+    };
+    struct block_t {
+        position start;
+        std::vector<piece_t> pieces;
+    };
+    struct place_t { // of a piece
+        size_t block, piece;
     };
 
-    position start(size_t piece) const {
-        const uint32_t distance = pieces[piece].distance;
-        return piece <= edited ? distance : marker - distance;
-    }
-    bool holds(size_t piece, position at) const {
-        return piece < pieces.size() && at - start(piece) < pieces[piece].length;
-    }
-    size_t piece_at(position at) const;
+    piece_t &at_place(place_t place) { return blocks[place.block].pieces[place.piece]; }
+    void look_at(position at) const;
+    void look_at_place(place_t place) const;
     char at_elsewhere(position at) const;
     static size_t find_in(std::string_view bytes, std::string_view wanted);
     position find_byte(char wanted, position from, position before) const;
     position find_over_seam(std::string_view wanted, position seam, position first,
                             position before) const;
 
-    void count_from_other_side(size_t piece) {
-        pieces[piece].distance = marker - pieces[piece].distance;
-    }
-    void make_edited(size_t piece);
-    size_t make_short(size_t piece, position at);
-    void split(size_t piece, uint32_t head_length);
-    void make_room(piece_t &piece, uint32_t length);
-    void drop_edited();
+    void look_for_insertion(position at);
+    place_t cut_short(place_t place, uint32_t offset);
+    void split(place_t place, uint32_t head_length);
+    place_t split_block(place_t place);
+    piece_t *in_front_of(place_t place);
+    piece_t *behind(place_t place);
+    void make_room(place_t place, uint32_t length);
+    bool move_into_room_in_front(place_t place, uint32_t length);
+    void leave_memory(place_t place);
+    void resize(place_t place, uint32_t by);
+    void drop(place_t place);
     uint32_t erase_in_piece(position from, uint32_t length);
     void insert_in_piece(position at, std::string_view inserted);
 
     std::unique_ptr<char[]> memory_of_file;
     const uint32_t most;
     const uint32_t short_length;
-    std::vector<piece_t> pieces;
-    size_t edited = 0;         // the piece of the last edit
-    mutable size_t looked = 0; // the piece of the last look, a guess for the next one
+    const size_t block_length;
+    std::vector<block_t> blocks;
+    // The piece of the last look or edit, a guess for the next one; of no length when there is
+    // none.
+    struct {
+        position start;
+        uint32_t length;
+        char *bytes;
+        place_t place;
+        bool holds(position at) const { return at - start < length; }
+    } mutable looked = {};
     uint32_t marker = 0;
 
     // No zero byte stands in [from, to), and one or the marker at `to`.
