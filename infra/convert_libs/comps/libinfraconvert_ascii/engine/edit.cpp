@@ -78,7 +78,8 @@ bool replace_text(engine_t &e, position from, uint32_t size, std::string_view te
     const auto inserted = static_cast<uint32_t>(text.size());
     if (e.traces_edits)
         log_operation(e, "delete_text", "deleting text of length %d\n", static_cast<int>(size));
-    if (inserted > size && !e.text->has_room(from, inserted - size))
+    const bool fits = inserted <= size || e.text->has_room(from, inserted - size);
+    if (!fits || text.find(end_marker) != text.npos)
         return refuse(e, inserted);
     e.text->replace(from, size, text);
     tell_watchers(e, {from, size, inserted});

@@ -133,7 +133,7 @@ void delete_text(engine_t &e, position from, uint32_t size);
 // pass must end with -1.
 [[nodiscard]] bool insert_text(engine_t &e, position from, std::string_view text);
 // Puts `text` in the place of the `size` bytes at `from`, which lie in the text, as deleting and
-// inserting would. Neither may hold a zero byte or the end marker.
+// inserting would. Neither may hold a zero byte.
 [[nodiscard]] bool replace_text(engine_t &e, position from, uint32_t size, std::string_view text);
 // Removes every `wanted`, with so many bytes before and after it, until none is left. All lengths
 // are modulo 2^32: -1 before starts each removal one byte later. Returns 0.

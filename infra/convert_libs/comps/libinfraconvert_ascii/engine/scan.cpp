@@ -1,4 +1,5 @@
-// One reader for both sources, over a cursor that shows the current byte; zero is the end.
+// One reader for both sources, over a cursor that shows what stands together from here on; nothing,
+// or a zero byte, is the end.
 
 #include "engine/scan.h"
 
@@ -14,35 +15,49 @@ bool is_digit(char c) { return c >= '0' && c <= '9'; }
 struct text_cursor {
     const text_t &text;
     position here;
-    std::string_view together = text.run(here, text.size()); // some of the bytes from here on
-    char get() const { return together.empty() ? text.at(here) : together.front(); }
-    void advance() {
-        here++;
-        together.remove_prefix(together.empty() ? 0 : 1);
+    std::string_view together = {};
+    std::string_view rest() {
+        static constexpr char marker[] = {end_marker};
+        if (together.empty() && here <= text.size())
+            together =
+                here < text.size() ? text.run(here, text.size()) : std::string_view(marker, 1);
+        return together;
+    }
+    void advance(size_t length) {
+        here += static_cast<position>(length);
+        together.remove_prefix(length);
     }
 };
 
 struct line_cursor {
     std::string_view line;
-    size_t here = 0;
-    char get() const { return here < line.size() ? line[here] : '\0'; }
-    void advance() { here++; }
+    std::string_view rest() const { return line; }
+    void advance(size_t length) { line.remove_prefix(length); }
 };
 
+template<class Cursor> char current(Cursor &cursor) {
+    const std::string_view rest = cursor.rest();
+    return rest.empty() ? '\0' : rest.front();
+}
+
 template<class Cursor> void skip_space(Cursor &cursor) {
-    while (is_space(cursor.get()))
-        cursor.advance();
+    while (is_space(current(cursor)))
+        cursor.advance(1);
 }
 
 template<class Cursor> std::string read_word(Cursor &cursor) {
     std::string word;
     skip_space(cursor);
-    if (cursor.get() == end_marker)
+    if (current(cursor) == end_marker)
         return word;
     // One character more than fits tells the caller that the word is too long.
-    while (cursor.get() != '\0' && !is_space(cursor.get()) && word.size() <= area_length) {
-        word += cursor.get();
-        cursor.advance();
+    for (bool goes_on = true; goes_on;) {
+        const std::string_view rest = cursor.rest().substr(0, area_size - word.size());
+        const auto *end =
+            std::ranges::find_if(rest, [](char c) { return c == '\0' || is_space(c); });
+        word.append(rest.begin(), end);
+        goes_on = end == rest.end() && !rest.empty();
+        cursor.advance(static_cast<size_t>(end - rest.begin()));
     }
     return word;
 }
@@ -61,9 +76,9 @@ template<class Cursor> words_t scan(Cursor cursor, std::string_view pattern) {
                 return words;
             i++; // the "s"
         } else {
-            if (cursor.get() != pattern[i])
+            if (current(cursor) != pattern[i])
                 return words;
-            cursor.advance();
+            cursor.advance(1);
         }
     }
     return words;
@@ -88,14 +103,14 @@ words_t scan_words(std::string_view line, const char *pattern) {
 std::optional<int32_t> scan_number(std::string_view text) {
     line_cursor cursor{text};
     skip_space(cursor);
-    const bool negative = cursor.get() == '-';
-    if (negative || cursor.get() == '+')
-        cursor.advance();
-    if (!is_digit(cursor.get()))
+    const bool negative = current(cursor) == '-';
+    if (negative || current(cursor) == '+')
+        cursor.advance(1);
+    if (!is_digit(current(cursor)))
         return std::nullopt;
     int64_t number = 0; // stays well within its range: it is limited after every digit
-    for (; is_digit(cursor.get()); cursor.advance())
-        number = std::min<int64_t>(number * 10 + (cursor.get() - '0'), int64_t{INT32_MAX} + 1);
+    for (; is_digit(current(cursor)); cursor.advance(1))
+        number = std::min<int64_t>(number * 10 + (current(cursor) - '0'), int64_t{INT32_MAX} + 1);
     number = negative ? -number : std::min<int64_t>(number, INT32_MAX);
     return static_cast<int32_t>(number);
 }

@@ -108,6 +108,10 @@ position text_t::find(std::string_view wanted, position from, position before) c
     if (from >= marker || before <= from)
         return nowhere;
     const position reach = further(before - 1, wanted.size(), end(from));
+    if (wanted.size() == 1) {
+        const position hit = find_byte(wanted.front(), from, reach);
+        return hit < reach ? hit : nowhere;
+    }
     while (from < reach) {
         const std::string_view bytes = run(from, reach);
         const size_t hit = find_in(bytes, wanted);

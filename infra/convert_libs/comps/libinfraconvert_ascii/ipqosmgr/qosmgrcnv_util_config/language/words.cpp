@@ -72,6 +72,13 @@ bool qoscnv_write(const char *pass, position &at, const std::string &composed) {
     return true;
 }
 
+bool qoscnv_overwrite(const char *pass, position &at, uint32_t size, const std::string &composed) {
+    if (!qoscnv_fits(pass, composed) || !engine::replace_text(qoscnv_engine, at, size, composed))
+        return false;
+    at += length(composed);
+    return true;
+}
+
 const char *qoscnv_behind_mtu(const char *action) {
     constexpr const char *keyword = "mtu";
     const char *found = strstr(action, keyword);

@@ -83,6 +83,9 @@ bool qoscnv_is_class_line(std::string_view line);
 // Inserts a composed text at `at`, which moves behind it. Returns false, with a message, when the
 // text does not fit its area or the insertion was refused.
 [[nodiscard]] bool qoscnv_write(const char *pass, position &at, const std::string &composed);
+// The same in the place of the `size` bytes at `at`, which hold no zero byte.
+[[nodiscard]] bool qoscnv_overwrite(const char *pass, position &at, uint32_t size,
+                                    const std::string &composed);
 
 // ---- The MTU rule ----
 //

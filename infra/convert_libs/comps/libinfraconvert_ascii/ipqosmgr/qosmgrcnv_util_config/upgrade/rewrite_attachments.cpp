@@ -30,9 +30,10 @@ struct attachment_t {
 // Reads the attachment whose word "service-policy" stands at `word`. Returns 0, or -1 with a
 // message.
 syserr_t read_attachment(position word, attachment_t &attachment) {
-    if (!qoscnv_fits(pass, qoscnv_getline(word, engine::area_size + newline_length)))
+    const std::string line = qoscnv_getline(word, engine::area_size + newline_length);
+    if (!qoscnv_fits(pass, line))
         return engine::failure;
-    const words_t words = scan_words(qoscnv_linebuf(word), "service-policy %s %s\n");
+    const words_t words = scan_words(line, "service-policy %s %s\n");
     if (words.count == 0)
         return failed("unexpected format for service-policy");
     const bool on_interface = words.count == 2;
@@ -85,17 +86,24 @@ class rewriting {
         const syserr_t status = read_attachment(line + length(indentation), attachment);
         if (status != 0)
             return status;
-        const uint32_t line_length = qoscnv_line_after(line) - line;
-        qoscnv_delete_text(line, line_length);
-        stanza_end -= line_length;
         cp = line;
-        return write_typed(attachment);
+        old_length = qoscnv_line_after(line) - line;
+        const syserr_t written = write_typed(attachment);
+        if (old_length > 0)
+            delete_old();
+        return written;
+    }
+
+    void delete_old() {
+        qoscnv_delete_text(cp, old_length);
+        stanza_end -= old_length;
+        old_length = 0;
     }
 
     syserr_t write_typed(const attachment_t &attachment) {
         const policymap_elem_t &pmap = *attachment.pmap;
         if (!wrote_qos && pmap.sysqos) {
-            if (!write("type qos input", pmap.name))
+            if (!write("type qos", "input", pmap))
                 return engine::failure;
             wrote_qos = true;
         }
@@ -105,29 +113,37 @@ class rewriting {
             return 0;
         if (!attachment.on_system_qos())
             return failed("Unexpected type unified-fabric service-policy on an interface");
-        return write("type network-qos", pmap.name) ? 0 : engine::failure;
+        return write("type network-qos", "", pmap) ? 0 : engine::failure;
     }
 
     bool write_queuing(const attachment_t &attachment) {
-        const char *name = attachment.pmap->name;
+        constexpr std::string_view type = "type queuing";
+        const policymap_elem_t &pmap = *attachment.pmap;
         if (attachment.on_system_qos())
-            return write("type queuing input", name) && write("type queuing output", name);
-        return write("type queuing " + attachment.direction, name);
+            return write(type, "input", pmap) && write(type, "output", pmap);
+        return write(type, attachment.direction, pmap);
     }
 
-    bool write(std::string_view type, const char *name) {
-        std::string line = "  service-policy ";
-        line.append(type).append(" ").append(name).append("\n");
-        if (!qoscnv_write(pass, cp, line))
+    bool write(std::string_view type, std::string_view direction, const policymap_elem_t &pmap) {
+        composed = "  service-policy ";
+        for (const std::string_view word : {type, direction}) {
+            if (!word.empty())
+                composed.append(word).append(" ");
+        }
+        composed.append(pmap.name).append("\n");
+        if (!qoscnv_overwrite(pass, cp, old_length, composed))
             return false;
-        stanza_end += length(line);
-        engine::log(qoscnv_engine, pass, "inserted \"%s\"", line.c_str());
+        stanza_end += length(composed) - old_length;
+        old_length = 0;
+        engine::log(qoscnv_engine, pass, "inserted \"%s\"", composed.c_str());
         return true;
     }
 
-    position cp;         // behind the last line written
-    position stanza_end; // of the stanza that holds the attachment at hand
+    position cp;             // behind the last line written
+    position stanza_end;     // of the stanza that holds the attachment at hand
+    uint32_t old_length = 0; // of its line, while nothing is written in the place of that
     bool wrote_qos = false;
+    std::string composed; // written last; here, so that its memory serves the next one
 };
 
 } // namespace
