@@ -63,9 +63,12 @@ void compare_with_version_line(const std::string &configuration, const std::stri
     const size_t word = configuration.find(' ', line) + 1;
     const std::string version =
         configuration.substr(word, configuration.find_first_of(" \r\n", word) - word);
-    if (readable(version) && engine::triple(as_read(version)) != engine::triple(as_read(from)))
-        message("warning: the configuration says that release " + version + " wrote it, not " +
-                from);
+    if (!readable(version) || engine::triple(as_read(version)) == engine::triple(as_read(from)))
+        return;
+    // Not a word that merely begins like a release: what it is, nobody knows.
+    const bool complete = std::regex_match(version, complete_release());
+    message("warning: the configuration says that " +
+            (complete ? "release " + version : "another release") + " wrote it, not " + from);
 }
 
 } // namespace infraconvert
