@@ -179,10 +179,8 @@ TEST(explain, tells_what_a_rule_does_and_when_it_applies) {
     const auto one = here.run({"explain", "ic-npiv-02"});
     EXPECT_EQ(one.status, 0);
     EXPECT_TRUE(contains(one.out, "turns every \"feature npiv\" back into \"npiv enable\""));
-    EXPECT_TRUE(contains(one.out, "  from   4.1(3)K2(1) 4.2(1) "
-                                  "5.0(1) 5.0(2) 5.0(3) 5.0(3)U1(1) 5.0(3)U2(1) 5.1(1) 6.0(1)\n"
-                                  "  to     3.1(1) 4.0(1) 4.1(2)\n"))
-        << one.out;
+    EXPECT_TRUE(contains(one.out, "\n  from   4.1(3)K2(1) 4.1(4) 4.2(1) 5.0(1) ")) << one.out;
+    EXPECT_TRUE(contains(one.out, "\n  to     3.1(1) 4.0(1) 4.1(1) 4.1(2)\n")) << one.out;
     const auto all = here.run({"explain"});
     for (const char *id : {"IC-QOS-01", "IC-QOS-05", "IC-FCPS-03", "IC-NPIV-01", "IC-MAC-01",
                            "IC-VLAN-01", "IC-FEX-01"})

@@ -3,6 +3,7 @@
 #include "base/errors.h"
 #include "base/messages.h"
 #include "commands/common.h"
+#include "conversion/border_releases.h"
 #include "conversion/rule_scope.h"
 #include "reports/command_json.h"
 #include "reports/findings_json.h"
@@ -22,7 +23,7 @@ struct explain_options_t {
 std::vector<found_rule_t> all_rules() {
     std::vector<found_rule_t> rules;
     for (const service_t &service : services()) {
-        for (const engine::rule_t &rule : service.rules())
+        for (const engine::rule_t &rule : service.rules)
             rules.push_back({&service, &rule});
     }
     return rules;
@@ -55,7 +56,8 @@ std::string details(const found_rule_t &found) {
         text += "  from   " + wrapped(joined(scope.from), indent) + "\n  to     " +
                 wrapped(joined(scope.to), indent) + "\n\n";
     return text +
-           wrapped("The rule was asked about " + joined(asked_releases()) +
+           wrapped("The rule was asked about " +
+                       joined({std::begin(border_releases), std::end(border_releases)}) +
                        "; infraconvert plan tells about any other pair.",
                    0) +
            '\n';

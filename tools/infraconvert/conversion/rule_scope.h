@@ -8,15 +8,11 @@
 
 namespace infraconvert {
 
-// Each of the releases `from` goes with each of the releases `to`. Releases of one list follow one
-// another among those that are asked.
+// Each of the releases `from` goes with each of the releases `to`. All are border releases, and
+// those of one list follow one another among these.
 struct scope_t {
     std::vector<std::string> from, to;
 };
-
-// The releases that are asked, oldest first: those at which a rule begins or ends to apply, and
-// their neighbours.
-const std::vector<std::string> &asked_releases();
 
 std::vector<scope_t> scope_of(const service_t &service, const engine::rule_t &rule);
 

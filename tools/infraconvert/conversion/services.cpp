@@ -13,6 +13,7 @@
 #include "satmgr/satcnv_converter.h"
 
 #include <algorithm>
+#include <iterator>
 #include <mutex>
 
 namespace infraconvert {
@@ -23,9 +24,13 @@ constexpr const char *no_rule = "no rule for this pair of releases";
 constexpr const char *same_text = "the two releases are the same";
 constexpr const char *same_release = "the two releases are the same to this converter";
 
-template<const engine::conversion_t &conversion> std::span<const engine::rule_t> rules_of() {
-    return conversion.rules;
-}
+// A service and its converter, whose questions about a pair of releases are asked of state that the
+// converter has once. Whoever asks them comes through route(), which lets in one at a time.
+struct converter_t {
+    service_t service;
+    // Reads both releases into the converter. Returns why nothing can apply, or null.
+    const char *(*why_not)(const release_pair_t &releases);
+};
 
 template<const engine::conversion_t &conversion>
 const char *why_not(const release_pair_t &releases) {
@@ -36,8 +41,6 @@ const char *why_not(const release_pair_t &releases) {
     return conversion.same_release() ? same_release : nullptr;
 }
 
-std::span<const engine::rule_t> assoc_rules_() { return assoc_rules; }
-
 const char *assoc_why_not(const release_pair_t &releases) {
     const bool needed = assoc_conversion_needed(releases.from.c_str(), releases.to.c_str());
     if (!needed && releases.from == releases.to)
@@ -46,35 +49,48 @@ const char *assoc_why_not(const release_pair_t &releases) {
 }
 
 template<const engine::conversion_t &conversion>
-constexpr service_t service(const char *name, const char *title, const char *platform_name,
-                            uint32_t uuid, const char *log_name) {
-    return {name, title, platform_name, uuid, log_name, rules_of<conversion>, why_not<conversion>};
+converter_t converter(const char *name, const char *title, const char *platform_name, uint32_t uuid,
+                      const char *log_name) {
+    return {{name, title, platform_name, uuid, log_name, conversion.rules}, why_not<conversion>};
 }
 
-constexpr service_t known_services[] = {
-    service<qoscnv_conversion>("qos", "QoS", "SRVUUID_IPQOS_MGR", SRVUUID_IPQOS_MGR, "qoscnv.log"),
-    service<fcportsec_conversion>("fcportsec", "FC port security", "SRVUUID_PSM", SRVUUID_PSM,
-                                  "fcportsec.log"),
-    service<npiv_conversion>("npiv", "NPIV", "SRVUUID_NPIVP", SRVUUID_NPIVP, "npiv.log"),
-    service<fwmcnv_conversion>("fwm", "MAC address table", "SRVUUID_FWM", SRVUUID_FWM,
-                               "fwmcnv.log"),
-    {"assoc", "VLAN-FCoE association", "SRVUUID_ASSOC_MGR", SRVUUID_ASSOC_MGR,
-     "assoc_ascii_cnv.log", assoc_rules_, assoc_why_not},
-    service<satcnv_conversion>("satmgr", "fabric extender", "SRVUUID_SATMGR", SRVUUID_SATMGR,
-                               "satcnv.log"),
-};
+std::vector<converter_t> in_registry_order() {
+    const converter_t known[] = {
+        converter<qoscnv_conversion>("qos", "QoS", "SRVUUID_IPQOS_MGR", SRVUUID_IPQOS_MGR,
+                                     "qoscnv.log"),
+        converter<fcportsec_conversion>("fcportsec", "FC port security", "SRVUUID_PSM", SRVUUID_PSM,
+                                        "fcportsec.log"),
+        converter<npiv_conversion>("npiv", "NPIV", "SRVUUID_NPIVP", SRVUUID_NPIVP, "npiv.log"),
+        converter<fwmcnv_conversion>("fwm", "MAC address table", "SRVUUID_FWM", SRVUUID_FWM,
+                                     "fwmcnv.log"),
+        {{"assoc", "VLAN-FCoE association", "SRVUUID_ASSOC_MGR", SRVUUID_ASSOC_MGR,
+          "assoc_ascii_cnv.log", assoc_rules},
+         assoc_why_not},
+        converter<satcnv_conversion>("satmgr", "fabric extender", "SRVUUID_SATMGR", SRVUUID_SATMGR,
+                                     "satcnv.log"),
+    };
+    // A converter that is registered and has no row here would run unseen.
+    static_assert(std::size(known) + 1 == INFRA_CONVERTASCII_STARTUP_ROWS);
 
-// A converter that is registered and has no row here would run unseen.
-static_assert(std::size(known_services) + 1 == INFRA_CONVERTASCII_STARTUP_ROWS);
-
-std::vector<service_t> in_registry_order() {
-    std::vector<service_t> result;
+    std::vector<converter_t> result;
     for (const auto *row = infra_convertascii_startup_table; row->fn; row++) {
-        for (const service_t &known : known_services) {
-            if (known.uuid == row->uuid)
-                result.push_back(known);
+        for (const converter_t &each : known) {
+            if (each.service.uuid == row->uuid)
+                result.push_back(each);
         }
     }
+    return result;
+}
+
+const std::vector<converter_t> &converters() {
+    static const std::vector<converter_t> all = in_registry_order();
+    return all;
+}
+
+std::vector<service_t> services_of(const std::vector<converter_t> &all) {
+    std::vector<service_t> result;
+    std::transform(all.begin(), all.end(), std::back_inserter(result),
+                   [](const converter_t &each) { return each.service; });
     return result;
 }
 
@@ -100,7 +116,7 @@ const service_t *service_named(const std::string &name) {
 } // namespace
 
 const std::vector<service_t> &services() {
-    static const std::vector<service_t> all = in_registry_order();
+    static const std::vector<service_t> all = services_of(converters());
     return all;
 }
 
@@ -120,15 +136,17 @@ std::vector<const service_t *> services_named(const std::vector<std::string> &na
 }
 
 routing_t route(const service_t &service, const release_pair_t &releases) {
-    // The tables are asked through the converters' own state, of which there is one.
-    static std::mutex lock;
-    const std::lock_guard guard(lock);
+    const auto asked =
+        std::find_if(converters().begin(), converters().end(),
+                     [&](const converter_t &c) { return c.service.uuid == service.uuid; });
+    static std::mutex door;
+    const std::lock_guard one_at_a_time(door);
     routing_t routing;
-    if (const char *reason = service.why_not(releases)) {
+    if (const char *reason = asked->why_not(releases)) {
         routing.why_none = reason;
         return routing;
     }
-    for (const engine::rule_t &rule : service.rules()) {
+    for (const engine::rule_t &rule : service.rules) {
         if (rule.applies())
             routing.rules.push_back(&rule);
     }

@@ -19,10 +19,8 @@ struct service_t {
     const char *title;         // in sentences
     const char *platform_name; // on the switch
     uint32_t uuid;
-    const char *log_name; // of its log file
-    std::span<const engine::rule_t> (*rules)();
-    // Reads both releases into the converter. Returns why nothing can apply, or null.
-    const char *(*why_not)(const release_pair_t &releases);
+    const char *log_name;                  // of its log file
+    std::span<const engine::rule_t> rules; // which of them apply is asked with route()
 };
 
 // All services, in the order in which they run.
@@ -43,6 +41,7 @@ struct routing_t {
     std::string words() const;
 };
 
+// Asks the converter. Threads may ask at the same time.
 routing_t route(const service_t &service, const release_pair_t &releases);
 
 } // namespace infraconvert

@@ -120,7 +120,7 @@ std::string now() {
 json rule_words() {
     json rules = json::object();
     for (const service_t &service : services()) {
-        for (const engine::rule_t &rule : service.rules())
+        for (const engine::rule_t &rule : service.rules)
             rules[rule.id] = std::string(service.title) + ": " + rule.plain_words;
     }
     return rules;

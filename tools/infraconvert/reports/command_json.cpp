@@ -1,6 +1,7 @@
 #include "reports/command_json.h"
 
 #include "base/digest.h"
+#include "conversion/border_releases.h"
 #include "reports/findings_json.h"
 #include "reports/json_document.h"
 
@@ -161,7 +162,7 @@ std::string rules_json(const std::vector<found_rule_t> &rules) {
             entry["applies"].push_back({{"from", scope.from}, {"to", scope.to}});
         document["rules"].push_back(entry);
     }
-    document["asked_releases"] = asked_releases();
+    document["asked_releases"] = border_releases;
     return printed(document);
 }
 
