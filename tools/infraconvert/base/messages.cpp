@@ -51,9 +51,9 @@ std::string wrapped(std::string_view text, size_t indent, size_t width) {
     return result;
 }
 
-std::string padded(std::string_view text, size_t width) {
+std::string column(std::string_view text, size_t width) {
     std::string result(text);
-    result.resize(std::max(width, text.size()), ' ');
+    result.resize(std::max(width, text.size() + 1), ' ');
     return result;
 }
 

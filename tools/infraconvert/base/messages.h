@@ -24,7 +24,7 @@ bool wants_color(const std::string &mode);
 // `text` in lines of at most `width` characters, each behind the first indented by `indent`.
 std::string wrapped(std::string_view text, size_t indent, size_t width = 100);
 
-// `text` padded with blanks up to `width`.
-std::string padded(std::string_view text, size_t width);
+// `text` as a column of a table: padded with blanks up to `width`, with one at least behind it.
+std::string column(std::string_view text, size_t width);
 
 } // namespace infraconvert

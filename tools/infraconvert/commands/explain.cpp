@@ -34,7 +34,7 @@ std::string list(const std::vector<found_rule_t> &rules) {
     std::string text;
     for (const found_rule_t &found : rules)
         text +=
-            padded(found.rule->id, id_width) +
+            column(found.rule->id, id_width) +
             wrapped(std::string(found.service->title) + ": " + found.rule->plain_words, id_width) +
             '\n';
     return text;

@@ -133,8 +133,8 @@ places_t policy_in_work(const logged_failure_t &e) {
 
 struct reason_t {
     const char *logged;
-    const char
-        *plain_words; // $1, $2: what the log line captured; $L: $1 as a line; $M: map at hand
+    // $1 and $2 stand for what the log line captured, $L for $1 as a line, $M for the map at hand.
+    const char *plain_words;
     places_t (*places)(const logged_failure_t &);
     size_t at_least = 0; // length of the first capture
 };

@@ -73,8 +73,8 @@ std::string findings_text(const std::vector<finding_t> &findings, severity_t lea
             next++;
         if (kind->severity > least)
             continue;
-        text += "  " + padded(severity_name(kind->severity), severity_width) +
-                padded(kind->code, code_width) + kind->title + '\n';
+        text += "  " + column(severity_name(kind->severity), severity_width) +
+                column(kind->code, code_width) + kind->title + '\n';
         for (size_t i = first; i < std::min(next, first + shown_of_a_kind); i++)
             text += finding_text(findings[i]);
         if (next - first > shown_of_a_kind)
@@ -101,8 +101,8 @@ std::string finding_details(const retired_kind_t &kind) {
 std::string finding_list() {
     std::string text;
     for (const finding_kind_t &kind : finding_kinds())
-        text += padded(kind.code, code_width) +
-                padded(severity_name(kind.severity), severity_width) + kind.title + '\n';
+        text += column(kind.code, code_width) +
+                column(severity_name(kind.severity), severity_width) + kind.title + '\n';
     return text;
 }
 

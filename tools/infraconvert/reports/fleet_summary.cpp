@@ -26,19 +26,19 @@ std::string fleet_summary_t::table() const {
                        releases.from + " to " + releases.to + ":\n";
     for (const char *state : {"unchanged", "changed", "failed", "unusable"}) {
         if (states.contains(state))
-            text += "  " + padded(state, state_width) + std::to_string(states.at(state)) + '\n';
+            text += "  " + column(state, state_width) + std::to_string(states.at(state)) + '\n';
     }
     if (results.size() == 1 || codes.empty())
         return text;
-    text += "  " + padded("code", code_width) + padded("severity", severity_width) +
-            padded("findings", count_width) + padded("files", count_width) + "title\n";
+    text += "  " + column("code", code_width) + column("severity", severity_width) +
+            column("findings", count_width) + column("files", count_width) + "title\n";
     for (const severity_t severity : {severity_t::error, severity_t::warning, severity_t::note}) {
         for (const auto &[code, count] : codes) {
             if (count.kind->severity == severity)
-                text += "  " + padded(code, code_width) +
-                        padded(severity_name(severity), severity_width) +
-                        padded(std::to_string(count.findings), count_width) +
-                        padded(std::to_string(count.files), count_width) + count.kind->title + '\n';
+                text += "  " + column(code, code_width) +
+                        column(severity_name(severity), severity_width) +
+                        column(std::to_string(count.findings), count_width) +
+                        column(std::to_string(count.files), count_width) + count.kind->title + '\n';
         }
     }
     return text;

@@ -16,8 +16,8 @@ std::string counts(const count_t &changed) {
 
 std::string step_line(const step_t &step) {
     const std::string columns =
-        "  " + padded(step.service->name, name_width) + padded(step.routing.ids(), rule_width) +
-        padded(step.state(), state_width) + padded(counts(step.changed), count_width);
+        "  " + column(step.service->name, name_width) + column(step.routing.ids(), rule_width) +
+        column(step.state(), state_width) + column(counts(step.changed), count_width);
     return columns.substr(0, columns.find_last_not_of(' ') + 1) + '\n';
 }
 
@@ -52,11 +52,11 @@ void tell_summary(const std::string &name, const converted_t &conversion) {
 std::string plan_table(const std::vector<const service_t *> &chosen,
                        const release_pair_t &releases) {
     constexpr size_t words_column = name_width + rule_width;
-    std::string table = padded("service", name_width) + padded("rule", rule_width) + releases.from +
+    std::string table = column("service", name_width) + column("rule", rule_width) + releases.from +
                         " to " + releases.to + '\n';
     for (const service_t *service : chosen) {
         const routing_t routing = route(*service, releases);
-        table += padded(service->name, name_width) + padded(routing.ids(), rule_width) +
+        table += column(service->name, name_width) + column(routing.ids(), rule_width) +
                  wrapped(routing.words(), words_column) + '\n';
     }
     return table;

@@ -91,7 +91,7 @@ class writer_t {
         if (complete)
             content.remove_suffix(1);
         if (format.margin > 0)
-            text += padded(margin.substr(0, format.margin), format.margin) + ' ';
+            text += column(margin.substr(0, format.margin), format.margin + 1);
         const bool colored = format.color && *color;
         text += colored ? color : "";
         text += content;
