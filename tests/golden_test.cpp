@@ -54,7 +54,7 @@ std::string last_line(const std::string &log) {
 std::string difference(const std::string &expected, const std::string &result) {
     if (expected == result)
         return "";
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     support::write_file(place.path() + "/expected", expected);
     support::write_file(place.path() + "/result", result);
     const std::string command = "cd " + place.path() + " && diff -u expected result > difference";

@@ -19,7 +19,7 @@ TEST(map_database, teardown_frees_what_a_record_holds_first) {
     pmap->classes.append(cls);
     cls->class_actions.append(qoscnv_new_action("test", "    priority\n"));
 
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     const std::string log = place.path() + "/log";
     err_fp = fopen(log.c_str(), "w");
     qosmgrcnv_debug = 1;

@@ -10,9 +10,9 @@
 
 namespace {
 
-class generator {
+class generator_t {
   public:
-    explicit generator(unsigned seed) : random(seed) {}
+    explicit generator_t(unsigned seed) : random(seed) {}
 
     std::string configuration() {
         std::string text = "hostname switch\nvlan 1\n";
@@ -60,12 +60,12 @@ class generator {
 const std::set<std::string> types = {"qos", "queuing", "network-qos"};
 
 // Reads a typed text line by line, and collects what does not hold.
-struct typed_text {
+struct typed_text_t {
     std::set<std::string> class_maps, policy_maps; // "TYPE NAME"
     std::vector<std::string> used_classes, used_policies;
     std::vector<std::string> untyped;
 
-    explicit typed_text(const std::string &text) {
+    explicit typed_text_t(const std::string &text) {
         std::istringstream lines(text);
         for (std::string line; std::getline(lines, line);) {
             std::istringstream words(line);
@@ -105,7 +105,7 @@ TEST(qos_upgrade, result_is_typed_and_its_names_exist) {
     const auto &qos = support::service_named("qos");
     int converted = 0, failed = 0;
     for (unsigned seed = 0; seed < 400; seed++) {
-        const std::string before = generator(seed).configuration();
+        const std::string before = generator_t(seed).configuration();
         const auto result = support::convert(qos, before, "4.0(1)", "4.1(3)", 0);
         if (result.status != 0) {
             EXPECT_EQ(result.file, before) << "seed " << seed;
@@ -113,7 +113,7 @@ TEST(qos_upgrade, result_is_typed_and_its_names_exist) {
             continue;
         }
         converted++;
-        const typed_text after(result.file);
+        const typed_text_t after(result.file);
         EXPECT_EQ(after.untyped, std::vector<std::string>()) << "seed " << seed;
         for (const std::string &used : after.used_classes)
             EXPECT_TRUE(is_predefined(used) || after.class_maps.contains(used))

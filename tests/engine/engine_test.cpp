@@ -45,7 +45,7 @@ TEST(releases, a_text_sets_the_fields_that_it_supplies) {
 }
 
 TEST(releases, a_missing_text_comes_from_the_platform) {
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     const std::string file = place.path() + "/release";
     struct {
         const char *content, *plain, *with_k_train;
@@ -237,7 +237,7 @@ TEST(navigation, a_zero_byte_ends_the_text_behind_it) {
 }
 
 TEST(loading, failures_say_why) {
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     const std::string file = place.path() + "/ascii/system.cfg";
     EXPECT_EQ(satcnv_read_ascii_file(nullptr), failure);
     EXPECT_EQ(satcnv_write_ascii_file(nullptr), failure);

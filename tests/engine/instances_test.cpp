@@ -92,7 +92,7 @@ void use(const names_t &names, const std::string &place) {
 
 TEST(instances, names_lead_to_the_own_text_and_log) {
     for (const names_t &names : instances) {
-        const support::temporary_directory place;
+        const support::temporary_directory_t place;
         const std::string file = place.path() + "/ascii/system.cfg";
         support::write_file(file, "policy-map a\n  b\n!\ninterface\n");
         const auto outcome = support::run_in_process([&] {

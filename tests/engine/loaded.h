@@ -8,7 +8,7 @@
 
 // Gives an instance a text, with as much room as a load would.
 inline void load(engine::engine_t &e, std::string_view bytes) {
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     support::write_file(place.path() + "/ascii/system.cfg", bytes);
     ASSERT_EQ(engine::read_ascii_file(e, place.path().c_str()), 0u);
 }

@@ -14,7 +14,7 @@
 namespace fs = std::filesystem;
 
 TEST(replace_file, a_file_that_is_not_there_is_made_or_left_out) {
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     const std::string file = place.path() + "/new.cfg";
     {
         engine::replace_file_t given_up;
@@ -27,7 +27,7 @@ TEST(replace_file, a_file_that_is_not_there_is_made_or_left_out) {
 }
 
 TEST(replace_file, a_second_name_keeps_the_old_text_until_the_end) {
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     const std::string file = place.path() + "/a.cfg", second = place.path() + "/second";
     support::write_file(file, "old text");
     fs::create_hard_link(file, second);
@@ -65,7 +65,7 @@ bool is_replaced(const std::string &file) {
 } // namespace
 
 TEST(replace_file, a_name_that_others_guessed_or_that_is_as_long_as_a_name_may_be) {
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     const std::string guessed = place.path() + "/a.cfg", longest = place.path() + '/';
     for (int i = 0; i < 100; i++)
         support::write_file(place.path() + "/.a.cfg.infraconvert-" + std::to_string(getpid()) +
@@ -79,7 +79,7 @@ TEST(replace_file, a_name_that_others_guessed_or_that_is_as_long_as_a_name_may_b
 
 TEST(replace_file, what_somebody_else_makes_meanwhile_stays) {
     for (const bool commits : {false, true}) {
-        const support::temporary_directory place;
+        const support::temporary_directory_t place;
         const std::string file = place.path() + "/new.cfg";
         {
             engine::replace_file_t late;
@@ -94,7 +94,7 @@ TEST(replace_file, what_somebody_else_makes_meanwhile_stays) {
 }
 
 TEST(replace_file, what_the_dead_left_behind_is_removed_and_nothing_else) {
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     const auto path = [&](const std::string &name) { return place.path() + '/' + name; };
     const std::string file = path("a.cfg"), mark = ".infraconvert-";
     const std::set<std::string> stay = {
@@ -124,7 +124,7 @@ TEST(replace_file, what_the_dead_left_behind_is_removed_and_nothing_else) {
 }
 
 TEST(replace_file, two_writers_at_once_do_not_take_each_other_for_dead) {
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     const std::string file = place.path() + "/a.cfg";
     support::write_file(file, "old");
     engine::replace_file_t first, second;
@@ -137,7 +137,7 @@ TEST(replace_file, two_writers_at_once_do_not_take_each_other_for_dead) {
 
 TEST(replace_file, may_be_called_off_up_to_the_first_byte) {
     for (const bool has_second_link : {false, true}) {
-        const support::temporary_directory place;
+        const support::temporary_directory_t place;
         const std::string file = place.path() + "/a.cfg";
         support::write_file(file, "old");
         if (has_second_link)
@@ -175,7 +175,7 @@ TEST(replace_file, rights_of_another_file) {
         {"in place, nobody else's", rights_t::of_owner, 0644, 0664, 0600, true},
     };
     for (const auto &row : rows) {
-        const support::temporary_directory place;
+        const support::temporary_directory_t place;
         const std::string source = place.path() + "/source", file = place.path() + "/file";
         support::write_file(source, "source");
         chmod(source.c_str(), row.source);

@@ -52,7 +52,7 @@ const row_t rows[] = {
 
 // Converts with room for `room` bytes more than the file holds.
 std::string convert(const row_t &row, uint32_t room, syserr_t &status) {
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     const std::string file = place.path() + "/ascii/system.cfg";
     support::write_file(file, row.text);
     row.instance.capacity_factor = 1;

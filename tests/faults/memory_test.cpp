@@ -104,7 +104,7 @@ class conversion_t {
     const example_t &example;
     const support::service_t &service;
     const std::string before, after;
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     const std::string file = place.path() + "/ascii/system.cfg";
 };
 

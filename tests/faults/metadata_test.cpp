@@ -59,7 +59,7 @@ class place_t {
         return result;
     }
 
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     const std::string directory = place.path() + "/ascii";
     const std::string file = directory + "/system.cfg";
 };

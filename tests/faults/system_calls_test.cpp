@@ -112,7 +112,7 @@ class conversion_t {
         return status.st_ino;
     }
 
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     const example_t &example;
     const support::service_t &service;
     std::string converted;

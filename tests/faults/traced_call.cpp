@@ -21,43 +21,43 @@ namespace {
 using registers_t = user_regs_struct;
 
 // Where a call names its file: as an open descriptor, or as a path, in which argument.
-enum class names_file { by_descriptor, by_path, by_path_at };
+enum class names_file_t { by_descriptor, by_path, by_path_at };
 
 struct kind_t {
     long number;
     const char *name;
-    names_file how;
+    names_file_t how;
 };
 
 constexpr kind_t kinds[] = {
-    {SYS_open, "open", names_file::by_path},
-    {SYS_openat, "open", names_file::by_path_at},
-    {SYS_stat, "stat", names_file::by_path},
-    {SYS_fstat, "stat", names_file::by_descriptor},
-    {SYS_newfstatat, "stat", names_file::by_path_at},
-    {SYS_readlink, "readlink", names_file::by_path},
-    {SYS_readlinkat, "readlink", names_file::by_path_at},
-    {SYS_read, "read", names_file::by_descriptor},
-    {SYS_write, "write", names_file::by_descriptor},
-    {SYS_writev, "write", names_file::by_descriptor},
-    {SYS_fsync, "fsync", names_file::by_descriptor},
-    {SYS_close, "close", names_file::by_descriptor},
-    {SYS_rename, "rename", names_file::by_path},
-    {SYS_renameat, "rename", names_file::by_path_at},
-    {SYS_renameat2, "rename", names_file::by_path_at},
-    {SYS_fchown, "chown", names_file::by_descriptor},
-    {SYS_fchmod, "chmod", names_file::by_descriptor},
-    {SYS_flistxattr, "xattr", names_file::by_descriptor},
-    {SYS_fgetxattr, "xattr", names_file::by_descriptor},
-    {SYS_fsetxattr, "xattr", names_file::by_descriptor},
-    {SYS_fremovexattr, "xattr", names_file::by_descriptor},
-    {SYS_fallocate, "allocate", names_file::by_descriptor},
-    {SYS_ftruncate, "truncate", names_file::by_descriptor},
-    {SYS_flock, "lock", names_file::by_descriptor},
-    {SYS_ioctl, "flags", names_file::by_descriptor},
-    {SYS_fcntl, "duplicate", names_file::by_descriptor},
-    {SYS_unlink, "unlink", names_file::by_path},
-    {SYS_unlinkat, "unlink", names_file::by_path_at},
+    {SYS_open, "open", names_file_t::by_path},
+    {SYS_openat, "open", names_file_t::by_path_at},
+    {SYS_stat, "stat", names_file_t::by_path},
+    {SYS_fstat, "stat", names_file_t::by_descriptor},
+    {SYS_newfstatat, "stat", names_file_t::by_path_at},
+    {SYS_readlink, "readlink", names_file_t::by_path},
+    {SYS_readlinkat, "readlink", names_file_t::by_path_at},
+    {SYS_read, "read", names_file_t::by_descriptor},
+    {SYS_write, "write", names_file_t::by_descriptor},
+    {SYS_writev, "write", names_file_t::by_descriptor},
+    {SYS_fsync, "fsync", names_file_t::by_descriptor},
+    {SYS_close, "close", names_file_t::by_descriptor},
+    {SYS_rename, "rename", names_file_t::by_path},
+    {SYS_renameat, "rename", names_file_t::by_path_at},
+    {SYS_renameat2, "rename", names_file_t::by_path_at},
+    {SYS_fchown, "chown", names_file_t::by_descriptor},
+    {SYS_fchmod, "chmod", names_file_t::by_descriptor},
+    {SYS_flistxattr, "xattr", names_file_t::by_descriptor},
+    {SYS_fgetxattr, "xattr", names_file_t::by_descriptor},
+    {SYS_fsetxattr, "xattr", names_file_t::by_descriptor},
+    {SYS_fremovexattr, "xattr", names_file_t::by_descriptor},
+    {SYS_fallocate, "allocate", names_file_t::by_descriptor},
+    {SYS_ftruncate, "truncate", names_file_t::by_descriptor},
+    {SYS_flock, "lock", names_file_t::by_descriptor},
+    {SYS_ioctl, "flags", names_file_t::by_descriptor},
+    {SYS_fcntl, "duplicate", names_file_t::by_descriptor},
+    {SYS_unlink, "unlink", names_file_t::by_path},
+    {SYS_unlinkat, "unlink", names_file_t::by_path_at},
 };
 
 std::string name_of_descriptor(pid_t process, unsigned long long descriptor) {
@@ -81,12 +81,12 @@ system_call_t describe(pid_t process, const registers_t &registers) {
         if (static_cast<long>(registers.orig_rax) != kind.number)
             continue;
         std::string path;
-        if (kind.how == names_file::by_path)
+        if (kind.how == names_file_t::by_path)
             path = path_in_memory(process, registers.rdi);
-        if (kind.how == names_file::by_path_at)
+        if (kind.how == names_file_t::by_path_at)
             path = path_in_memory(process, registers.rsi);
-        const bool by_descriptor = kind.how == names_file::by_descriptor ||
-                                   (kind.how == names_file::by_path_at && path.empty());
+        const bool by_descriptor = kind.how == names_file_t::by_descriptor ||
+                                   (kind.how == names_file_t::by_path_at && path.empty());
         const bool writes = kind.number == SYS_openat && (registers.rdx & O_ACCMODE) != O_RDONLY;
         return {kind.name,
                 by_descriptor ? name_of_descriptor(process, registers.rdi)

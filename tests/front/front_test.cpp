@@ -20,7 +20,7 @@ std::string without_stamps(const std::string &log) {
 
 outcome_t convert_all(const std::string &configuration, const char *from, const char *to,
                       bool logs_open = true) {
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     support::write_file(place.path() + "/ascii/system.cfg", configuration);
     const infraconvertascii_args_t args = {place.path().c_str(), "package", to, from};
     return support::run_in_process(
@@ -80,7 +80,7 @@ TEST(front, unknown_services_and_missing_arguments_run_nothing) {
 }
 
 TEST(front, logs_stay_open_across_calls_but_for_the_association_converter) {
-    const support::temporary_directory place;
+    const support::temporary_directory_t place;
     support::write_file(place.path() + "/ascii/system.cfg", "vlan 5\n  fcoe\n");
     const outcome_t outcome = support::run_in_process([&] {
         const infraconvertascii_args_t args = {place.path().c_str(), "package", "5.0(3)", "4.1(3)"};

@@ -60,14 +60,14 @@ void write_file(const std::string &path, std::string_view bytes) {
     std::ofstream(path, std::ios::binary) << bytes;
 }
 
-temporary_directory::temporary_directory() {
+temporary_directory_t::temporary_directory_t() {
     std::string pattern = std::filesystem::temp_directory_path() / "infraconvert-XXXXXX";
     if (!mkdtemp(pattern.data()))
         abort();
     name = pattern;
 }
 
-temporary_directory::~temporary_directory() {
+temporary_directory_t::~temporary_directory_t() {
     std::error_code ignored;
     std::filesystem::remove_all(name, ignored);
 }
@@ -83,7 +83,7 @@ void leave_process(int status) {
 void lead_logs_to(const std::string &directory) { log_directory = directory; }
 
 outcome_t run_in_process(const std::function<int()> &call, bool logs_open) {
-    const temporary_directory place;
+    const temporary_directory_t place;
     const std::string logs = place.path() + "/logs";
     std::filesystem::create_directory(logs);
     fflush(nullptr);

@@ -26,12 +26,12 @@ outcome_t run_in_process(const std::function<int()> &call, bool logs_open = true
 void lead_logs_to(const std::string &directory);
 
 // A directory below the system's temporary one, gone with its owner.
-class temporary_directory {
+class temporary_directory_t {
   public:
-    temporary_directory();
-    ~temporary_directory();
-    temporary_directory(const temporary_directory &) = delete;
-    temporary_directory &operator=(const temporary_directory &) = delete;
+    temporary_directory_t();
+    ~temporary_directory_t();
+    temporary_directory_t(const temporary_directory_t &) = delete;
+    temporary_directory_t &operator=(const temporary_directory_t &) = delete;
     const std::string &path() const { return name; }
 
   private:

@@ -28,7 +28,7 @@ const service_t &service_named(const std::string &name) {
 
 conversion_t convert(const service_t &service, const std::string &configuration, const char *from,
                      const char *to, boolean debug_switch) {
-    const temporary_directory place;
+    const temporary_directory_t place;
     const std::string file = place.path() + "/ascii/system.cfg";
     write_file(file, configuration);
     conversion_t result;
