@@ -48,6 +48,15 @@ fix_text_t text_of(const fix_t &fix, const std::string &original) {
     return text;
 }
 
+// Where a service with a rule was left out, what it would have done is no work for fixes.
+bool runs_every_rule(const conversion_request_t &request) {
+    const auto &chosen = request.services;
+    return std::all_of(services().begin(), services().end(), [&](const service_t &service) {
+        return std::find(chosen.begin(), chosen.end(), &service) != chosen.end() ||
+               route(service, request.releases).rules.empty();
+    });
+}
+
 bool is_error(const finding_t &finding) { return finding.kind->severity == severity_t::error; }
 
 bool tells(const finding_t &finding, const meaning::difference_t &difference) {
@@ -159,7 +168,7 @@ mended_t mend_findings(std::vector<finding_t> &findings, const converted_t &conv
     mended_t mended;
     mended.original = *conversion.original;
     mended.result = *conversion.result;
-    if (std::any_of(findings.begin(), findings.end(), is_error)) {
+    if (runs_every_rule(request) && std::any_of(findings.begin(), findings.end(), is_error)) {
         mended = mend_conversion(conversion, request);
         add_fixes(findings, mended, *conversion.original);
     }

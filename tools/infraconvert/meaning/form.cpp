@@ -111,9 +111,9 @@ class checker_t {
             const bool known = front.words[0] == "match-any" || front.words[0] == "match-all";
             if (front.words.size() == 1 && known && reads.front_word)
                 continue;
-            problem_t &problem =
-                add(fault_t::front_words, title("class-map", "", front.name),
-                    '"' + joined(front.words) + "\" in front of the name of a class-map", front.line);
+            problem_t &problem = add(
+                fault_t::front_words, title("class-map", "", front.name),
+                '"' + joined(front.words) + "\" in front of the name of a class-map", front.line);
             problem.weight = std::max(problem.weight, front.words.size());
             problem.touches.push_back({"", "", std::string(front.name)});
         }

@@ -41,26 +41,35 @@ std::string finding_text(const finding_t &finding) {
 constexpr const char *fix_places[] = {"type on the switch after the conversion:",
                                       "edit the original before the conversion:"};
 
-// The fixes of findings of one kind, each once.
+std::string fix_lines_text(const char *place, const std::vector<std::string> &lines) {
+    if (lines.empty())
+        return "";
+    std::string text = std::string("    > ") + place + '\n';
+    for (size_t i = 0; i < std::min(lines.size(), shown_fix_lines); i++)
+        text += "        " + lines[i] + '\n';
+    if (lines.size() > shown_fix_lines)
+        text += "        and " + std::to_string(lines.size() - shown_fix_lines) +
+                " more lines (infraconvert audit --fixes DIR writes them all)\n";
+    return text;
+}
+
+// The fixes of findings of one kind, each once, and why others have none.
 std::string fixes_text(const std::vector<finding_t> &findings, size_t first, size_t next) {
-    std::string text;
+    std::vector<std::string> lines[std::size(fix_places)];
     std::set<std::vector<std::string>> told;
     std::set<std::string> reasons;
+    std::string by_hand;
     for (size_t i = first; i < next; i++) {
         for (const fix_text_t &fix : findings[i].fixes) {
-            if (!told.insert(fix.lines).second)
-                continue;
-            text += std::string("    > ") + fix_places[fix.before] + '\n';
-            for (size_t line = 0; line < std::min(fix.lines.size(), shown_fix_lines); line++)
-                text += "        " + fix.lines[line] + '\n';
-            if (fix.lines.size() > shown_fix_lines)
-                text += "        and " + std::to_string(fix.lines.size() - shown_fix_lines) +
-                        " more lines (infraconvert audit --fixes DIR writes them all)\n";
+            if (told.insert(fix.lines).second)
+                lines[fix.before].insert(lines[fix.before].end(), fix.lines.begin(),
+                                         fix.lines.end());
         }
         if (!findings[i].by_hand.empty() && reasons.insert(findings[i].by_hand).second)
-            text += "    > " + wrapped("By hand: " + findings[i].by_hand + ".", 6) + '\n';
+            by_hand += "    > " + wrapped("By hand: " + findings[i].by_hand + ".", 6) + '\n';
     }
-    return text;
+    return fix_lines_text(fix_places[1], lines[1]) + fix_lines_text(fix_places[0], lines[0]) +
+           by_hand;
 }
 
 } // namespace

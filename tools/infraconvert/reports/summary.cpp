@@ -40,8 +40,8 @@ void tell_summary(const std::string &name, const converted_t &conversion) {
         message_lines(step_line(step));
     const count_t fixed = conversion.changes_of_fixes();
     if (fixed.added + fixed.removed > 0)
-        message_lines("  " + padded("fixes", name_width) + padded("-", rule_width) +
-                      padded("mended", state_width) + counts(fixed) + '\n');
+        message_lines("  " + column("fixes", name_width) + column("-", rule_width) +
+                      column("mended", state_width) + counts(fixed) + '\n');
     const lines_t lines = split_lines(*conversion.original);
     for (const step_t &step : conversion.steps) {
         if (step.failure)
