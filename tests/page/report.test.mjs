@@ -16,7 +16,7 @@ function writeReport(name, texts) {
   const files = Object.entries(texts).map(([file, text]) => { writeFileSync(join(place, file), text); return file; });
   const run = spawnSync(command, ["audit", "--from", "4.1(2)", "--to", "5.0(2)", "--report", name, ...files],
     { cwd: place, encoding: "utf8", maxBuffer: 1 << 28 });
-  assert.ok([0, 1, 4].includes(run.status), run.stderr);
+  assert.ok([0, 4, 5].includes(run.status), run.stderr);
   return "file://" + join(place, name);
 }
 

@@ -45,6 +45,7 @@ convert_options_t with_plan(convert_options_t options, const plan_t &plan) {
     options.releases = plan.releases;
     options.services = plan.services;
     options.keep_going = plan.keep_going;
+    options.mend = plan.mend;
     if (options.path.empty())
         options.path = plan.path;
     return options;
@@ -80,9 +81,9 @@ void expect_outputs(const convert_options_t &options, const task_t &task) {
 
 task_t task_of(const convert_options_t &given) {
     const bool chooses = !given.releases.from.empty() || !given.releases.to.empty() ||
-                         !given.services.empty() || given.keep_going;
+                         !given.services.empty() || given.keep_going || !given.mend.empty();
     if (!given.plan.empty() && chooses)
-        throw usage_error("--plan brings --from, --to, --service and --keep-going with it");
+        throw usage_error("--plan brings --from, --to, --service, --keep-going and --mend with it");
     task_t task;
     if (!given.plan.empty())
         task.plan = read_plan(given.plan);

@@ -92,7 +92,7 @@ void save_plan_of(const preview_options_t &options, const job_t &job,
     if (conversion.failed() && !options.keep_going)
         return message("no plan is saved");
     job.outputs->write(options.save_plan,
-                       plan_text(plan_of(conversion, job.file, options.keep_going)));
+                       plan_text(plan_of(conversion, job.file, options.keep_going, options.mend)));
     message("the plan is saved in " + quoted_name(options.save_plan));
 }
 

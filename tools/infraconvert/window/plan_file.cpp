@@ -20,6 +20,7 @@ plan_t plan_from(const json &document) {
     return {.releases = {document.at("from"), document.at("to")},
             .services = document.at("services"),
             .keep_going = document.at("keep_going"),
+            .mend = document.value("mend", ""),
             .path = document.at("path"),
             .input_digest = document.at("input_sha256"),
             .result_digest = document.at("result_sha256")};
@@ -27,10 +28,12 @@ plan_t plan_from(const json &document) {
 
 } // namespace
 
-plan_t plan_of(const converted_t &conversion, const std::string &file, bool keep_going) {
+plan_t plan_of(const converted_t &conversion, const std::string &file, bool keep_going,
+               const std::string &mend) {
     plan_t plan = {.releases = conversion.releases,
                    .services = {},
                    .keep_going = keep_going,
+                   .mend = mend,
                    .path = file == standard_stream ? "" : std::filesystem::absolute(file).string(),
                    .input_digest = sha256(*conversion.original),
                    .result_digest = sha256(*conversion.result)};
@@ -46,6 +49,7 @@ std::string plan_text(const plan_t &plan) {
                            {"to", plan.releases.to},
                            {"services", plan.services},
                            {"keep_going", plan.keep_going},
+                           {"mend", plan.mend},
                            {"path", plan.path},
                            {"input_sha256", plan.input_digest},
                            {"result_sha256", plan.result_digest}};

@@ -13,11 +13,13 @@ struct plan_t {
     release_pair_t releases;
     std::vector<std::string> services;
     bool keep_going = false;
+    std::string mend; // as the option; empty: nothing is mended
     std::string path; // of the configuration, absolute; empty: it came from standard input
     std::string input_digest, result_digest;
 };
 
-plan_t plan_of(const converted_t &conversion, const std::string &file, bool keep_going);
+plan_t plan_of(const converted_t &conversion, const std::string &file, bool keep_going,
+               const std::string &mend);
 
 // What stands in the file that keeps the plan.
 std::string plan_text(const plan_t &plan);
