@@ -143,7 +143,7 @@ TEST(mend, edits_an_original_that_does_not_convert) {
         mending::mend({.original = spoiled,
                        .result = std::nullopt,
                        .route = route,
-                       .convert = [](const std::string &text) -> std::optional<std::string> {
+                       .convert = [&](const std::string &text) -> std::optional<std::string> {
                            if (text == good)
                                return "hostname sw1\n" + typed;
                            return std::nullopt;
