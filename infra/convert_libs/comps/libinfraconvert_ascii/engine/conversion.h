@@ -29,7 +29,8 @@ struct conversion_t {
 };
 
 // The routing itself: runs the pipelines of all rules that apply. Returns the status of the last
-// one, 0 without one.
+// one, 0 without one; the conditions of a converter exclude one another, so that no failure is
+// lost.
 syserr_t run_rules(const conversion_t &conversion);
 
 // What the installer asks for.
