@@ -12,7 +12,6 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
-#include <memory>
 #include <unistd.h>
 #include <utility>
 
@@ -188,21 +187,6 @@ TEST(edits, removal_without_a_word_or_a_text) {
     delete std::exchange(npiv_engine.text, nullptr);
     EXPECT_EQ(npiv_remove_substring("a"), 0u);
     EXPECT_EQ(npiv_nextline(0), nowhere);
-}
-
-TEST(edits, watchers_end_in_any_order) {
-    struct counter_t final : edit_watcher_t {
-        using edit_watcher_t::edit_watcher_t;
-        void edited(const edit_t &) override { count++; }
-        int count = 0;
-    };
-    load(npiv_engine, "abcd\n");
-    counter_t stays(npiv_engine);
-    auto first = std::make_unique<counter_t>(npiv_engine);
-    const counter_t last(npiv_engine);
-    first.reset();
-    npiv_delete_text(0, 1);
-    EXPECT_EQ(stays.count + last.count, 2);
 }
 
 TEST(navigation, a_stanza_begins_with_an_ascii_letter) {

@@ -1,6 +1,7 @@
 // Deleting, inserting and removing text in place.
 
 #include "engine/operation.h"
+#include "engine/watchers.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,17 +9,6 @@
 namespace engine {
 
 namespace {
-
-// No header of a section is longer.
-constexpr uint32_t longest_section_header = 32;
-
-void tell_watchers(engine_t &e, const edit_t &edit) {
-    const position untouched = edit.at - std::min(edit.at, longest_section_header);
-    for (position &clear_to : e.no_section_before)
-        clear_to = std::min(clear_to, untouched);
-    for (edit_watcher_t *watcher = e.watchers; watcher; watcher = watcher->next())
-        watcher->edited(edit);
-}
 
 void erase(engine_t &e, position from, uint32_t size) {
     const uint32_t size_before = e.text->size();
@@ -44,15 +34,9 @@ bool insert(engine_t &e, position from, std::string_view text) {
 
 } // namespace
 
-edit_watcher_t::edit_watcher_t(engine_t &watched) : e(watched), next_watcher(watched.watchers) {
-    e.watchers = this;
-}
-
-edit_watcher_t::~edit_watcher_t() {
-    edit_watcher_t **link = &e.watchers;
-    while (*link != this)
-        link = &(*link)->next_watcher;
-    *link = next_watcher;
+void tell_watchers(const engine_t &e, const edit_t &edit) {
+    for (edit_watcher_t *watcher = e.watchers; watcher; watcher = watcher->next())
+        watcher->edited(edit);
 }
 
 void delete_text(engine_t &e, position from, uint32_t size) {

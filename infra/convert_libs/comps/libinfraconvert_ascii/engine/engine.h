@@ -12,7 +12,6 @@
 #include "engine/text.h"
 #include "platform/platform.h"
 
-#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <initializer_list>
@@ -30,33 +29,8 @@ enum class dump_t {
     log,            // the log only, marker included
 };
 
-// What an edit did to the text: `removed` bytes from `at` on gave way to `inserted` bytes.
-struct edit_t {
-    position at;
-    uint32_t removed, inserted;
-};
-
-struct engine_t;
-
-// Is told of every edit of an instance's text while it lives, so that what it knows about the text
-// can stay true.
-class edit_watcher_t {
-  public:
-    explicit edit_watcher_t(engine_t &watched);
-    edit_watcher_t(const edit_watcher_t &) = delete;
-    edit_watcher_t &operator=(const edit_watcher_t &) = delete;
-
-    // The edit is done.
-    virtual void edited(const edit_t &edit) = 0;
-    edit_watcher_t *next() const { return next_watcher; }
-
-  protected:
-    ~edit_watcher_t();
-
-  private:
-    engine_t &e;
-    edit_watcher_t *next_watcher;
-};
+class edit_watcher_t; // watchers.h
+class search_ahead_t;
 
 struct engine_t {
     // ---- Rules of this instance, never changed ----
@@ -86,8 +60,6 @@ struct engine_t {
     text_t *text = nullptr;    // null before the first load
     bool edit_refused = false; // an insertion was refused: the text must not be saved
     edit_watcher_t *watchers = nullptr;
-    // By header, see file_start_section(): none begins in front of this position.
-    std::array<position, 2> no_section_before = {};
     release_t from = {};
     release_t to = {};
 };
@@ -157,11 +129,11 @@ syserr_t replace_all(engine_t &e, const char *function, const replacement_t &rep
 
 // First `wanted` that begins in [from, before), else nowhere; nowhere also when no text is loaded.
 position find(const engine_t &e, std::string_view wanted, position from, position before = nowhere);
-// First of the two `headers` at most in the text, else the second, else nowhere. Each header begins
-// with the newline in front of its line and is the same for an instance at every call. `section`
-// names the section in the trace and the operation.
-position file_start_section(engine_t &e, const char *operation, const char *section,
-                            std::initializer_list<const char *> headers);
+// First of the first header that the text holds, else nowhere. Each begins with the newline in
+// front of its line. A pass that adds many texts asks for the section again and again, so the
+// headers are searches that remember. `section` is what the trace calls it.
+position file_start_section(const engine_t &e, const char *operation, const char *section,
+                            std::initializer_list<search_ahead_t *> headers);
 // Start of the line after the one that holds `from`, else nowhere. The marker counts as a line.
 position nextline(const engine_t &e, position from);
 bool nextstanza(const engine_t &e, position line);

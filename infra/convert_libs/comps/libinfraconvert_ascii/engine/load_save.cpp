@@ -2,6 +2,7 @@
 
 #include "engine/operation.h"
 #include "engine/replace_file.h"
+#include "engine/watchers.h"
 
 #include <cerrno>
 #include <cinttypes>
@@ -32,14 +33,18 @@ bool path_to_asciicfg(const engine_t &e, const char *path, path_t &file) {
     return false;
 }
 
-void release_text(engine_t &e) {
+void drop_text(engine_t &e) {
+    if (!e.text)
+        return;
+    const uint32_t size = e.text->size();
     delete e.text;
     e.text = nullptr;
+    tell_watchers(e, {.at = 0, .removed = size, .inserted = 0});
 }
 
 // Allocates the room for a file of `size` bytes as the instance's text.
 bool allocate_text(engine_t &e, int64_t size) {
-    release_text(e);
+    drop_text(e);
     if (size > (largest_capacity - e.capacity_extra) / e.capacity_factor)
         errno = ENOMEM;
     else
@@ -47,7 +52,7 @@ bool allocate_text(engine_t &e, int64_t size) {
             text_t(static_cast<uint32_t>(size),
                    static_cast<uint32_t>(size) * e.capacity_factor + e.capacity_extra);
     if (e.text && !e.text->holds_memory())
-        release_text(e);
+        drop_text(e);
     log_operation(e, "read_ascii_file", "Allocating block of memory at %p\n",
                   static_cast<const void *>(e.text ? e.text->memory() : nullptr));
     return e.text;
@@ -71,7 +76,7 @@ syserr_t read_text(engine_t &e, const char *file, int64_t size) {
         return failure;
     }
     e.text->loaded(static_cast<uint32_t>(size));
-    e.no_section_before = {};
+    tell_watchers(e, {.at = 0, .removed = 0, .inserted = e.text->size()});
     if (fclose(stream.release()) != 0) {
         log_operation(e, "read_ascii_file", "failed to close %s: %s\n", file, strerror(errno));
         return failure;
@@ -198,7 +203,7 @@ syserr_t write_ascii_file(engine_t &e, const char *path) {
     if (e.traces_release)
         log_operation(e, "write_ascii_file", "Freeing block of memory at %p\n",
                       static_cast<const void *>(e.text->memory()));
-    release_text(e); // nobody looks at it any more, and the other converters need room too
+    drop_text(e); // nobody looks at it any more, and the other converters need room too
     return 0;
 }
 

@@ -1,6 +1,7 @@
 // Walking the text line by line and stanza by stanza.
 
 #include "engine/operation.h"
+#include "engine/watchers.h"
 
 namespace engine {
 
@@ -14,19 +15,12 @@ position find(const engine_t &e, std::string_view wanted, position from, positio
     return e.text ? e.text->find(wanted, from, before) : nowhere;
 }
 
-// A pass that adds many texts asks for the section again and again, so the search goes on from
-// where the last one ended.
-position file_start_section(engine_t &e, const char *operation, const char *section,
-                            std::initializer_list<const char *> headers) {
-    auto clear_to = e.no_section_before.begin();
-    for (const char *header : headers) {
-        const position found = find(e, header, *clear_to);
-        if (found == nowhere) {
-            *clear_to = e.text ? e.text->end(*clear_to) : 0;
-            clear_to++;
+position file_start_section(const engine_t &e, const char *operation, const char *section,
+                            std::initializer_list<search_ahead_t *> headers) {
+    for (search_ahead_t *header : headers) {
+        const position found = header->from(0);
+        if (found == nowhere)
             continue;
-        }
-        *clear_to = found;
         log_operation(e, operation, "Found beginning of %s-related section at byte %u\n", section,
                       found);
         return found;

@@ -1,4 +1,4 @@
-// For the engine's own operations: a message under the operation's prefixed name.
+// What the engine's own operations share.
 #pragma once
 
 #include "engine/engine.h"
@@ -8,5 +8,10 @@ namespace engine {
 // Writes a message of the operation `operation`, such as "delete_text".
 [[gnu::format(printf, 3, 4)]] void log_operation(const engine_t &e, const char *operation,
                                                  const char *format, ...);
+
+struct edit_t;
+
+// Tells the watchers of the text that the edit is done.
+void tell_watchers(const engine_t &e, const edit_t &edit);
 
 } // namespace engine

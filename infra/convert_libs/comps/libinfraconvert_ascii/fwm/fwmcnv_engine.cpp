@@ -1,5 +1,6 @@
 #include "fwm/fwmcnv_engine.h"
 
+#include "engine/watchers.h"
 #include "include/libinfraconvertascii.h"
 
 using engine::triple;
@@ -46,8 +47,8 @@ syserr_t fwmcnv_remove_substring(const char *substr) {
 }
 
 engine::position fwmcnv_file_start_fwmsection() {
-    return engine::file_start_section(fwmcnv_engine, "file_start_fwmsection", "fwm",
-                                      {"\nmac address-table"});
+    static engine::search_ahead_t header(fwmcnv_engine, "\nmac address-table");
+    return engine::file_start_section(fwmcnv_engine, "file_start_fwmsection", "fwm", {&header});
 }
 engine::position fwmcnv_find(std::string_view wanted, engine::position from,
                              engine::position before) {

@@ -1,5 +1,6 @@
 #include "ipqosmgr/qosmgrcnv_engine.h"
 
+#include "engine/watchers.h"
 #include "include/libinfraconvertascii.h"
 
 using engine::triple;
@@ -45,8 +46,10 @@ syserr_t qoscnv_remove_substring(const char *substr) {
 }
 
 engine::position qoscnv_file_start_qossection() {
+    static engine::search_ahead_t class_map(qoscnv_engine, "\nclass-map");
+    static engine::search_ahead_t policy_map(qoscnv_engine, "\npolicy-map");
     return engine::file_start_section(qoscnv_engine, "file_start_qossection", "qos",
-                                      {"\nclass-map", "\npolicy-map"});
+                                      {&class_map, &policy_map});
 }
 engine::position qoscnv_find(std::string_view wanted, engine::position from,
                              engine::position before) {

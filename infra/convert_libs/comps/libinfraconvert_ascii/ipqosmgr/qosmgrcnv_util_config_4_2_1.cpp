@@ -16,7 +16,6 @@
 
 #include "ipqosmgr/qosmgrcnv_pipeline.h"
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
-#include "ipqosmgr/qosmgrcnv_util_config/language/search_ahead.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/typed_policymap.h"
 
 namespace {
@@ -31,7 +30,7 @@ constexpr std::string_view type_qos = "type qos";
 constexpr std::string_view match_any = "match-any ";
 
 // Gives the class-map line at `line` its "match-any". Returns false after a refusal.
-bool add_match_any(position line, search_ahead_t &types) {
+bool add_match_any(position line, engine::search_ahead_t &types) {
     const words_t words = scan_words(*qoscnv_engine.text, line, "class-map type %s %s");
     if (!qoscnv_words_fit(match_any_pass, words))
         return false;
@@ -52,14 +51,13 @@ bool add_match_any(position line, search_ahead_t &types) {
     const position behind_type = found + length("type qos ");
     if (!qoscnv_insert_text(behind_type, match_any))
         return false;
-    types.edited(behind_type);
     engine::log(qoscnv_engine, match_any_pass, "insert %s for type %s class-map name %s\n",
                 match_any.data(), type.c_str(), name.c_str());
     return true;
 }
 
 syserr_t qoscnv_identify_classmaps_for_type() {
-    search_ahead_t types(type_qos);
+    engine::search_ahead_t types(qoscnv_engine, type_qos);
     position cp = qoscnv_file_start_qossection();
     while ((cp = qoscnv_find("\nclass-map", cp)) != nowhere) {
         qoscnv_log("found class-map at byte %d\n", static_cast<int>(cp));
@@ -86,7 +84,7 @@ void trace_downgrade(const char *behind_mtu) {
 // stands once this conversion has written one there.
 void find_end_of_policymaps(position &at) {
     engine::log(qoscnv_engine, policymap_pass, "Finding end of type unified-fabric stanzas ...\n");
-    last_hit_t header("policy-map type network-qos");
+    engine::last_hits_t header(qoscnv_engine, "policy-map type network-qos", {""});
     if (at == nowhere)
         at = qoscnv_behind_last_stanza(header);
     else

@@ -10,7 +10,7 @@
 //       service-policy input p1
 
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
-#include "ipqosmgr/qosmgrcnv_util_config/language/search_ahead.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 
 #include <algorithm>
@@ -101,18 +101,16 @@ class stanza_walk_t {
         const uint32_t size = qoscnv_line_after(attachment) - cp;
         qoscnv_delete_text(cp, size);
         end -= size;
-        keywords.edited(cp);
     }
 
     // Puts `written` where the deleted line stood, and goes on behind it.
     bool replace_deleted(const std::string &written) {
-        keywords.edited(cp);
         end += length(written);
         return qoscnv_write(pass, cp, written);
     }
 
   private:
-    search_ahead_t keywords{keyword};
+    engine::search_ahead_t keywords{qoscnv_engine, keyword};
     position cp = 0;
     position end = 0;
     position attachment = nowhere; // the one found last

@@ -5,7 +5,7 @@
 //       match cos 5
 
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
-#include "ipqosmgr/qosmgrcnv_util_config/language/search_ahead.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
 
 namespace {
 
@@ -35,7 +35,7 @@ bool remove_below_map(std::string_view keyword, position found) {
 
 void sweep(std::string_view keyword) {
     const std::string header = '\n' + std::string(keyword);
-    search_ahead_t descriptions("  description");
+    engine::search_ahead_t descriptions(qoscnv_engine, "  description");
     position stays = nowhere; // the next description, once it is known to stay
     position found = qoscnv_file_start_qossection();
     while ((found = qoscnv_find(header, found)) != nowhere) {
@@ -46,9 +46,7 @@ void sweep(std::string_view keyword) {
         const position next = descriptions.from(found);
         if (next == stays || next == nowhere)
             continue;
-        if (remove_below_map(keyword, next))
-            descriptions.edited(next);
-        else
+        if (!remove_below_map(keyword, next))
             stays = next;
     }
 }

@@ -8,7 +8,7 @@
 //                                              match cos 5
 
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
-#include "ipqosmgr/qosmgrcnv_util_config/language/search_ahead.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
 
 namespace {
 
@@ -32,7 +32,7 @@ bool write_special_classmap(std::string_view name, position &at) {
 
 // Takes "match-any " out of the class-map line at `line`. Returns false, with a message, at a word
 // that does not fit.
-bool strip(position line, search_ahead_t &types) {
+bool strip(position line, engine::search_ahead_t &types) {
     const words_t words = scan_words(*qoscnv_engine.text, line, "class-map type %s %s %s");
     if (!qoscnv_words_fit(pass, words))
         return false;
@@ -51,7 +51,6 @@ bool strip(position line, search_ahead_t &types) {
     }
     const position behind_type = found + length("type qos ");
     qoscnv_delete_text(behind_type, length(match_any));
-    types.edited(behind_type);
     engine::log(qoscnv_engine, pass, "delete %s for type %s class-map name %s\n", match_any.data(),
                 type.c_str(), name.c_str());
     return true;
@@ -72,7 +71,7 @@ syserr_t qoscnv_remove_match_any() {
     if (!write_special_classmap(class_ip_multicast, cp) ||
         !write_special_classmap(class_all_flood, cp))
         return engine::failure;
-    search_ahead_t types(type_qos);
+    engine::search_ahead_t types(qoscnv_engine, type_qos);
     while ((cp = qoscnv_find("\nclass-map", cp)) != nowhere) {
         qoscnv_log("found class-map at byte %d\n", static_cast<int>(cp));
         cp += newline_length;

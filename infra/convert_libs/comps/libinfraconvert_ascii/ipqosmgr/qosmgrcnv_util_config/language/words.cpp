@@ -33,14 +33,14 @@ position qoscnv_past_empty_lines(position cp) {
     return cp;
 }
 
-position qoscnv_behind_last_stanza(last_hit_t &header) {
+position qoscnv_behind_last_stanza(engine::last_hits_t &headers, size_t ending) {
     const position section = qoscnv_file_start_qossection();
     if (section == nowhere)
         return nowhere;
-    const position last = header.find();
+    const position last = headers.find(ending);
     if (last == nowhere || last <= section)
         return nowhere;
-    return qoscnv_goto_nextstanza(header.wanted.front() == '\n' ? last + newline_length : last);
+    return qoscnv_goto_nextstanza(headers.beginning.front() == '\n' ? last + newline_length : last);
 }
 
 std::string qoscnv_linebuf(position cp) { return qoscnv_getline(cp, engine::area_size); }

@@ -5,8 +5,8 @@
 // name of the pass that they work for.
 #pragma once
 
+#include "engine/watchers.h"
 #include "ipqosmgr/qosmgrcnv_engine.h"
-#include "ipqosmgr/qosmgrcnv_util_config/language/last_hit.h"
 
 #include <string>
 #include <string_view>
@@ -58,10 +58,11 @@ bool qoscnv_in_body(position cp);
 bool qoscnv_text_ended(position cp);
 // First line at or after `cp` that is not empty.
 position qoscnv_past_empty_lines(position cp);
-// Start of the next stanza behind the last `header`, where that lies behind the first byte of the
-// QoS section; else nowhere. A header that begins with a newline stands at line starts only. So the
-// section's first class-map does not count: a text with no other has nothing to go behind.
-position qoscnv_behind_last_stanza(last_hit_t &header);
+// Start of the next stanza behind the last of `headers` with that ending, where that lies behind
+// the first byte of the QoS section; else nowhere. A header that begins with a newline stands at
+// line starts only. So the section's first class-map does not count: a text with no other has
+// nothing to go behind.
+position qoscnv_behind_last_stanza(engine::last_hits_t &headers, size_t ending = 0);
 
 // ---- Reading ----
 

@@ -7,6 +7,7 @@
 // A policy whose first header has no body comes later: its header has been passed by.
 #pragma once
 
+#include "engine/watchers.h"
 #include "ipqosmgr/qosmgrcnv_engine.h"
 
 #include <string>

@@ -7,7 +7,6 @@
 
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <unordered_set>
@@ -20,9 +19,12 @@ constexpr const char *pass = "qoscnv_create_qosgrp_classmap";
 constexpr int number_no_stanza = 526;
 constexpr int number_no_classmap = 618;
 
-position end_of_stanzas(const char *for_pass, const char *type, last_hit_t &header) {
-    engine::log(qoscnv_engine, for_pass, "Finding end of type %s stanzas ...\n", type);
-    return qoscnv_behind_last_stanza(header);
+enum type_t : size_t { qos, queuing, unified_fabric };
+constexpr const char *type_names[] = {"qos", "queuing", "unified-fabric"};
+
+position end_of_stanzas(const char *for_pass, type_t type, last_headers_t &headers) {
+    engine::log(qoscnv_engine, for_pass, "Finding end of type %s stanzas ...\n", type_names[type]);
+    return qoscnv_behind_last_stanza(headers.by_type, type);
 }
 
 // Where the typed class-maps of one policy go.
@@ -128,16 +130,8 @@ bool add_network_qos_class(policymap_elem_t &pmap, class_elem_t &cls, names_t &k
 } // namespace
 
 last_headers_t::last_headers_t(const char *kind_word, const std::string &header)
-    : edit_watcher_t(qoscnv_engine), kind(kind_word), qos(header + " type qos"),
-      queuing(header + " type queuing"), unified_fabric(header + " type unified-fabric"),
-      common(std::string_view(qos.wanted).substr(0, qos.wanted.rfind(' '))) {}
-
-// Few edits bring a header, so they are looked at for what all have in common.
-void last_headers_t::edited(const engine::edit_t &edit) {
-    const position from = edit.at - std::min(edit.at, length(unified_fabric.wanted));
-    const bool may_bring = qoscnv_find(common, from, edit.at + edit.inserted) != nowhere;
-    for (last_hit_t *header : {&qos, &queuing, &unified_fabric})
-        header->edited(edit, may_bring);
+    : kind(kind_word), by_type(qoscnv_engine, header + " type ",
+                               {type_names[qos], type_names[queuing], type_names[unified_fabric]}) {
 }
 
 position stanza_ends_t::insertion_point(uint8_t type) const {
@@ -148,13 +142,13 @@ position stanza_ends_t::insertion_point(uint8_t type) const {
 
 stanza_ends_t qoscnv_find_stanza_ends(const char *for_pass, last_headers_t &headers) {
     stanza_ends_t ends;
-    ends.qos = end_of_stanzas(for_pass, "qos", headers.qos);
+    ends.qos = end_of_stanzas(for_pass, qos, headers);
     if (ends.qos == nowhere)
         engine::log(qoscnv_engine, for_pass, "Warning: Unexpected lack of type qos %ss; ignoring\n",
                     headers.kind);
-    ends.queuing = end_of_stanzas(for_pass, "queuing", headers.queuing);
+    ends.queuing = end_of_stanzas(for_pass, queuing, headers);
     // Written as network-qos by now, so this finds only what stood in the file.
-    ends.unified_fabric = end_of_stanzas(for_pass, "unified-fabric", headers.unified_fabric);
+    ends.unified_fabric = end_of_stanzas(for_pass, unified_fabric, headers);
     return ends;
 }
 

@@ -8,16 +8,11 @@
 
 // The last headers of the typed stanzas of a kind, and the word for it in the log. A header that
 // begins with a newline stands at line starts only.
-class last_headers_t final : engine::edit_watcher_t {
-  public:
+struct last_headers_t {
     last_headers_t(const char *kind_word, const std::string &header);
 
     const char *const kind;
-    last_hit_t qos, queuing, unified_fabric;
-
-  private:
-    const std::string_view common; // all of them begin with it
-    void edited(const engine::edit_t &edit) override;
+    engine::last_hits_t by_type;
 };
 
 // Positions behind the last stanza of each type; nowhere for a type that has none, or when no

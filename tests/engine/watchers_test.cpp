@@ -1,0 +1,90 @@
+// Searches that remember against searches anew, over random edits.
+
+#include "engine/loaded.h"
+#include "engine/watchers.h"
+#include "npiv/npiv_engine.h"
+
+#include <memory>
+#include <random>
+
+using engine::nowhere;
+using engine::position;
+
+namespace {
+
+constexpr std::string_view wanted = "aba";
+
+position last_of(std::string_view text) {
+    position last = nowhere;
+    for (position at = 0; (at = engine::find(npiv_engine, text, at)) != nowhere; at++)
+        last = at;
+    return last;
+}
+
+class watchers_test : public testing::TestWithParam<uint32_t> {
+  protected:
+    uint32_t below(uint32_t limit) { return static_cast<uint32_t>(random()) % limit; }
+
+    // Two letters, so that hits come, go and overlap; zero bytes in some texts only.
+    std::string some_bytes(uint32_t length) {
+        const std::string_view letters =
+            GetParam() % 2 ? "ab\n" : std::string_view("abababab\n\0", 10);
+        std::string bytes;
+        while (bytes.size() < length)
+            bytes += letters[below(static_cast<uint32_t>(letters.size()))];
+        return bytes;
+    }
+
+    void edit() {
+        const uint32_t size = npiv_engine.text->size();
+        const position at = below(size + 2);
+        if (below(2) == 0)
+            npiv_delete_text(at, below(5));
+        else if (npiv_engine.text->has_room(at, 5) && !npiv_insert_text(at, some_bytes(below(6))))
+            FAIL() << "refused at " << at;
+    }
+
+    void compare() {
+        const position at = below(npiv_engine.text->size() + 2);
+        ASSERT_EQ(ahead.from(at), npiv_find(at));
+        ASSERT_EQ(from_start.from(0), npiv_find(0));
+        ASSERT_EQ(last.find(0), last_of("aba"));
+        ASSERT_EQ(last.find(1), last_of("abba"));
+    }
+
+    static position npiv_find(position at) { return engine::find(npiv_engine, wanted, at); }
+
+    std::mt19937 random{GetParam()};
+    engine::search_ahead_t ahead{npiv_engine, wanted}, from_start{npiv_engine, wanted};
+    engine::last_hits_t last{npiv_engine, "ab", {"a", "ba"}};
+};
+
+TEST_P(watchers_test, know_what_a_search_would_find) {
+    for (int text = 0; text < 20; text++) {
+        load(npiv_engine, some_bytes(1 + below(60)));
+        for (int step = 0; step < 300 && !HasFatalFailure(); step++) {
+            edit();
+            if (below(3) != 0) // several edits may come between two looks
+                compare();
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(seeds, watchers_test, testing::Range(1u, 7u));
+
+TEST(watchers, end_in_any_order) {
+    struct counter_t final : engine::edit_watcher_t {
+        using edit_watcher_t::edit_watcher_t;
+        void edited(const engine::edit_t &) override { count++; }
+        int count = 0;
+    };
+    load(npiv_engine, "abcd\n");
+    counter_t stays(npiv_engine);
+    auto first = std::make_unique<counter_t>(npiv_engine);
+    const counter_t last(npiv_engine);
+    first.reset();
+    npiv_delete_text(0, 1);
+    EXPECT_EQ(stays.count + last.count, 2);
+}
+
+} // namespace
