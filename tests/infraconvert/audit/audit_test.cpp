@@ -301,8 +301,10 @@ std::string codes_in(const std::vector<infraconvert::finding_t> &findings) {
 TEST(audit, judges_any_result) {
     for (const judged_t &row : judged()) {
         const infraconvert::release_pair_t pair = {row.from, row.to};
-        const std::string raised = codes_in(infraconvert::judge(row.original, row.raises, {pair.from, pair.to}));
-        const std::string spared = codes_in(infraconvert::judge(row.original, row.neighbour, {pair.from, pair.to}));
+        const std::string raised =
+            codes_in(infraconvert::judge(row.original, row.raises, {pair.from, pair.to}));
+        const std::string spared =
+            codes_in(infraconvert::judge(row.original, row.neighbour, {pair.from, pair.to}));
         EXPECT_TRUE(contains(raised, row.code)) << row.code << " not in " << raised << row.raises;
         EXPECT_FALSE(contains(spared, row.code)) << row.code << " for\n" << row.neighbour;
     }
