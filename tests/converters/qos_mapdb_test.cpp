@@ -9,15 +9,15 @@
 #include <utility>
 
 TEST(map_database, teardown_frees_what_a_record_holds_first) {
-    auto *map = qoscnv_new_classmap("test", "c1");
+    auto *map = qoscnv_new_classmap({"test"}, "c1");
     classmaps.append(map);
-    map->matches.append(qoscnv_new_list_elem("test", "  match cos 1\n"));
-    map->matches.append(qoscnv_new_list_elem("test", "  match cos 2\n"));
-    auto *pmap = qoscnv_new_policymap("test", "p1");
+    map->matches.append(qoscnv_new_list_elem({"test"}, "  match cos 1\n"));
+    map->matches.append(qoscnv_new_list_elem({"test"}, "  match cos 2\n"));
+    auto *pmap = qoscnv_new_policymap({"test"}, "p1");
     policymaps.append(pmap);
-    auto *cls = qoscnv_new_class("test", "c1");
+    auto *cls = qoscnv_new_class({"test"}, "c1");
     pmap->classes.append(cls);
-    cls->class_actions.append(qoscnv_new_action("test", "    priority\n"));
+    cls->class_actions.append(qoscnv_new_action({"test"}, "    priority\n"));
 
     const support::temporary_directory_t place;
     const std::string log = place.path() + "/log";

@@ -10,8 +10,8 @@ namespace {
 // A policy-map with one class of the type, in an otherwise empty database.
 policymap_elem_t &policy_with(const char *class_name, uint8_t type) {
     qoscnv_db_init();
-    policymap_elem_t *pmap = qoscnv_new_policymap("test", "p");
-    class_elem_t *cls = qoscnv_new_class("test", class_name);
+    policymap_elem_t *pmap = qoscnv_new_policymap({"test"}, "p");
+    class_elem_t *cls = qoscnv_new_class({"test"}, class_name);
     cls->type = pmap->type = type;
     pmap->classes.append(cls);
     policymaps.append(pmap);
@@ -58,7 +58,7 @@ TEST(qos_passes, only_two_types_have_maps_of_their_own) {
     last_headers_t headers{"class-map", "\nclass-map"};
     EXPECT_EQ(qoscnv_create_qosgrp_classmap(pmap, QOSCNV_TYPE_QOS, headers), engine::failure);
     EXPECT_FALSE(qoscnv_begin_typed_policymap(
-        {.name = "test", .type = QOSCNV_TYPE_QOS, .upgrade = true, .trace_mtu = nullptr}, pmap));
+        {.pass = {"test"}, .type = QOSCNV_TYPE_QOS, .upgrade = true, .trace_mtu = nullptr}, pmap));
 }
 
 TEST(qos_passes, the_group_of_a_class_map_needs_a_place) {

@@ -1,8 +1,7 @@
 // "npiv_read_ascii_file(): failed to open ...": one message of an instance's log.
 
+#include "engine/log_list.h"
 #include "engine/operation.h"
-
-#include <cstdarg>
 
 namespace engine {
 
@@ -33,8 +32,12 @@ bool log_is_on(const engine_t &e) {
 void log(const engine_t &e, const char *function, const char *format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    write_message(e, {"", "", function}, format, arguments);
+    log_list(e, function, format, arguments);
     va_end(arguments);
+}
+
+void log_list(const engine_t &e, const char *function, const char *format, va_list arguments) {
+    write_message(e, {"", "", function}, format, arguments);
 }
 
 void log_operation(const engine_t &e, const char *operation, const char *format, ...) {

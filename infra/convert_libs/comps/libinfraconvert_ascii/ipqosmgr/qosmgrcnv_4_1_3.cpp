@@ -2,7 +2,7 @@
 
 #include "ipqosmgr/qosmgrcnv_4_1_3.h"
 
-#include "ipqosmgr/qosmgrcnv_main.h"
+#include "ipqosmgr/qosmgrcnv_engine.h"
 #include "ipqosmgr/qosmgrcnv_pipeline.h"
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
@@ -63,15 +63,13 @@ syserr_t qosmgr_convert_ascii_4_1_3_downgrade() {
     return status;
 }
 
-} // namespace
-
-bool qoscnv_ver_from_5_0_3_U2_to_U1() {
+bool from_5_0_3_U2_to_U1() {
     return qoscnv_ver_from_eq_5_0_3() && qoscnv_ver_to_eq_5_0_3() && qoscnv_product_from_eq_U() &&
            qoscnv_product_to_eq_U() && qoscnv_subver_from_eq_2() && qoscnv_subver_to_eq_1();
 }
 
 // The conditions exclude one another.
-constinit const engine::rule_t qoscnv_rules[qoscnv_rule_count] = {
+constexpr engine::rule_t rules[] = {
     {.id = "IC-QOS-01",
      .plain_words = "keeps typed QoS; removes descriptions below map lines and, from 5.0(2) on, "
                     "\"match-any\"; repeats network-qos policy-maps with MTU values raised by 38",
@@ -95,8 +93,22 @@ constinit const engine::rule_t qoscnv_rules[qoscnv_rule_count] = {
     {.id = "IC-QOS-05",
      .plain_words = "removes the control-plane lines: map headers, \"class copp...\" and \"police "
                     "pps\"; match lines stay",
-     .applies = qoscnv_ver_from_5_0_3_U2_to_U1,
+     .applies = from_5_0_3_U2_to_U1,
      .pipeline = qosmgr_convert_ascii_5_0_3_downgrade},
+};
+
+} // namespace
+
+constinit const engine::conversion_t qoscnv_conversion = {
+    .engine = qoscnv_engine,
+    .start_function = "ipqosmgr_infra_convert_startup",
+    .invoked = "qosmgr convert_startup invoked",
+    // From sub-version 2 to 1 of 5.0(3) the releases count as the same, and yet differ.
+    .same_release = [] { return qoscnv_ver_same() && !from_5_0_3_U2_to_U1(); },
+    .same_release_message = "from and to versions are exactly the same; no conversion required",
+    .routing_function = "qosmgr_convert_ascii_btw_diff_versions",
+    .routing = qosmgr_convert_ascii_btw_diff_versions,
+    .rules = rules,
 };
 
 syserr_t qosmgr_convert_ascii_btw_diff_versions() {

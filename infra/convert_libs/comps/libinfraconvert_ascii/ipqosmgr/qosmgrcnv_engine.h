@@ -3,6 +3,7 @@
 #pragma once
 
 #include "engine/engine.h"
+#include "engine/length.h"
 
 extern engine::engine_t qoscnv_engine;
 

@@ -9,9 +9,12 @@
 // The lines below a class-map stay.
 
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
-#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/ends.h"
 
 #include <algorithm>
+
+using engine::nowhere;
+using engine::position;
 
 namespace {
 

@@ -9,16 +9,23 @@
 //       service-policy input p1
 //       service-policy input p1
 
+#include "engine/watchers.h"
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
-#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/ends.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 
 #include <algorithm>
 #include <cstdlib>
 
+using engine::length;
+using engine::nowhere;
+using engine::position;
+using engine::scan_words;
+using engine::words_t;
+
 namespace {
 
-constexpr const char *pass = "qoscnv_delete_duplicate_attachments";
+constexpr qoscnv_pass_t pass{"qoscnv_delete_duplicate_attachments"};
 constexpr std::string_view keyword = "service-policy";
 constexpr const char *words_pattern = "service-policy %s %s";
 constexpr std::string_view indentation = "  ";
@@ -27,8 +34,7 @@ constexpr std::string_view indentation = "  ";
 class work_area_t {
   public:
     work_area_t() : area(static_cast<char *>(calloc(1, engine::area_size))) {
-        engine::log(qoscnv_engine, pass, "Allocating block of memory at %p\n",
-                    static_cast<void *>(area));
+        pass.log("Allocating block of memory at %p\n", static_cast<void *>(area));
     }
     work_area_t(const work_area_t &) = delete;
     work_area_t &operator=(const work_area_t &) = delete;
@@ -40,18 +46,12 @@ class work_area_t {
     // The trace of the release, which comes with the end of the half.
     void trace_release() const {
         if (area)
-            engine::log(qoscnv_engine, pass, "Freeing block of memory at %p\n",
-                        static_cast<void *>(area));
+            pass.log("Freeing block of memory at %p\n", static_cast<void *>(area));
     }
 
   private:
     char *const area;
 };
-
-syserr_t no_memory() {
-    engine::log(qoscnv_engine, pass, "could not allocate memory\n");
-    return engine::failure;
-}
 
 // What the search for the next attachment of a stanza came to.
 enum class outcome_t {
@@ -77,19 +77,18 @@ class stanza_walk_t {
     outcome_t next(const char *where, work_area_t &line) {
         attachment = keywords.from(cp);
         if (attachment == nowhere) {
-            engine::log(qoscnv_engine, pass, "no more service-policies in the configuration\n");
+            pass.log("no more service-policies in the configuration\n");
             return outcome_t::none_left;
         }
         if (attachment >= end) {
-            engine::log(qoscnv_engine, pass, "No more service-policies on %s\n", where);
+            pass.log("No more service-policies on %s\n", where);
             return outcome_t::stanza_ended;
         }
-        engine::log(qoscnv_engine, pass, "found service-policy at byte %d\n",
-                    static_cast<int>(attachment));
+        pass.log("found service-policy at byte %d\n", static_cast<int>(attachment));
         const std::string copy = qoscnv_getline(attachment, engine::area_size + 1);
-        if (!qoscnv_fits(pass, copy))
+        if (!pass.fits(copy))
             return outcome_t::failed;
-        engine::log(qoscnv_engine, pass, "Line: %s\n", copy.c_str());
+        pass.log("Line: %s\n", copy.c_str());
         line.hold(copy);
         return outcome_t::found;
     }
@@ -106,7 +105,7 @@ class stanza_walk_t {
     // Puts `written` where the deleted line stood, and goes on behind it.
     bool replace_deleted(const std::string &written) {
         end += length(written);
-        return qoscnv_write(pass, cp, written);
+        return pass.write(cp, written);
     }
 
   private:
@@ -116,47 +115,45 @@ class stanza_walk_t {
     position attachment = nowhere; // the one found last
 };
 
-// Keeps the first attachment of the stanza of `walk`, without its direction.
-syserr_t keep_first(stanza_walk_t &walk, work_area_t &name, work_area_t &line) {
+// Keeps the first attachment of the stanza of `walk`, without its direction. Returns false with a
+// message.
+bool keep_first(stanza_walk_t &walk, work_area_t &name, work_area_t &line) {
     for (bool first = true; !walk.is_past_end(); first = false) {
         const outcome_t outcome = walk.next("system qos", line);
         if (outcome != outcome_t::found)
-            return outcome == outcome_t::failed ? engine::failure : 0;
+            return outcome != outcome_t::failed;
         const words_t words = scan_words(line.text(), words_pattern);
-        if (words.count == 0) {
-            engine::log(qoscnv_engine, pass, "unexpected service-policy format; aborting\n");
-            return engine::failure;
-        }
+        if (words.count == 0)
+            return pass.give_up("unexpected service-policy format; aborting");
         name.hold(words.word[static_cast<size_t>(words.count - 1)]); // the last one
-        engine::log(qoscnv_engine, pass, "found service-policy name %s\n", name.text());
+        pass.log("found service-policy name %s\n", name.text());
         walk.delete_line();
         if (!first)
             continue;
         if (!walk.replace_deleted(std::string("  service-policy ") + name.text() + '\n'))
-            return engine::failure;
+            return false;
     }
-    return 0;
+    return true;
 }
 
-syserr_t clean_system_qos() {
+bool clean_system_qos() {
     work_area_t name, line;
     if (!name.allocated() || !line.allocated())
-        return no_memory();
+        return pass.give_up("could not allocate memory");
     const position found = qoscnv_find("\nsystem qos", 0);
     if (found == nowhere)
-        return 0;
-    engine::log(qoscnv_engine, pass, "found system qos at byte %d\n", static_cast<int>(found));
+        return true;
+    pass.log("found system qos at byte %d\n", static_cast<int>(found));
     const position start = found + newline_length;
     stanza_walk_t walk;
     walk.enter(start);
-    engine::log(qoscnv_engine, pass, "start of stanza: byte %d, end of stanza: byte %d\n",
-                static_cast<int>(start), static_cast<int>(walk.stanza_end()));
-    const syserr_t status = keep_first(walk, name, line);
-    if (status == 0) {
-        name.trace_release();
-        line.trace_release();
-    }
-    return status;
+    pass.log("start of stanza: byte %d, end of stanza: byte %d\n", static_cast<int>(start),
+             static_cast<int>(walk.stanza_end()));
+    if (!keep_first(walk, name, line))
+        return false;
+    name.trace_release();
+    line.trace_release();
+    return true;
 }
 
 // The attachment of an interface in one direction.
@@ -166,7 +163,7 @@ struct direction_t {
     bool seen = false; // in the interface at hand
 };
 
-class interface_cleaning {
+class interface_cleaning_t {
   public:
     bool allocated() const {
         return std::ranges::all_of(directions, [](const auto &d) { return d.name.allocated(); }) &&
@@ -179,22 +176,22 @@ class interface_cleaning {
         line.trace_release();
     }
 
-    syserr_t run() {
+    // Returns false with a message.
+    bool run() {
         // From the end of a stanza back to where the newline in front of the next one is seen.
         constexpr uint32_t back_into_stanza = 2;
         position found = qoscnv_file_start_qossection();
         while ((found = qoscnv_find("\ninterface", found)) != nowhere) {
-            engine::log(qoscnv_engine, pass, "found interface at byte %d\n",
-                        static_cast<int>(found));
+            pass.log("found interface at byte %d\n", static_cast<int>(found));
             walk.enter(found + newline_length);
             const outcome_t outcome = clean_interface();
             if (outcome == outcome_t::failed)
-                return engine::failure;
+                return false;
             if (outcome == outcome_t::none_left)
-                return 0;
+                return true;
             found = walk.stanza_end() - back_into_stanza;
         }
-        return 0;
+        return true;
     }
 
   private:
@@ -216,13 +213,12 @@ class interface_cleaning {
     bool keep_or_delete() {
         const words_t words = scan_words(line.text(), words_pattern);
         const auto &[dir, name, unused] = words.word;
-        engine::log(qoscnv_engine, pass, "found service-policy name %s, dir %s\n", name.c_str(),
-                    dir.c_str());
+        pass.log("found service-policy name %s, dir %s\n", name.c_str(), dir.c_str());
         for (direction_t &direction : directions) {
             if (dir == direction.word)
                 return keep_or_delete(direction, name);
         }
-        engine::log(qoscnv_engine, pass, "Unexpected service-policy direction %s\n", dir.c_str());
+        pass.log("Unexpected service-policy direction %s\n", dir.c_str());
         return false;
     }
 
@@ -237,9 +233,8 @@ class interface_cleaning {
             walk.delete_line();
             return true;
         }
-        engine::log(qoscnv_engine, pass,
-                    "Non-matching service-policy names in %s direction: %s and %s\n",
-                    direction.word, name.c_str(), direction.name.text());
+        pass.log("Non-matching service-policy names in %s direction: %s and %s\n", direction.word,
+                 name.c_str(), direction.name.text());
         return false;
     }
 
@@ -248,26 +243,26 @@ class interface_cleaning {
     stanza_walk_t walk;
 };
 
-syserr_t clean_interfaces() {
-    interface_cleaning cleaning;
-    const syserr_t status = cleaning.allocated() ? cleaning.run() : no_memory();
+bool clean_interfaces() {
+    interface_cleaning_t cleaning;
+    const bool cleaned =
+        cleaning.allocated() ? cleaning.run() : pass.give_up("could not allocate memory");
     cleaning.trace_release();
-    return status;
+    return cleaned;
 }
 
 } // namespace
 
 syserr_t qoscnv_delete_duplicate_attachments() {
     static constexpr struct {
-        syserr_t (*run)();
+        bool (*run)();
         const char *place;
     } halves[] = {{clean_system_qos, "system qos"}, {clean_interfaces, "interfaces"}};
     for (const auto &half : halves) {
-        const syserr_t status = half.run();
-        if (status == 0)
+        if (half.run())
             continue;
-        qoscnv_log("could not delete duplicate attachments on %s\n", half.place);
-        return status;
+        pass.log("could not delete duplicate attachments on %s\n", half.place);
+        return engine::failure;
     }
     return 0;
 }

@@ -7,14 +7,20 @@
 //     policy-map p1
 
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/ends.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 
 #include <string>
 #include <unordered_map>
 
+using engine::nowhere;
+using engine::position;
+using engine::scan_words;
+using engine::words_t;
+
 namespace {
 
-constexpr const char *pass = "qoscnv_remove_empty_classmaps";
+constexpr qoscnv_pass_t pass{"qoscnv_remove_empty_classmaps"};
 
 // The list of class-maps to keep: by name, the link that points to the element. No name is on it
 // twice.
@@ -35,9 +41,8 @@ class kept_t {
         list_elem_t *elem = empty_classmaps.unlink(link);
         if (*link)
             links.at((*link)->name) = link; // now points to the one behind
-        engine::log(qoscnv_engine, pass,
-                    "class-map name %s matches user class-map name %s; skipping delete\n",
-                    name.c_str(), elem->name);
+        pass.log("class-map name %s matches user class-map name %s; skipping delete\n",
+                 name.c_str(), elem->name);
         qoscnv_free_list_elem(pass, elem);
         return true;
     }
@@ -50,14 +55,14 @@ class kept_t {
 // with a message, at a name that does not fit.
 position keep_or_delete(position map, kept_t &kept) {
     const words_t words = scan_words(*qoscnv_engine.text, map, "class-map %s");
-    if (!qoscnv_words_fit(pass, words))
+    if (!pass.fits(words))
         return nowhere;
     const std::string &name = words.word[0]; // empty when the text ends there
     const position next_line = qoscnv_past_empty_lines(qoscnv_line_after(map));
-    engine::log(qoscnv_engine, pass, "found class-map name %s\n", name.c_str());
+    pass.log("found class-map name %s\n", name.c_str());
     if (kept.consume(name) || next_line != qoscnv_goto_nextstanza(map))
         return next_line - newline_length;
-    engine::log(qoscnv_engine, pass, "deleting empty class-map name %s\n", name.c_str());
+    pass.log("deleting empty class-map name %s\n", name.c_str());
     qoscnv_delete_text(map, next_line - map);
     return map - newline_length;
 }
@@ -65,11 +70,11 @@ position keep_or_delete(position map, kept_t &kept) {
 } // namespace
 
 syserr_t qoscnv_remove_empty_classmaps() {
-    qoscnv_log("Removing non-user empty classmaps ...\n");
+    pass.log("Removing non-user empty classmaps ...\n");
     kept_t kept;
     position cp = qoscnv_file_start_qossection();
     while ((cp = qoscnv_find("\nclass-map", cp)) != nowhere) {
-        qoscnv_log("found class-map at byte %d\n", static_cast<int>(cp));
+        pass.log("found class-map at byte %d\n", static_cast<int>(cp));
         cp = keep_or_delete(cp + newline_length, kept);
         if (cp == nowhere)
             return engine::failure;

@@ -5,24 +5,28 @@
 //     policy-map type qos p1       noted when nothing stands below it: the database has no record
 
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/ends.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/name_index.h"
 
 #include <unordered_set>
 
+using engine::nowhere;
+using engine::position;
+using engine::scan_words;
+using engine::words_t;
+
 namespace {
 
-// Words of a typed map line: the type and the name.
-constexpr int type_and_name = 2;
+constexpr qoscnv_pass_t policymap_pass{"qoscnv_identify_empty_policymaps"};
+constexpr qoscnv_pass_t classmap_pass{"qoscnv_identify_empty_classmaps"};
 
 // Appends `name` to `list`. Returns false without memory.
-bool append(const char *pass, tail_queue_t<list_elem_t> &list, const std::string &name) {
+bool append(const qoscnv_pass_t &pass, tail_queue_t<list_elem_t> &list, const std::string &name) {
     list_elem_t *elem = qoscnv_new_list_elem(pass, name);
     if (elem)
         list.append(elem);
     return elem;
 }
-
-constexpr const char *classmap_pass = "qoscnv_identify_empty_classmaps";
 
 // What the text's class-maps are compared with.
 struct known_names_t {
@@ -41,20 +45,20 @@ struct known_names_t {
 // Returns false without memory.
 bool keep_used_classmap_traced(const std::string &name, known_names_t &known) {
     for (const auto *pmap = policymaps.first; pmap; pmap = pmap->next) {
-        engine::log(qoscnv_engine, classmap_pass, "Looking through policy-map %s\n", pmap->name);
+        classmap_pass.log("Looking through policy-map %s\n", pmap->name);
         for (const auto *cls = pmap->classes.first; cls; cls = cls->next) {
-            engine::log(qoscnv_engine, classmap_pass, "Looking through class-map %s\n", cls->name);
+            classmap_pass.log("Looking through class-map %s\n", cls->name);
             if (name != cls->name)
                 continue;
             if (known.kept.first(name)) {
-                engine::log(qoscnv_engine, classmap_pass,
-                            "class-map name %s already in empty classmaps list; skipping add\n",
-                            name.c_str());
+                classmap_pass.log(
+                    "class-map name %s already in empty classmaps list; skipping add\n",
+                    name.c_str());
                 continue;
             }
-            engine::log(qoscnv_engine, classmap_pass,
-                        "class-map name %s matches class-map in use in policy %s; adding to list\n",
-                        name.c_str(), pmap->name);
+            classmap_pass.log(
+                "class-map name %s matches class-map in use in policy %s; adding to list\n",
+                name.c_str(), pmap->name);
             if (!append(classmap_pass, empty_classmaps, name))
                 return false;
         }
@@ -73,14 +77,13 @@ bool keep_used_classmap(const std::string &name, known_names_t &known) {
 // Keeps the class-map `name`, which has no body. Returns false without memory.
 bool keep_empty_classmap(const std::string &name, known_names_t &known) {
     if (const list_elem_t *elem = known.kept.first(name)) {
-        engine::log(qoscnv_engine, classmap_pass,
-                    "class-map name %s matches user class-map name %s; skipping add\n",
-                    name.c_str(), elem->name);
+        classmap_pass.log("class-map name %s matches user class-map name %s; skipping add\n",
+                          name.c_str(), elem->name);
         return true;
     }
     if (!append(classmap_pass, empty_classmaps, name))
         return false;
-    engine::log(qoscnv_engine, classmap_pass, "added %s to empty classmaps list\n", name.c_str());
+    classmap_pass.log("added %s to empty classmaps list\n", name.c_str());
     return true;
 }
 
@@ -89,17 +92,17 @@ bool keep_empty_classmap(const std::string &name, known_names_t &known) {
 syserr_t qoscnv_identify_empty_policymaps() {
     position cp = qoscnv_file_start_qossection();
     while ((cp = qoscnv_find("\npolicy-map", cp)) != nowhere) {
-        qoscnv_log("found policy-map at byte %d\n", static_cast<int>(cp));
+        policymap_pass.log("found policy-map at byte %d\n", static_cast<int>(cp));
         cp += newline_length;
         const words_t words = scan_words(*qoscnv_engine.text, cp, "policy-map type %s %s");
-        if (!qoscnv_words_fit(__func__, words))
+        if (!policymap_pass.fits(words))
             return engine::failure;
         if (words.count < type_and_name)
             continue;
         const std::string &name = words.word[1];
-        qoscnv_log("found policy-map name %s\n", name.c_str());
+        policymap_pass.log("found policy-map name %s\n", name.c_str());
         cp = qoscnv_line_after(cp);
-        if (qoscnv_nextstanza(cp) && !append(__func__, empty_policymaps, name))
+        if (qoscnv_nextstanza(cp) && !append(policymap_pass, empty_policymaps, name))
             return engine::failure;
     }
     qoscnv_db_print_empty_policymaps();
@@ -110,16 +113,16 @@ syserr_t qoscnv_identify_empty_classmaps() {
     known_names_t known;
     position cp = qoscnv_file_start_qossection();
     while ((cp = qoscnv_find("\nclass-map", cp)) != nowhere) {
-        qoscnv_log("found class-map at byte %d\n", static_cast<int>(cp));
+        classmap_pass.log("found class-map at byte %d\n", static_cast<int>(cp));
         cp += newline_length;
         const words_t words = scan_words(*qoscnv_engine.text, cp, "class-map type %s %s");
-        if (!qoscnv_words_fit(__func__, words))
+        if (!classmap_pass.fits(words))
             return engine::failure;
         if (words.count < type_and_name)
             continue;
         const std::string &name = words.word[1];
-        qoscnv_log("found class-map name %s\n", name.c_str());
-        qoscnv_log("Looking for class-map %s\n", name.c_str());
+        classmap_pass.log("found class-map name %s\n", name.c_str());
+        classmap_pass.log("Looking for class-map %s\n", name.c_str());
         if (!keep_used_classmap(name, known))
             return engine::failure;
         cp = qoscnv_past_empty_lines(qoscnv_line_after(cp));

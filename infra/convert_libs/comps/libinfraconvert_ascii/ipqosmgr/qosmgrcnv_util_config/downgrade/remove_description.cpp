@@ -4,16 +4,22 @@
 //       description voice                      match cos 5
 //       match cos 5
 
+#include "engine/watchers.h"
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
-#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/keywords.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/pass.h"
+
+using engine::length;
+using engine::nowhere;
+using engine::position;
 
 namespace {
 
-constexpr const char *pass = "qoscnv_remove_description";
+constexpr qoscnv_pass_t pass{"qoscnv_remove_description"};
 
-// So much of a line tells whether it begins a map of the kind.
+// A line counts as a map line by so many of its first bytes: "class-map", or "policy-ma".
 constexpr uint32_t compared_length = length("class-map");
-// So much of it is logged, of a shorter line with what follows.
+// The trace shows so many bytes from the start of the map line on, also where the line is shorter.
 constexpr uint32_t traced_length = length("class-map type qos ");
 // From a line's start to the last byte of the line above.
 constexpr uint32_t back_to_line_above = newline_length + 1;
@@ -28,7 +34,7 @@ bool remove_below_map(std::string_view keyword, position found) {
     const std::string traced = qoscnv_engine.text->copy(above, traced_length);
     if (!traced.starts_with(keyword.substr(0, compared_length)))
         return false;
-    engine::log(qoscnv_engine, pass, "found %s description %s\n", keyword.data(), traced.c_str());
+    pass.log("found %s description %s\n", keyword.data(), traced.c_str());
     qoscnv_delete_text(found, next_line - found);
     return true;
 }
@@ -39,8 +45,7 @@ void sweep(std::string_view keyword) {
     position stays = nowhere; // the next description, once it is known to stay
     position found = qoscnv_file_start_qossection();
     while ((found = qoscnv_find(header, found)) != nowhere) {
-        engine::log(qoscnv_engine, pass, "found %s at byte %d\n", keyword.data(),
-                    static_cast<int>(found));
+        pass.log("found %s at byte %d\n", keyword.data(), static_cast<int>(found));
         found += newline_length;
         // Of this map, or of a later one.
         const position next = descriptions.from(found);
@@ -54,7 +59,7 @@ void sweep(std::string_view keyword) {
 } // namespace
 
 syserr_t qoscnv_remove_description() {
-    qoscnv_log("Removing description strings from class-maps and policy-maps ...\n");
+    pass.log("Removing description strings from class-maps and policy-maps ...\n");
     sweep("class-map");
     sweep("policy-map");
     return 0;

@@ -7,26 +7,32 @@
 //                                            class-map type qos c1
 //                                              match cos 5
 
+#include "engine/watchers.h"
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
-#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/keywords.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/pass.h"
+
+using engine::length;
+using engine::nowhere;
+using engine::position;
+using engine::scan_words;
+using engine::words_t;
 
 namespace {
 
-constexpr const char *pass = "qoscnv_remove_match_any";
+constexpr qoscnv_pass_t pass{"qoscnv_remove_match_any"};
 // By which those who read the logs know the entry of the pass.
 constexpr int entry_number = 2094;
-
-constexpr std::string_view type_qos = "type qos";
-constexpr std::string_view match_any = "match-any ";
+constexpr uint32_t blank_length = 1;
 
 // Writes the class-map of a special class at `at`, which moves behind it.
 bool write_special_classmap(std::string_view name, position &at) {
     const std::string stanza = "\nclass-map type qos " + std::string(name) + '\n';
     const position written_at = at;
-    if (!qoscnv_write(pass, at, stanza))
+    if (!pass.write(at, stanza))
         return false;
-    engine::log(qoscnv_engine, pass, "insert %s length %d at byte %d\n", name.data(),
-                static_cast<int>(stanza.size()), static_cast<int>(written_at));
+    pass.log("insert %s length %d at byte %d\n", name.data(), static_cast<int>(stanza.size()),
+             static_cast<int>(written_at));
     return true;
 }
 
@@ -34,25 +40,24 @@ bool write_special_classmap(std::string_view name, position &at) {
 // that does not fit.
 bool strip(position line, engine::search_ahead_t &types) {
     const words_t words = scan_words(*qoscnv_engine.text, line, "class-map type %s %s %s");
-    if (!qoscnv_words_fit(pass, words))
+    if (!pass.fits(words))
         return false;
     const auto &[type, match, name] = words.word;
     if (name.empty())
         return true;
-    engine::log(qoscnv_engine, pass, "class-map type %s %s name %s\n", type.c_str(), match.c_str(),
-                name.c_str());
+    pass.log("class-map type %s %s name %s\n", type.c_str(), match.c_str(), name.c_str());
     if (!type.starts_with("qos") || !match.starts_with("match-an"))
         return true;
     const position found = types.from(line);
     if (found == nowhere) {
-        engine::log(qoscnv_engine, pass, "\"%s\" not found for type %s class-map name %s\n",
-                    type_qos.data(), type.c_str(), name.c_str());
+        pass.log("\"%s\" not found for type %s class-map name %s\n", type_qos.data(), type.c_str(),
+                 name.c_str());
         return true;
     }
-    const position behind_type = found + length("type qos ");
+    const position behind_type = found + length(type_qos) + blank_length;
     qoscnv_delete_text(behind_type, length(match_any));
-    engine::log(qoscnv_engine, pass, "delete %s for type %s class-map name %s\n", match_any.data(),
-                type.c_str(), name.c_str());
+    pass.log("delete %s for type %s class-map name %s\n", match_any.data(), type.c_str(),
+             name.c_str());
     return true;
 }
 
@@ -61,8 +66,8 @@ bool strip(position line, engine::search_ahead_t &types) {
 syserr_t qoscnv_remove_match_any() {
     const bool from_ge_5_0_2 = qoscnv_ver_from_ge_5_0_2();
     const bool to_eq_4_1_3 = qoscnv_ver_to_eq_4_1_3();
-    qoscnv_log("%s(%d): ver from_ge_5_0_2 %d, to_eq_4_1_3 %d\n", pass, entry_number, from_ge_5_0_2,
-               to_eq_4_1_3);
+    pass.log("%s(%d): ver from_ge_5_0_2 %d, to_eq_4_1_3 %d\n", pass.name, entry_number,
+             from_ge_5_0_2, to_eq_4_1_3);
     if (!from_ge_5_0_2 || !to_eq_4_1_3)
         return 0;
     position cp = qoscnv_file_start_qossection();
@@ -73,7 +78,7 @@ syserr_t qoscnv_remove_match_any() {
         return engine::failure;
     engine::search_ahead_t types(qoscnv_engine, type_qos);
     while ((cp = qoscnv_find("\nclass-map", cp)) != nowhere) {
-        qoscnv_log("found class-map at byte %d\n", static_cast<int>(cp));
+        pass.log("found class-map at byte %d\n", static_cast<int>(cp));
         cp += newline_length;
         if (!strip(cp, types))
             return engine::failure;

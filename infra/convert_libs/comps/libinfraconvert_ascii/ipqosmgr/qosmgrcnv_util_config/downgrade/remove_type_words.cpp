@@ -6,10 +6,13 @@
 //       class c1                         class c1
 //         set qos-group 2
 
+#include "ipqosmgr/qosmgrcnv_engine.h"
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
-#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/keywords.h"
 
 #include <span>
+
+using engine::length;
 
 namespace {
 
@@ -24,9 +27,9 @@ struct removal_t {
 constexpr uint32_t without_newline = -newline_length;
 constexpr uint32_t group_length = length(" 2\n");
 
-constexpr removal_t type_qos[] = {{" type qos", 0, 0}};
-constexpr removal_t type_queuing[] = {{" type queuing", 0, 0}};
-constexpr removal_t type_network_qos[] = {{" type network-qos", 0, 0}};
+constexpr removal_t qos_words[] = {{" type qos", 0, 0}};
+constexpr removal_t queuing_words[] = {{" type queuing", 0, 0}};
+constexpr removal_t network_qos_words[] = {{" type network-qos", 0, 0}};
 constexpr removal_t qos_groups[] = {
     {"set qos-group", length("    "), group_length},
     {"  match qos-group", 0, group_length},
@@ -41,7 +44,7 @@ syserr_t remove_all(std::span<const removal_t> removals) {
 
 } // namespace
 
-syserr_t qoscnv_remove_type_qos() { return remove_all(type_qos); }
-syserr_t qoscnv_remove_type_queuing() { return remove_all(type_queuing); }
-syserr_t qoscnv_remove_type_nq() { return remove_all(type_network_qos); }
+syserr_t qoscnv_remove_type_qos() { return remove_all(qos_words); }
+syserr_t qoscnv_remove_type_queuing() { return remove_all(queuing_words); }
+syserr_t qoscnv_remove_type_nq() { return remove_all(network_qos_words); }
 syserr_t qoscnv_remove_qos_groups() { return remove_all(qos_groups); }

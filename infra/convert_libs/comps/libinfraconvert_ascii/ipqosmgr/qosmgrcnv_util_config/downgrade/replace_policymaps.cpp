@@ -16,7 +16,11 @@
 // behind both.
 
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/ends.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
+
+using engine::nowhere;
+using engine::position;
 
 namespace {
 
@@ -68,24 +72,24 @@ void qoscnv_delete_policymaps(position &at) {
     qoscnv_log("Deleted all existing policymaps\n");
 }
 
-constexpr const char *write_pass = "qoscnv_write_policymaps";
+constexpr qoscnv_pass_t write_pass{"qoscnv_write_policymaps"};
 
 bool write_header(const char *name, position &at) {
-    return qoscnv_write(write_pass, at, std::string(keyword) + ' ' + name + '\n');
+    return write_pass.write(at, std::string(keyword) + ' ' + name + '\n');
 }
 
 bool write_class(const class_elem_t &cls, position &at) {
-    if (!qoscnv_write(write_pass, at, std::string("  class ") + cls.name + '\n'))
+    if (!write_pass.write(at, std::string("  class ") + cls.name + '\n'))
         return false;
     for (const auto *action = cls.class_actions.first; action; action = action->next) {
-        if (!(action->type & QOSCNV_TYPE_QOS) && !qoscnv_write(write_pass, at, action->action))
+        if (!(action->type & QOSCNV_TYPE_QOS) && !write_pass.write(at, action->action))
             return false;
     }
     return true;
 }
 
 bool write_policymap(const policymap_elem_t &pmap, position &at) {
-    engine::log(qoscnv_engine, write_pass, "writing policy-map for %s\n", pmap.name);
+    write_pass.log("writing policy-map for %s\n", pmap.name);
     if (!write_header(pmap.name, at))
         return false;
     for (const auto *cls = pmap.classes.first; cls; cls = cls->next) {
@@ -97,7 +101,7 @@ bool write_policymap(const policymap_elem_t &pmap, position &at) {
 
 bool write_empty_policymaps(position &at) {
     for (const auto *empty = empty_policymaps.first; empty; empty = empty->next) {
-        engine::log(qoscnv_engine, write_pass, "writing empty policy-map %s\n", empty->name);
+        write_pass.log("writing empty policy-map %s\n", empty->name);
         if (!write_header(empty->name, at))
             return false;
     }
@@ -107,7 +111,7 @@ bool write_empty_policymaps(position &at) {
 // Writes the policy-maps of the database at `at`, which moves behind them. Without a place for them
 // nothing is written.
 syserr_t qoscnv_write_policymaps(position &at) {
-    qoscnv_log("Writing out policymaps from database ...\n");
+    write_pass.log("Writing out policymaps from database ...\n");
     if (at == nowhere)
         return 0;
     if (!write_empty_policymaps(at))

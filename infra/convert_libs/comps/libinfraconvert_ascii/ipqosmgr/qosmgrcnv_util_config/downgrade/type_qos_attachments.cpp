@@ -5,7 +5,11 @@
 //       service-policy type queuing input p1
 
 #include "ipqosmgr/qosmgrcnv_util_config/downgrade/downgrade.h"
-#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/ends.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/keywords.h"
+
+using engine::nowhere;
+using engine::position;
 
 syserr_t qoscnv_delete_type_qos_attachments() {
     position cp = qoscnv_file_start_qossection();

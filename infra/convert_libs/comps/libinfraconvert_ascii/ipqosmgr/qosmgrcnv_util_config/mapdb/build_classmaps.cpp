@@ -5,14 +5,15 @@
 //
 // gives a class-map c1 of type qos with one match line.
 
+#include "ipqosmgr/qosmgrcnv_util_config/language/ends.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/builder.h"
 
-#include <cerrno>
-#include <cstring>
+using engine::nowhere;
+using engine::position;
 
 namespace {
 
-constexpr const char *pass = "qoscnv_build_classmaps_db";
+constexpr qoscnv_pass_t pass{"qoscnv_build_classmaps_db"};
 constexpr std::string_view keyword = "class-map";
 constexpr std::string_view match_line_start = "  match";
 
@@ -25,19 +26,16 @@ uint8_t qos_group_of_name(std::string_view name) {
 // Appends the match line at `cp` to `map`. Returns false with a message.
 bool add_match(classmap_elem_t &map, position cp) {
     const std::string line = qoscnv_linebuf(cp);
-    if (!qoscnv_body_line_fits(pass, cp))
+    if (!pass.body_line_fits(cp))
         return false;
     if (!line.starts_with(match_line_start)) {
-        engine::log(qoscnv_engine, pass, "Unexpected text: %s\n", line.c_str());
+        pass.log("Unexpected text: %s\n", line.c_str());
         return false;
     }
-    engine::log(qoscnv_engine, pass, "\tfound match: %s\n", line.c_str());
+    pass.log("\tfound match: %s\n", line.c_str());
     list_elem_t *match = qoscnv_new_list_elem(pass, line + '\n');
-    if (!match) {
-        engine::log(qoscnv_engine, pass, "could not allocate memory for match: %s\n",
-                    strerror(errno));
-        return false;
-    }
+    if (!match)
+        return pass.no_memory_for("match");
     map.matches.append(match);
     return true;
 }
@@ -45,18 +43,15 @@ bool add_match(classmap_elem_t &map, position cp) {
 // Reads the class-map whose keyword stands at `cp`, which moves behind its body. Returns false with
 // a message.
 bool build_classmap(position &cp) {
-    engine::log(qoscnv_engine, pass, "found class-map at byte %d\n", static_cast<int>(cp));
+    pass.log("found class-map at byte %d\n", static_cast<int>(cp));
     std::string name;
     if (!qoscnv_read_map_name(pass, cp, "class-map %s", name))
         return false;
-    engine::log(qoscnv_engine, pass, "found class-map name %s\n", name.c_str());
+    pass.log("found class-map name %s\n", name.c_str());
     cp = qoscnv_line_after(cp);
     classmap_elem_t *map = qoscnv_new_classmap(pass, name);
-    if (!map) {
-        engine::log(qoscnv_engine, pass, "could not allocate memory for class-map: %s\n",
-                    strerror(errno));
-        return false;
-    }
+    if (!map)
+        return pass.no_memory_for("class-map");
     classmaps.append(map);
     if (qoscnv_nextstanza(cp)) // no body
         return true;

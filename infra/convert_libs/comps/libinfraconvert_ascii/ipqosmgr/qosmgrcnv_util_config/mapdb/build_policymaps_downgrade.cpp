@@ -11,10 +11,12 @@
 
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/builder.h"
 
-namespace {
+using engine::nowhere;
+using engine::position;
+using engine::scan_words;
+using engine::words_t;
 
-// Words of a typed line: the type and the name.
-constexpr int type_and_name = 2;
+namespace {
 
 class typed_builder_t final : public policymap_builder_t {
   public:
@@ -23,10 +25,10 @@ class typed_builder_t final : public policymap_builder_t {
   private:
     bool read_map_name(position keyword, std::string &name) override {
         const words_t words = scan_words(*qoscnv_engine.text, keyword, "policy-map type %s %s");
-        if (!qoscnv_words_fit(pass, words))
+        if (!pass.fits(words))
             return false;
         if (words.count < type_and_name)
-            return give_up("unexpected policy-map format");
+            return pass.give_up("unexpected policy-map format; aborting");
         name = words.word[1];
         return true;
     }
@@ -38,10 +40,10 @@ class typed_builder_t final : public policymap_builder_t {
             name = typed.word[1];
             return true;
         }
-        engine::log(qoscnv_engine, pass, "\ttrying to find class of type qos\n");
+        pass.log("\ttrying to find class of type qos\n");
         const words_t words = scan_words(line, qoscnv_class_pattern);
         if (words.count == 0)
-            return give_up("unexpected class format");
+            return pass.give_up("unexpected class format; aborting");
         name = words.word[0];
         return true;
     }

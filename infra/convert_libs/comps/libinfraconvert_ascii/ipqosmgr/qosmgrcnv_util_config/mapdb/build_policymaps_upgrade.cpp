@@ -9,8 +9,10 @@
 
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/builder.h"
 
-#include <cerrno>
-#include <cstring>
+using engine::nowhere;
+using engine::position;
+using engine::scan_words;
+using engine::words_t;
 
 namespace {
 
@@ -33,7 +35,7 @@ class untyped_builder_t final : public policymap_builder_t {
     bool read_class_name(const std::string &line, std::string &name) override {
         const words_t words = scan_words(line, qoscnv_class_pattern);
         if (words.count == 0)
-            return give_up("unexpected class format");
+            return pass.give_up("unexpected class format; aborting");
         name = words.word[0];
         uses_ip_multicast |= name == class_ip_multicast;
         uses_all_flood |= name == class_all_flood;
@@ -54,12 +56,10 @@ class untyped_builder_t final : public policymap_builder_t {
 
     bool append_classmap(std::string_view name) const {
         classmap_elem_t *map = qoscnv_new_classmap(pass, name);
-        if (map)
-            classmaps.append(map);
-        else
-            engine::log(qoscnv_engine, pass, "could not allocate memory for class-map: %s\n",
-                        strerror(errno));
-        return map;
+        if (!map)
+            return pass.no_memory_for("class-map");
+        classmaps.append(map);
+        return true;
     }
 
     bool uses_ip_multicast = false;

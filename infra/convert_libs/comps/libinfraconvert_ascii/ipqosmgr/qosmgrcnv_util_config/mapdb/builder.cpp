@@ -2,17 +2,21 @@
 
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/builder.h"
 
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
+#include "ipqosmgr/qosmgrcnv_util_config/language/ends.h"
 
-bool qoscnv_read_map_name(const char *pass, position keyword, const char *pattern,
+#include <cstdlib>
+
+using engine::position;
+using engine::scan_words;
+using engine::words_t;
+
+bool qoscnv_read_map_name(const qoscnv_pass_t &pass, position keyword, const char *pattern,
                           std::string &name) {
     const words_t words = scan_words(*qoscnv_engine.text, keyword, pattern);
-    if (!qoscnv_words_fit(pass, words))
+    if (!pass.fits(words))
         return false;
     if (words.count == 0) {
-        engine::log(qoscnv_engine, pass, "Unexpected text: %s\n", qoscnv_linebuf(keyword).c_str());
+        pass.log("Unexpected text: %s\n", qoscnv_linebuf(keyword).c_str());
         return false;
     }
     name = words.word[0];
@@ -22,7 +26,7 @@ bool qoscnv_read_map_name(const char *pass, position keyword, const char *patter
 namespace {
 
 // The policy-map record `name`, made and appended when there is none. Null without memory.
-policymap_elem_t *policymap_named(const char *pass, const std::string &name) {
+policymap_elem_t *policymap_named(const qoscnv_pass_t &pass, const std::string &name) {
     policymap_elem_t *pmap = qoscnv_find_policymap(name);
     if (pmap)
         return pmap;
@@ -34,28 +38,22 @@ policymap_elem_t *policymap_named(const char *pass, const std::string &name) {
 
 } // namespace
 
-bool policymap_builder_t::give_up(const char *message) const {
-    engine::log(qoscnv_engine, pass, "%s; aborting\n", message);
-    return false;
-}
-
 class_elem_t *policymap_builder_t::append_class(policymap_elem_t &pmap,
                                                 std::string_view name) const {
     class_elem_t *cls = qoscnv_new_class(pass, name);
     if (cls)
         pmap.classes.append(cls);
     else
-        engine::log(qoscnv_engine, pass, "could not allocate memory for class: %s\n",
-                    strerror(errno));
+        pass.no_memory_for("class");
     return cls;
 }
 
 bool policymap_builder_t::build(position &cp) {
-    engine::log(qoscnv_engine, pass, "found policy-map at byte %d\n", static_cast<int>(cp));
+    pass.log("found policy-map at byte %d\n", static_cast<int>(cp));
     std::string name;
     if (!read_map_name(cp, name))
         return false;
-    engine::log(qoscnv_engine, pass, "found policy-map name %s\n", name.c_str());
+    pass.log("found policy-map name %s\n", name.c_str());
     cp = qoscnv_line_after(cp);
     if (qoscnv_nextstanza(cp)) // without a body it is not recorded
         return true;
@@ -72,13 +70,13 @@ bool policymap_builder_t::build(position &cp) {
 // Reads the class at `cp`, which moves behind its actions.
 bool policymap_builder_t::build_class(policymap_elem_t &pmap, position &cp) {
     const std::string line = qoscnv_linebuf(cp);
-    if (!qoscnv_body_line_fits(pass, cp))
+    if (!pass.body_line_fits(cp))
         return false;
     if (!qoscnv_is_class_line(line)) {
-        engine::log(qoscnv_engine, pass, "Unexpected text: %s\n", line.c_str());
+        pass.log("Unexpected text: %s\n", line.c_str());
         return false;
     }
-    engine::log(qoscnv_engine, pass, "\tfound class: %s\n", line.c_str());
+    pass.log("\tfound class: %s\n", line.c_str());
     std::string name;
     if (!read_class_name(line, name))
         return false;
@@ -97,10 +95,10 @@ bool policymap_builder_t::build_actions(policymap_elem_t &pmap, class_elem_t &cl
         const std::string line = qoscnv_linebuf(cp);
         if (line.empty())
             continue;
-        if (!qoscnv_body_line_fits(pass, cp))
+        if (!pass.body_line_fits(cp))
             return false;
         if (scan_words(line, qoscnv_class_pattern).count == 1) {
-            engine::log(qoscnv_engine, pass, "hit next class\n");
+            pass.log("hit next class\n");
             return true;
         }
         if (!add_action(pmap, cls, line))
@@ -111,13 +109,10 @@ bool policymap_builder_t::build_actions(policymap_elem_t &pmap, class_elem_t &cl
 
 bool policymap_builder_t::add_action(policymap_elem_t &pmap, class_elem_t &cls,
                                      const std::string &line) {
-    engine::log(qoscnv_engine, pass, "\tfound action: %s\n", line.c_str());
+    pass.log("\tfound action: %s\n", line.c_str());
     actions_elem_t *action = qoscnv_new_action(pass, line + '\n');
-    if (!action) {
-        engine::log(qoscnv_engine, pass, "could not allocate memory for action: %s\n",
-                    strerror(errno));
-        return false;
-    }
+    if (!action)
+        return pass.no_memory_for("action");
     action->type = qoscnv_convert_action_to_pmap_type(action->action);
     pmap.type |= action->type;
     class_elem_t *taker = class_for(pmap, cls, action->type);

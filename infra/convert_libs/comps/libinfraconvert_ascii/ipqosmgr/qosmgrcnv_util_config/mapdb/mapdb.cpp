@@ -13,23 +13,50 @@ constinit tail_queue_t<list_elem_t> empty_policymaps;
 
 namespace {
 
-// A zero-filled record is the empty record, but for its lists, which point at themselves. `text` is
-// its member for the text that stands behind it.
-template<class Record>
-Record *allocate(const char *function, const char *Record::*text, std::string_view bytes) {
-    void *memory = calloc(1, sizeof(Record) + bytes.size() + 1);
-    engine::log(qoscnv_engine, function, "Allocating block of memory at %p\n", memory);
-    if (!memory)
-        return nullptr;
-    char *behind = static_cast<char *>(memory) + sizeof(Record);
-    memcpy(behind, bytes.data(), bytes.size());
-    Record *record = std::construct_at(static_cast<Record *>(memory));
-    record->*text = behind;
+// One zeroed allocation for a record of `size` bytes and its text behind it. Null without memory.
+void *allocate(const qoscnv_pass_t &pass, size_t size, std::string_view text) {
+    auto *memory = static_cast<char *>(calloc(1, size + text.size() + 1));
+    pass.log("Allocating block of memory at %p\n", static_cast<void *>(memory));
+    if (memory)
+        memcpy(memory + size, text.data(), text.size());
+    return memory;
+}
+
+// Makes a record, which is empty when zero-filled, but for its lists: they point at themselves.
+template<class Record> Record *make(const qoscnv_pass_t &pass, std::string_view text) {
+    void *memory = allocate(pass, sizeof(Record), text);
+    return memory ? std::construct_at(static_cast<Record *>(memory)) : nullptr;
+}
+
+template<class Record> const char *text_behind(const Record *record) {
+    return reinterpret_cast<const char *>(record + 1);
+}
+
+template<class Record> Record *make_named(const qoscnv_pass_t &pass, std::string_view name) {
+    auto *record = make<Record>(pass, name);
+    if (record)
+        record->name = text_behind(record);
     return record;
 }
 
-template<class Record> Record *named(const char *function, std::string_view name) {
-    return allocate(function, &Record::name, name);
+// Frees a record, with a trace of `pass` where there is one.
+void free_record(const qoscnv_pass_t *pass, void *record) {
+    if (pass)
+        pass->log("Freeing block of memory at %p\n", record);
+    free(record);
+}
+
+// Frees every element of `list`, each after what `free_inner` frees of it.
+template<class Element, class Inner>
+void free_all(const qoscnv_pass_t *pass, tail_queue_t<Element> &list, Inner free_inner) {
+    while (!list.empty()) {
+        Element *element = list.unlink(&list.first);
+        free_inner(*element);
+        free_record(pass, element);
+    }
+}
+template<class Element> void free_all(const qoscnv_pass_t *pass, tail_queue_t<Element> &list) {
+    free_all(pass, list, [](Element &) {});
 }
 
 struct indexes_t {
@@ -42,49 +69,33 @@ indexes_t &indexes() {
     return all;
 }
 
-// Frees every element of `list`, each after what belongs to it. `trace` is told of each.
-template<class Element, class Trace, class... Inner>
-void free_all(tail_queue_t<Element> &list, Trace trace, Inner... free_inner) {
-    while (!list.empty()) {
-        Element *element = list.unlink(&list.first);
-        (free_inner(element), ...);
-        trace(element);
-        free(element);
-    }
-}
-
-template<class Trace> void free_database(Trace trace) {
+void free_database(const qoscnv_pass_t *pass) {
     indexes().classmaps.clear();
     indexes().policymaps.clear();
-    free_all(empty_classmaps, trace);
-    free_all(empty_policymaps, trace);
-    free_all(classmaps, trace, [&](classmap_elem_t *map) { free_all(map->matches, trace); });
-    free_all(policymaps, trace, [&](policymap_elem_t *map) {
-        free_all(map->classes, trace,
-                 [&](class_elem_t *cls) { free_all(cls->class_actions, trace); });
+    free_all(pass, empty_classmaps);
+    free_all(pass, empty_policymaps);
+    free_all(pass, classmaps, [&](classmap_elem_t &map) { free_all(pass, map.matches); });
+    free_all(pass, policymaps, [&](policymap_elem_t &map) {
+        free_all(pass, map.classes, [&](class_elem_t &cls) { free_all(pass, cls.class_actions); });
     });
 }
 
 } // namespace
 
 // The records of an earlier conversion are of no use to anybody, so they go without a trace.
-void qoscnv_db_init() {
-    free_database([](const void *) {});
-}
+void qoscnv_db_init() { free_database(nullptr); }
 
 void qoscnv_db_teardown() {
-    constexpr const char *function = __func__;
-    free_database([&](const void *record) {
-        engine::log(qoscnv_engine, function, "Freeing block of memory at %p\n", record);
-    });
+    constexpr qoscnv_pass_t pass{"qoscnv_db_teardown"};
+    free_database(&pass);
 }
 
-list_elem_t *qoscnv_new_list_elem(const char *function, std::string_view name) {
-    return named<list_elem_t>(function, name);
+list_elem_t *qoscnv_new_list_elem(const qoscnv_pass_t &pass, std::string_view name) {
+    return make_named<list_elem_t>(pass, name);
 }
 
-classmap_elem_t *qoscnv_new_classmap(const char *function, std::string_view name) {
-    auto *map = named<classmap_elem_t>(function, name);
+classmap_elem_t *qoscnv_new_classmap(const qoscnv_pass_t &pass, std::string_view name) {
+    auto *map = make_named<classmap_elem_t>(pass, name);
     if (map) {
         map->type = QOSCNV_TYPE_QOS;
         map->qos_group = qos_group_unassigned;
@@ -92,22 +103,23 @@ classmap_elem_t *qoscnv_new_classmap(const char *function, std::string_view name
     return map;
 }
 
-policymap_elem_t *qoscnv_new_policymap(const char *function, std::string_view name) {
-    return named<policymap_elem_t>(function, name);
+policymap_elem_t *qoscnv_new_policymap(const qoscnv_pass_t &pass, std::string_view name) {
+    return make_named<policymap_elem_t>(pass, name);
 }
 
-class_elem_t *qoscnv_new_class(const char *function, std::string_view name) {
-    return named<class_elem_t>(function, name);
+class_elem_t *qoscnv_new_class(const qoscnv_pass_t &pass, std::string_view name) {
+    return make_named<class_elem_t>(pass, name);
 }
 
-actions_elem_t *qoscnv_new_action(const char *function, std::string_view line) {
-    return allocate(function, &actions_elem_t::action, line);
+actions_elem_t *qoscnv_new_action(const qoscnv_pass_t &pass, std::string_view line) {
+    auto *action = make<actions_elem_t>(pass, line);
+    if (action)
+        action->action = text_behind(action);
+    return action;
 }
 
-void qoscnv_free_list_elem(const char *function, list_elem_t *elem) {
-    engine::log(qoscnv_engine, function, "Freeing block of memory at %p\n",
-                static_cast<const void *>(elem));
-    free(elem);
+void qoscnv_free_list_elem(const qoscnv_pass_t &pass, list_elem_t *elem) {
+    free_record(&pass, elem);
 }
 
 std::span<classmap_elem_t *const> qoscnv_classmaps_named(std::string_view name) {

@@ -5,7 +5,8 @@
 // record of a name. The database never edits the text.
 #pragma once
 
-#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/keywords.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/pass.h"
 
 #include <span>
 
@@ -92,15 +93,15 @@ void qoscnv_db_init();
 // Frees every record, each with a trace, and leaves the lists empty.
 void qoscnv_db_teardown();
 
-// Make a zeroed record with that text, traced as an allocation by `function`. Null when there is no
+// Make a zeroed record with that text, traced as an allocation by `pass`. Null when there is no
 // memory.
-list_elem_t *qoscnv_new_list_elem(const char *function, std::string_view name);
-classmap_elem_t *qoscnv_new_classmap(const char *function, std::string_view name);
-policymap_elem_t *qoscnv_new_policymap(const char *function, std::string_view name);
-class_elem_t *qoscnv_new_class(const char *function, std::string_view name);
-actions_elem_t *qoscnv_new_action(const char *function, std::string_view line);
-// Frees a record that is in no list, with the trace of `function`.
-void qoscnv_free_list_elem(const char *function, list_elem_t *elem);
+list_elem_t *qoscnv_new_list_elem(const qoscnv_pass_t &pass, std::string_view name);
+classmap_elem_t *qoscnv_new_classmap(const qoscnv_pass_t &pass, std::string_view name);
+policymap_elem_t *qoscnv_new_policymap(const qoscnv_pass_t &pass, std::string_view name);
+class_elem_t *qoscnv_new_class(const qoscnv_pass_t &pass, std::string_view name);
+actions_elem_t *qoscnv_new_action(const qoscnv_pass_t &pass, std::string_view line);
+// Frees a record that is in no list, with the trace of `pass`.
+void qoscnv_free_list_elem(const qoscnv_pass_t &pass, list_elem_t *elem);
 
 // The records of the lists of class-maps and policy-maps by name, at a constant cost: all
 // class-maps of the name, in the order of the list; the first class-map or policy-map, or null.

@@ -10,17 +10,18 @@
 
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 
-struct typed_policymap_pass_t {
-    const char *name;                          // of the pass
+struct typed_policymap_writer_t {
+    qoscnv_pass_t pass;
     uint8_t type;                              // QOSCNV_TYPE_QUEUING or QOSCNV_TYPE_UF
     bool upgrade;                              // lowers MTU values; else raises them
     void (*trace_mtu)(const char *behind_mtu); // before a value is converted
 };
 
 // Logs the entry of the pass. Returns false, with a message, for a type that has no policy-maps.
-bool qoscnv_begin_typed_policymap(const typed_policymap_pass_t &pass, const policymap_elem_t &pmap);
+bool qoscnv_begin_typed_policymap(const typed_policymap_writer_t &writer,
+                                  const policymap_elem_t &pmap);
 
 // Writes the classes and actions of `pmap` that have the type at `at`, under a header. Moves the
 // special classes of exactly that type to the head of the record's list, for good. Returns 0 or -1.
-syserr_t qoscnv_write_typed_policymap(const typed_policymap_pass_t &pass, policymap_elem_t &pmap,
-                                      position at);
+syserr_t qoscnv_write_typed_policymap(const typed_policymap_writer_t &writer,
+                                      policymap_elem_t &pmap, engine::position at);

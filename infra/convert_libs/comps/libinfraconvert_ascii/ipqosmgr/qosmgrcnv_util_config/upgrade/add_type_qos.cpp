@@ -4,21 +4,24 @@
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
 
+using engine::length;
+using engine::nowhere;
+using engine::position;
+
 namespace {
 
-constexpr std::string_view type_qos = "type qos ";
+constexpr qoscnv_pass_t classmap_pass{"qoscnv_add_type_qos_to_classmaps"};
 
 // Inserts "type qos " behind each `keyword` at a line start, and its blank. Returns false after a
 // refused insertion.
-bool mark(const char *pass, std::string_view keyword) {
+bool mark(const qoscnv_pass_t &pass, std::string_view keyword) {
     constexpr uint32_t blank_length = 1;
     const std::string line_start = '\n' + std::string(keyword);
     position found = qoscnv_file_start_qossection();
     while ((found = qoscnv_find(line_start, found)) != nowhere) {
-        engine::log(qoscnv_engine, pass, "found %s at byte %d\n", keyword.data(),
-                    static_cast<int>(found));
+        pass.log("found %s at byte %d\n", keyword.data(), static_cast<int>(found));
         found += length(line_start) + blank_length;
-        if (!qoscnv_insert_text(found, type_qos))
+        if (!qoscnv_insert_text(found, std::string(type_qos) + ' '))
             return false;
     }
     return true;
@@ -27,22 +30,22 @@ bool mark(const char *pass, std::string_view keyword) {
 } // namespace
 
 syserr_t qoscnv_add_type_qos_to_classmaps() {
-    if (!mark(__func__, "class-map"))
+    if (!mark(classmap_pass, "class-map"))
         return engine::failure;
     const position section = qoscnv_file_start_qossection();
     if (section == nowhere)
         return 0;
     position top = section + newline_length;
     for (const auto *map = classmaps.first; map; map = map->next) {
-        if (map->name != class_ip_multicast && map->name != class_all_flood)
+        if (!qoscnv_is_special_class(map->name))
             continue;
-        qoscnv_log("Found special class %s\n", map->name);
-        if (!qoscnv_write(__func__, top, std::string("class-map type qos ") + map->name + '\n'))
+        classmap_pass.log("Found special class %s\n", map->name);
+        if (!classmap_pass.write(top, std::string("class-map type qos ") + map->name + '\n'))
             return engine::failure;
     }
     return 0;
 }
 
 syserr_t qoscnv_add_type_qos_to_policymaps() {
-    return mark(__func__, "policy-map") ? 0 : engine::failure;
+    return mark({"qoscnv_add_type_qos_to_policymaps"}, "policy-map") ? 0 : engine::failure;
 }

@@ -7,24 +7,25 @@
 //
 // With qos actions only it keeps them.
 
+#include "ipqosmgr/qosmgrcnv_util_config/language/ends.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/policymap_headers.h"
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
 
 #include <algorithm>
 
+using engine::length;
+using engine::nowhere;
+using engine::position;
+using engine::scan_words;
+using engine::words_t;
+
 namespace {
 
 constexpr std::string_view class_keyword = "class";
 constexpr std::string_view class_line_start = "  class";
-constexpr std::string_view type_qos = "type qos ";
+constexpr std::string_view type_mark = "type qos "; // as it goes in front of a name
 constexpr uint32_t blank_length = 1;
-
-// What failed is always the pass.
-syserr_t failed(const char *pass, const char *message) {
-    engine::log(qoscnv_engine, pass, "%s; aborting\n", message);
-    return engine::failure;
-}
 
 // The body of the policy-map.
 struct body_t {
@@ -44,28 +45,28 @@ struct class_line_t {
     position behind_class; // behind "class" and its blank
 };
 
-// Marks the class line at `line`. Returns 0, or -1 with a message.
-syserr_t mark_class(const char *pass, position line, class_line_t &marked) {
+// Marks the class line at `line`. Returns false with a message.
+bool mark_class(const qoscnv_pass_t &pass, position line, class_line_t &marked) {
     const words_t found = scan_words(*qoscnv_engine.text, line, "  class %s");
-    if (!qoscnv_words_fit(pass, found))
-        return engine::failure;
+    if (!pass.fits(found))
+        return false;
     if (found.count == 0)
-        return failed(pass, "unexpected format for class");
+        return pass.give_up("unexpected format for class; aborting");
     marked.behind_line = qoscnv_line_after(line);
-    engine::log(qoscnv_engine, pass, "found class name %s\n", found.word[0].c_str());
+    pass.log("found class name %s\n", found.word[0].c_str());
     const position keyword = qoscnv_find(class_keyword, line);
     if (keyword == nowhere)
-        return failed(pass, "unexpected error during class processing");
+        return pass.give_up("unexpected error during class processing; aborting");
     marked.behind_class = keyword + length(class_keyword) + blank_length;
-    if (!qoscnv_insert_text(marked.behind_class, type_qos))
-        return engine::failure;
+    if (!qoscnv_insert_text(marked.behind_class, type_mark))
+        return false;
     const words_t name = scan_words(*qoscnv_engine.text, marked.behind_class, "type qos %s\n");
-    if (!qoscnv_words_fit(pass, name))
-        return engine::failure;
+    if (!pass.fits(name))
+        return false;
     if (name.count == 0)
-        return failed(pass, "unexpected error during class name processing");
+        return pass.give_up("unexpected error during class name processing; aborting");
     marked.name = name.word[0];
-    return 0;
+    return true;
 }
 
 // The next class line that does not lie behind the end of the body, else nowhere.
@@ -78,77 +79,72 @@ std::string set_qos_group_line(uint8_t group) {
 }
 
 // Writes the line of a special class at `at`, which moves behind it.
-bool put_back(const char *pass, std::string_view name, position &at) {
-    engine::log(qoscnv_engine, pass, "inserting %s back into policy\n", name.data());
-    return qoscnv_write(pass, at, "  class type qos " + std::string(name) + '\n');
+bool put_back(const qoscnv_pass_t &pass, std::string_view name, position &at) {
+    pass.log("inserting %s back into policy\n", name.data());
+    return pass.write(at, "  class type qos " + std::string(name) + '\n');
 }
 
 // The rewriting of one policy-map with queuing or unified-fabric actions.
-class alteration {
+class alteration_t {
   public:
-    alteration(const policymap_elem_t &policymap, body_t policymap_body)
+    alteration_t(const policymap_elem_t &policymap, body_t policymap_body)
         : pmap(policymap), body(policymap_body), cp(policymap_body.first) {}
 
-    syserr_t run() {
+    // Returns false with a message.
+    bool run() {
         while (cp < body.end && !done) {
-            const syserr_t status = alter_class();
-            if (status != 0)
-                return status;
+            if (!alter_class())
+                return false;
         }
         // The second goes in at the same place, so it ends up first.
-        const bool put = put_special_back(class_all_flood, all_flood_group) &&
-                         put_special_back(class_ip_multicast, ip_multicast_group);
-        return put ? 0 : engine::failure;
+        return put_special_back(class_all_flood, all_flood_group) &&
+               put_special_back(class_ip_multicast, ip_multicast_group);
     }
 
-    static constexpr const char *pass = "qoscnv_alter_existing_policymap";
+    static constexpr qoscnv_pass_t pass{"qoscnv_alter_existing_policymap"};
 
   private:
-    syserr_t alter_class() {
+    bool alter_class() {
         class_line_t cls;
-        if (mark_class(pass, cp, cls) != 0)
-            return engine::failure;
+        if (!mark_class(pass, cp, cls))
+            return false;
         const bool special = trace_special(cls.name);
         uint8_t group = qos_group_unassigned;
         if (qoscnv_classmap_to_qosgrp(cls.name.c_str(), &group) != 0) {
-            engine::log(qoscnv_engine, pass, "Could not find qos-group for %s; aborting\n",
-                        cls.name.c_str());
-            return engine::failure;
+            pass.log("Could not find qos-group for %s; aborting\n", cls.name.c_str());
+            return false;
         }
         remember(cls.name, group);
-        body.end += length(type_qos);
+        body.end += length(type_mark);
         const position next = next_class(cls, body.end);
         done = next == nowhere;
         const position end = done ? body.end : next;
         const position actions = special ? cp : qoscnv_line_after(cls.behind_class);
         if (actions > end)
-            return failed(pass, "unexpected format for class");
+            return pass.give_up("unexpected format for class; aborting");
         remove(actions, end - actions);
-        engine::log(qoscnv_engine, pass, "Deleted existing actions for %s\n", cls.name.c_str());
+        pass.log("Deleted existing actions for %s\n", cls.name.c_str());
         if (special)
-            return 0; // the next class stands here now
+            return true; // the next class stands here now
         return group == qos_group_unassigned ? remove_class(cls) : set_group(cls, actions, group);
     }
 
     // A class without a qos-group has no place in a type qos policy.
-    syserr_t remove_class(const class_line_t &cls) {
-        remove(cp, cls.behind_line + length(type_qos) - cp);
-        engine::log(qoscnv_engine, pass,
-                    "Deleted existing class %s since no type qos action for it\n",
-                    cls.name.c_str());
-        return 0;
+    bool remove_class(const class_line_t &cls) {
+        remove(cp, cls.behind_line + length(type_mark) - cp);
+        pass.log("Deleted existing class %s since no type qos action for it\n", cls.name.c_str());
+        return true;
     }
 
-    syserr_t set_group(const class_line_t &cls, position actions, uint8_t group) {
+    bool set_group(const class_line_t &cls, position actions, uint8_t group) {
         cp = actions;
         if (!pmap.sysqos)
-            return 0;
-        if (!qoscnv_write(pass, cp, set_qos_group_line(group)))
-            return engine::failure;
+            return true;
+        if (!pass.write(cp, set_qos_group_line(group)))
+            return false;
         body.end += cp - actions;
-        engine::log(qoscnv_engine, pass, "Added 'set qos-group %u' action to %s\n", group,
-                    cls.name.c_str());
-        return 0;
+        pass.log("Added 'set qos-group %u' action to %s\n", group, cls.name.c_str());
+        return true;
     }
 
     void remove(position from, uint32_t size) {
@@ -167,7 +163,7 @@ class alteration {
         for (const auto &special : special_classes) {
             if (name != special.name)
                 continue;
-            engine::log(qoscnv_engine, pass, "%s", special.trace);
+            pass.log("%s", special.trace);
             return true;
         }
         return false;
@@ -185,7 +181,7 @@ class alteration {
             return true;
         position at = body.first;
         return put_back(pass, name, at) &&
-               (!pmap.sysqos || qoscnv_write(pass, at, set_qos_group_line(group)));
+               (!pmap.sysqos || pass.write(at, set_qos_group_line(group)));
     }
 
     const policymap_elem_t &pmap;
@@ -197,42 +193,41 @@ class alteration {
 };
 
 // The rewriting of one policy-map with qos actions only.
-class marking {
+class marking_t {
   public:
-    explicit marking(body_t policymap_body) : body(policymap_body) {}
+    explicit marking_t(body_t policymap_body) : body(policymap_body) {}
 
-    syserr_t run() {
+    // Returns false with a message.
+    bool run() {
         for (position cp = body.first; cp != nowhere && cp < body.end;) {
-            const syserr_t status = mark_next(cp);
-            if (status != 0)
-                return status;
+            if (!mark_next(cp))
+                return false;
         }
-        const bool put = put_special_back(class_all_flood, all_flood_seen) &&
-                         put_special_back(class_ip_multicast, ip_multicast_seen);
-        return put ? 0 : engine::failure;
+        return put_special_back(class_all_flood, all_flood_seen) &&
+               put_special_back(class_ip_multicast, ip_multicast_seen);
     }
 
-    static constexpr const char *pass = "qoscnv_alter_existing_type_qos_policymap";
+    static constexpr qoscnv_pass_t pass{"qoscnv_alter_existing_type_qos_policymap"};
 
   private:
     // Marks the class at `cp`, which moves to the next one.
-    syserr_t mark_next(position &cp) {
+    bool mark_next(position &cp) {
         class_line_t cls;
-        if (mark_class(pass, cp, cls) != 0)
-            return engine::failure;
-        body.end += length(type_qos);
-        if (cls.name != class_ip_multicast && cls.name != class_all_flood) {
+        if (!mark_class(pass, cp, cls))
+            return false;
+        body.end += length(type_mark);
+        if (!qoscnv_is_special_class(cls.name)) {
             cp = qoscnv_find(class_line_start, cls.behind_class, body.end);
-            return 0;
+            return true;
         }
         (cls.name == class_ip_multicast ? ip_multicast_seen : all_flood_seen) = true;
-        engine::log(qoscnv_engine, pass, "found %s\n", cls.name.c_str());
+        pass.log("found %s\n", cls.name.c_str());
         const uint32_t size = std::min(next_class(cls, body.end), body.end) - cp;
         qoscnv_delete_text(cp, size);
         body.end -= size;
-        engine::log(qoscnv_engine, pass, "Deleted special class %s\n", cls.name.c_str());
+        pass.log("Deleted special class %s\n", cls.name.c_str());
         cp = qoscnv_find(class_line_start, cp, body.end);
-        return 0;
+        return true;
     }
 
     bool put_special_back(std::string_view name, bool seen) {
@@ -250,17 +245,15 @@ class marking {
 syserr_t qoscnv_alter_existing_policymap(const policymap_elem_t &pmap,
                                          policymap_headers_t &headers) {
     position header = nowhere;
-    const syserr_t status = headers.find(alteration::pass, pmap.name, header);
-    if (status != 0 || header == nowhere)
-        return status;
-    return alteration(pmap, body_of(header)).run();
+    const bool altered = headers.find(alteration_t::pass, pmap.name, header) &&
+                         (header == nowhere || alteration_t(pmap, body_of(header)).run());
+    return altered ? 0 : engine::failure;
 }
 
 syserr_t qoscnv_alter_existing_type_qos_policymap(const policymap_elem_t &pmap,
                                                   policymap_headers_t &headers) {
     position header = nowhere;
-    const syserr_t status = headers.find(marking::pass, pmap.name, header);
-    if (status != 0 || header == nowhere)
-        return status;
-    return marking(body_of(header)).run();
+    const bool marked = headers.find(marking_t::pass, pmap.name, header) &&
+                        (header == nowhere || marking_t(body_of(header)).run());
+    return marked ? 0 : engine::failure;
 }

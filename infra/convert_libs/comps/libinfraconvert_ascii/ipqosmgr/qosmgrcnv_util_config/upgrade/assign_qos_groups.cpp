@@ -3,53 +3,57 @@
 //
 //     class-default 0, class-fcoe 1, user classes 2 to 5 in the order of the policy's class records
 
+#include "ipqosmgr/qosmgrcnv_util_config/language/ends.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
 
+using engine::nowhere;
+using engine::position;
+using engine::scan_words;
+using engine::words_t;
+
 namespace {
 
-constexpr const char *pass = "qoscnv_assign_qosgrp_to_sysqos_policy";
+constexpr qoscnv_pass_t pass{"qoscnv_assign_qosgrp_to_sysqos_policy"};
 
 // Finds the first attachment under "system qos". Returns its position, or nowhere when there is
 // nothing attached.
 position find_attachment(position system_qos) {
     const position stanza = system_qos + newline_length;
     const position end = qoscnv_stanza_after(stanza);
-    engine::log(qoscnv_engine, pass, "start of stanza: byte %d, end of stanza: byte %d\n",
-                static_cast<int>(stanza), static_cast<int>(end));
+    pass.log("start of stanza: byte %d, end of stanza: byte %d\n", static_cast<int>(stanza),
+             static_cast<int>(end));
     const position attachment = qoscnv_find("service-policy", stanza);
     if (attachment == nowhere) {
-        engine::log(qoscnv_engine, pass, "no more service-policies in the configuration\n");
+        pass.log("no more service-policies in the configuration\n");
         return nowhere;
     }
     if (attachment >= end) {
-        engine::log(qoscnv_engine, pass, "No more service-policies on system qos\n");
+        pass.log("No more service-policies on system qos\n");
         return nowhere;
     }
-    engine::log(qoscnv_engine, pass, "found service-policy at byte %d\n",
-                static_cast<int>(attachment));
+    pass.log("found service-policy at byte %d\n", static_cast<int>(attachment));
     return attachment;
 }
 
 // The policy-map record that `attachment` names; null with a message.
 policymap_elem_t *attached_policymap(position attachment) {
     const words_t words = scan_words(*qoscnv_engine.text, attachment, "service-policy %s\n");
-    if (!qoscnv_words_fit(pass, words))
+    if (!pass.fits(words))
         return nullptr;
     if (words.count == 0) {
-        engine::log(qoscnv_engine, pass, "unexpected service-policy format; aborting\n");
+        pass.log("unexpected service-policy format; aborting\n");
         return nullptr;
     }
     const std::string &name = words.word[0];
-    engine::log(qoscnv_engine, pass, "found service-policy name %s\n", name.c_str());
+    pass.log("found service-policy name %s\n", name.c_str());
     policymap_elem_t *pmap = qoscnv_find_policymap(name);
     if (!pmap)
-        engine::log(qoscnv_engine, pass,
-                    "could not find policy-map for service-policy %s; aborting\n", name.c_str());
+        pass.log("could not find policy-map for service-policy %s; aborting\n", name.c_str());
     return pmap;
 }
 
-class numbering {
+class numbering_t {
   public:
     // Numbers every class-map of the class's name. Returns false, with a message, when there are
     // too many user classes.
@@ -59,7 +63,7 @@ class numbering {
             if (!number_classmap(*map))
                 return false;
         }
-        engine::log(qoscnv_engine, pass, "Done with search for class-map %s\n", cls.name);
+        pass.log("Done with search for class-map %s\n", cls.name);
         return true;
     }
 
@@ -70,9 +74,8 @@ class numbering {
         if (map.name == class_fcoe)
             return take_fixed(map, qos_group_class_fcoe);
         if (map.qos_group != qos_group_unassigned) {
-            engine::log(qoscnv_engine, pass,
-                        "class-map %s type %x already has qos-group %u; ignoring\n", map.name,
-                        map.type, map.qos_group);
+            pass.log("class-map %s type %x already has qos-group %u; ignoring\n", map.name,
+                     map.type, map.qos_group);
             return true;
         }
         return take_next(map);
@@ -85,10 +88,11 @@ class numbering {
         return true;
     }
 
-    // The test comes first, also where the number would be used again.
+    // Once all numbers are taken a further class-map is refused, also one that would share the
+    // number of its class.
     bool take_next(classmap_elem_t &map) {
         if (next > qos_group_last_user) {
-            engine::log(qoscnv_engine, pass, "Too many user system classes; aborting\n");
+            pass.log("Too many user system classes; aborting\n");
             return false;
         }
         if (assigned == qos_group_unassigned)
@@ -99,14 +103,12 @@ class numbering {
 
     void assign(const classmap_elem_t &map, uint8_t group) {
         assigned = group;
-        engine::log(qoscnv_engine, pass, "Assigned qos-group %u to class-map %s\n", assigned,
-                    map.name);
+        pass.log("Assigned qos-group %u to class-map %s\n", assigned, map.name);
     }
 
     void give(classmap_elem_t &map) {
         map.qos_group = assigned;
-        engine::log(qoscnv_engine, pass, "Assigned qos-group %u to class-map %s type %x\n",
-                    assigned, map.name, map.type);
+        pass.log("Assigned qos-group %u to class-map %s type %x\n", assigned, map.name, map.type);
     }
 
     uint8_t next = qos_group_first_user;
@@ -121,7 +123,7 @@ syserr_t qoscnv_assign_qosgrp_to_sysqos_policy() {
         qoscnv_db_print_policymaps();
         return 0;
     }
-    qoscnv_log("found system qos at byte %d\n", static_cast<int>(system_qos));
+    pass.log("found system qos at byte %d\n", static_cast<int>(system_qos));
     const position attachment = find_attachment(system_qos);
     if (attachment == nowhere)
         return 0;
@@ -129,7 +131,7 @@ syserr_t qoscnv_assign_qosgrp_to_sysqos_policy() {
     if (!pmap)
         return engine::failure;
     pmap->sysqos = 1;
-    numbering numbers;
+    numbering_t numbers;
     for (const auto *cls = pmap->classes.first; cls; cls = cls->next) {
         if (!numbers.number_class(*cls))
             return engine::failure;

@@ -2,9 +2,16 @@
 
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/policymap_headers.h"
 
-#include "ipqosmgr/qosmgrcnv_util_config/language/words.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/keywords.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/pass.h"
 
 #include <algorithm>
+
+using engine::length;
+using engine::nowhere;
+using engine::position;
+using engine::scan_words;
+using engine::words_t;
 
 namespace {
 
@@ -28,37 +35,35 @@ void policymap_headers_t::pass_by(const std::string &name, position header) {
     next = header + newline_length;
 }
 
-syserr_t policymap_headers_t::find(const char *pass, const std::string &name, position &header) {
-    engine::log(qoscnv_engine, pass, "Altering existing policy-map %s to be of type qos ...\n",
-                name.c_str());
+bool policymap_headers_t::find(const qoscnv_pass_t &pass, const std::string &name,
+                               position &header) {
+    pass.log("Altering existing policy-map %s to be of type qos ...\n", name.c_str());
     const position section = qoscnv_file_start_qossection();
     if (!walking || engine::log_is_on(qoscnv_engine))
         start_at(section);
     if (const auto passed = passed_by.find(name); passed != passed_by.end()) {
         if (places_known) {
             header = passed->second + moved;
-            return 0;
+            return true;
         }
         start_at(section);
     }
     for (position found = next; (found = qoscnv_find(line_start, found)) != nowhere; found = next) {
-        engine::log(qoscnv_engine, pass, "found policy-map at byte %d\n", static_cast<int>(found));
+        pass.log("found policy-map at byte %d\n", static_cast<int>(found));
         header = found + newline_length;
         const words_t words = scan_words(*qoscnv_engine.text, header, "policy-map type qos %s");
-        if (!qoscnv_words_fit(pass, words))
-            return engine::failure;
-        if (words.count == 0) {
-            engine::log(qoscnv_engine, pass, "unexpected format for policy-map; aborting\n");
-            return engine::failure;
-        }
-        engine::log(qoscnv_engine, pass, "found policy-map name %s\n", words.word[0].c_str());
+        if (!pass.fits(words))
+            return false;
+        if (words.count == 0)
+            return pass.give_up("unexpected format for policy-map; aborting");
+        pass.log("found policy-map name %s\n", words.word[0].c_str());
         pass_by(words.word[0], header);
         if (words.word[0] == name)
-            return 0;
+            return true;
     }
     header = nowhere;
     walking = false;
-    return 0;
+    return true;
 }
 
 void policymap_headers_t::edited(const engine::edit_t &edit) {

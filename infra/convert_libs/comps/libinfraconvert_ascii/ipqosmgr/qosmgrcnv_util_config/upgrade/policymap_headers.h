@@ -8,7 +8,7 @@
 #pragma once
 
 #include "engine/watchers.h"
-#include "ipqosmgr/qosmgrcnv_engine.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/pass.h"
 
 #include <string>
 #include <string_view>
@@ -19,9 +19,9 @@ class policymap_headers_t final : engine::edit_watcher_t {
     policymap_headers_t() : edit_watcher_t(qoscnv_engine) {}
 
     // Finds the header line of the type qos policy-map `name` for `pass`: nowhere in `header` when
-    // the text has none. Returns 0, or -1 with a message at a header, in front of it, that is not
-    // of type qos.
-    syserr_t find(const char *pass, const std::string &name, engine::position &header);
+    // the text has none. Returns false, with a message, at a header in front of it that is not of
+    // type qos.
+    bool find(const qoscnv_pass_t &pass, const std::string &name, engine::position &header);
 
   private:
     void edited(const engine::edit_t &edit) override;

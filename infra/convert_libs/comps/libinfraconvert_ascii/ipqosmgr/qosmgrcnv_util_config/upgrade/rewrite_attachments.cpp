@@ -6,20 +6,22 @@
 //                                       service-policy type queuing output p1
 //                                       service-policy type network-qos p1
 
+#include "ipqosmgr/qosmgrcnv_util_config/language/ends.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
 
+using engine::length;
+using engine::nowhere;
+using engine::position;
+using engine::scan_words;
+using engine::words_t;
+
 namespace {
 
-constexpr const char *pass = "qoscnv_rewrite_attachments";
+constexpr qoscnv_pass_t pass{"qoscnv_rewrite_attachments"};
 constexpr std::string_view attachment_line_start = "\n  service-policy";
 constexpr std::string_view indentation = "  ";
 constexpr size_t longest_direction = 9;
-
-syserr_t failed(const char *message) {
-    engine::log(qoscnv_engine, pass, "%s; aborting\n", message);
-    return engine::failure;
-}
 
 struct attachment_t {
     std::string direction; // empty under "system qos"
@@ -27,68 +29,64 @@ struct attachment_t {
     bool on_system_qos() const { return direction.empty(); }
 };
 
-// Reads the attachment whose word "service-policy" stands at `word`. Returns 0, or -1 with a
-// message.
-syserr_t read_attachment(position word, attachment_t &attachment) {
+// Reads the attachment whose word "service-policy" stands at `word`. Returns false with a message.
+bool read_attachment(position word, attachment_t &attachment) {
     const std::string line = qoscnv_getline(word, engine::area_size + newline_length);
-    if (!qoscnv_fits(pass, line))
-        return engine::failure;
+    if (!pass.fits(line))
+        return false;
     const words_t words = scan_words(line, "service-policy %s %s\n");
     if (words.count == 0)
-        return failed("unexpected format for service-policy");
+        return pass.give_up("unexpected format for service-policy; aborting");
     const bool on_interface = words.count == 2;
     const std::string &name = words.word[on_interface ? 1 : 0];
     if (on_interface) {
         attachment.direction = words.word[0];
         if (attachment.direction.size() > longest_direction)
-            return failed("unexpected format for service-policy");
-        engine::log(qoscnv_engine, pass, "service-policy %s is on an interface: dir %s\n",
-                    name.c_str(), attachment.direction.c_str());
+            return pass.give_up("unexpected format for service-policy; aborting");
+        pass.log("service-policy %s is on an interface: dir %s\n", name.c_str(),
+                 attachment.direction.c_str());
     } else {
-        engine::log(qoscnv_engine, pass, "service-policy %s is on system qos\n", name.c_str());
+        pass.log("service-policy %s is on system qos\n", name.c_str());
     }
     attachment.pmap = qoscnv_find_policymap(name);
     if (!attachment.pmap) {
-        engine::log(qoscnv_engine, pass,
-                    "could not find policy-map for service-policy %s; aborting\n", name.c_str());
-        return engine::failure;
+        pass.log("could not find policy-map for service-policy %s; aborting\n", name.c_str());
+        return false;
     }
-    return 0;
+    return true;
 }
 
 // Walks the attachments behind the start of the QoS section.
-class rewriting {
+class rewriting_t {
   public:
-    explicit rewriting(position section) : cp(section), stanza_end(section) {}
+    explicit rewriting_t(position section) : cp(section), stanza_end(section) {}
 
-    syserr_t run() {
+    // Returns false with a message.
+    bool run() {
         position found = cp;
         while ((found = qoscnv_find(attachment_line_start, found)) != nowhere) {
-            engine::log(qoscnv_engine, pass, "found service-policy at byte %d\n",
-                        static_cast<int>(found));
-            const syserr_t status = rewrite(found);
-            if (status != 0)
-                return status;
+            pass.log("found service-policy at byte %d\n", static_cast<int>(found));
+            if (!rewrite(found))
+                return false;
             found = cp - newline_length; // in front of the line that comes next
         }
-        return 0;
+        return true;
     }
 
   private:
     // Rewrites the attachment behind the newline at `newline`.
-    syserr_t rewrite(position newline) {
+    bool rewrite(position newline) {
         const position line = newline + newline_length;
         if (newline >= stanza_end) {
             stanza_end = qoscnv_stanza_after(line);
             wrote_qos = false;
         }
         attachment_t attachment;
-        const syserr_t status = read_attachment(line + length(indentation), attachment);
-        if (status != 0)
-            return status;
+        if (!read_attachment(line + length(indentation), attachment))
+            return false;
         cp = line;
         old_length = qoscnv_line_after(line) - line;
-        const syserr_t written = write_typed(attachment);
+        const bool written = write_typed(attachment);
         if (old_length > 0)
             delete_old();
         return written;
@@ -100,20 +98,21 @@ class rewriting {
         old_length = 0;
     }
 
-    syserr_t write_typed(const attachment_t &attachment) {
+    bool write_typed(const attachment_t &attachment) {
         const policymap_elem_t &pmap = *attachment.pmap;
         if (!wrote_qos && pmap.sysqos) {
             if (!write("type qos", "input", pmap))
-                return engine::failure;
+                return false;
             wrote_qos = true;
         }
         if ((pmap.type & QOSCNV_TYPE_QUEUING) && !write_queuing(attachment))
-            return engine::failure;
+            return false;
         if (!(pmap.type & QOSCNV_TYPE_UF))
-            return 0;
+            return true;
         if (!attachment.on_system_qos())
-            return failed("Unexpected type unified-fabric service-policy on an interface");
-        return write("type network-qos", "", pmap) ? 0 : engine::failure;
+            return pass.give_up(
+                "Unexpected type unified-fabric service-policy on an interface; aborting");
+        return write("type network-qos", "", pmap);
     }
 
     bool write_queuing(const attachment_t &attachment) {
@@ -131,11 +130,11 @@ class rewriting {
                 composed.append(word).append(" ");
         }
         composed.append(pmap.name).append("\n");
-        if (!qoscnv_overwrite(pass, cp, old_length, composed))
+        if (!pass.overwrite(cp, old_length, composed))
             return false;
         stanza_end += length(composed) - old_length;
         old_length = 0;
-        engine::log(qoscnv_engine, pass, "inserted \"%s\"", composed.c_str());
+        pass.log("inserted \"%s\"", composed.c_str());
         return true;
     }
 
@@ -150,5 +149,5 @@ class rewriting {
 
 syserr_t qoscnv_rewrite_attachments() {
     const position section = qoscnv_file_start_qossection();
-    return section == nowhere ? 0 : rewriting(section).run();
+    return section == nowhere || rewriting_t(section).run() ? 0 : engine::failure;
 }

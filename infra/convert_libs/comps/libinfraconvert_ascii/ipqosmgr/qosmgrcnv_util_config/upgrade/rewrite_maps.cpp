@@ -6,9 +6,13 @@
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/typed_classmaps.h"
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
 
+using engine::nowhere;
+using engine::position;
+
 namespace {
 
-constexpr const char *pass = "qoscnv_rewrite_maps";
+constexpr qoscnv_pass_t pass{"qoscnv_rewrite_maps"};
+constexpr qoscnv_pass_t policymap_pass{"qoscnv_create_qosgrp_policymap"};
 
 // What is known of the text from one policy-map to the next.
 struct headers_t {
@@ -18,21 +22,21 @@ struct headers_t {
 };
 
 void trace_mtu(const char *behind_mtu) {
-    engine::log(qoscnv_engine, "qoscnv_create_qosgrp_policymap",
-                "convert %s, ver to 4.2(1) %d, gt 4.2(1) %d, ge 5.0(2) %d\n", behind_mtu,
-                qoscnv_ver_to_eq_4_2_1(), qoscnv_ver_to_gt_4_2_1(), qoscnv_ver_to_ge_5_0_2());
+    policymap_pass.log("convert %s, ver to 4.2(1) %d, gt 4.2(1) %d, ge 5.0(2) %d\n", behind_mtu,
+                       qoscnv_ver_to_eq_4_2_1(), qoscnv_ver_to_gt_4_2_1(),
+                       qoscnv_ver_to_ge_5_0_2());
 }
 
 syserr_t qoscnv_create_qosgrp_policymap(policymap_elem_t &pmap, uint8_t type,
                                         last_headers_t &headers) {
-    const typed_policymap_pass_t writer = {
-        .name = __func__, .type = type, .upgrade = true, .trace_mtu = trace_mtu};
+    const typed_policymap_writer_t writer = {
+        .pass = policymap_pass, .type = type, .upgrade = true, .trace_mtu = trace_mtu};
     if (!qoscnv_begin_typed_policymap(writer, pmap))
         return engine::failure;
-    const stanza_ends_t ends = qoscnv_find_stanza_ends(__func__, headers);
+    const stanza_ends_t ends = qoscnv_find_stanza_ends(policymap_pass, headers);
     const position at = ends.insertion_point(type);
     if (at == nowhere) {
-        qoscnv_log("Could not find policy-maps; aborting\n");
+        policymap_pass.log("Could not find policy-maps; aborting\n");
         return engine::failure;
     }
     return qoscnv_write_typed_policymap(writer, pmap, at);
@@ -41,15 +45,14 @@ syserr_t qoscnv_create_qosgrp_policymap(policymap_elem_t &pmap, uint8_t type,
 // Logs what failed for `pmap` when `status` is a failure, and returns the status.
 syserr_t report(syserr_t status, const char *what, const policymap_elem_t &pmap) {
     if (status != 0)
-        engine::log(qoscnv_engine, pass, "could not %s policy-map %s\n", what, pmap.name);
+        pass.log("could not %s policy-map %s\n", what, pmap.name);
     return status;
 }
 
 // A policy without queuing or unified-fabric actions keeps its actions.
 syserr_t rewrite_qos_policymap(const policymap_elem_t &pmap, headers_t &headers) {
-    engine::log(qoscnv_engine, pass,
-                "policy-map %s does not have actions of type queuing or type unified-fabric\n",
-                pmap.name);
+    pass.log("policy-map %s does not have actions of type queuing or type unified-fabric\n",
+             pmap.name);
     return report(qoscnv_alter_existing_type_qos_policymap(pmap, headers.existing),
                   "alter existing type qos", pmap);
 }

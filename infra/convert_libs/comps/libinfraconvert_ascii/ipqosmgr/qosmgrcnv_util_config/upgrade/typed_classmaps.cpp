@@ -5,25 +5,30 @@
 
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/typed_classmaps.h"
 
+#include "ipqosmgr/qosmgrcnv_util_config/language/ends.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/keywords.h"
+#include "ipqosmgr/qosmgrcnv_util_config/language/pass.h"
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
 
-#include <cerrno>
-#include <cstring>
 #include <unordered_set>
+
+using engine::length;
+using engine::nowhere;
+using engine::position;
 
 namespace {
 
-constexpr const char *pass = "qoscnv_create_qosgrp_classmap";
+constexpr qoscnv_pass_t pass{"qoscnv_create_qosgrp_classmap"};
 
-// Numbers by which those who read the logs know two messages.
+// Two messages begin with a number, by which those who read the logs tell them apart.
 constexpr int number_no_stanza = 526;
 constexpr int number_no_classmap = 618;
 
 enum type_t : size_t { qos, queuing, unified_fabric };
 constexpr const char *type_names[] = {"qos", "queuing", "unified-fabric"};
 
-position end_of_stanzas(const char *for_pass, type_t type, last_headers_t &headers) {
-    engine::log(qoscnv_engine, for_pass, "Finding end of type %s stanzas ...\n", type_names[type]);
+position end_of_stanzas(const qoscnv_pass_t &for_pass, type_t type, last_headers_t &headers) {
+    for_pass.log("Finding end of type %s stanzas ...\n", type_names[type]);
     return qoscnv_behind_last_stanza(headers.by_type, type);
 }
 
@@ -42,9 +47,8 @@ bool find_unwritten(const class_elem_t &cls, classmap_elem_t *&map) {
         map = record;
         if (!(map->type & cls.type))
             break;
-        engine::log(qoscnv_engine, pass,
-                    "class-map %s of type %d has already been written; skipping\n", map->name,
-                    cls.type);
+        pass.log("class-map %s of type %d has already been written; skipping\n", map->name,
+                 cls.type);
         skipped = true;
     }
     return !skipped;
@@ -59,9 +63,9 @@ classmap_elem_t *add_special_classmap(const char *name, place_t &place) {
     classmaps.append(map);
     const std::string line = std::string("class-map type qos ") + name + '\n';
     if (place.qos == nowhere)
-        return qoscnv_write(pass, place.point, line) ? map : nullptr;
+        return pass.write(place.point, line) ? map : nullptr;
     place.point += length(line);
-    return qoscnv_write(pass, place.qos, line) ? map : nullptr;
+    return pass.write(place.qos, line) ? map : nullptr;
 }
 
 std::string classmap_stanza(const class_elem_t &cls, uint8_t type, uint8_t group) {
@@ -74,29 +78,26 @@ std::string classmap_stanza(const class_elem_t &cls, uint8_t type, uint8_t group
 
 // Writes the class-map of `type` for `cls`, unless that is done. Returns false with a message.
 bool write_classmap(const class_elem_t &cls, uint8_t type, place_t &place) {
-    engine::log(qoscnv_engine, pass, "Finding type %d class %s ...\n", cls.type, cls.name);
+    pass.log("Finding type %d class %s ...\n", cls.type, cls.name);
     classmap_elem_t *map = nullptr;
     if (!find_unwritten(cls, map))
         return true;
-    const bool is_special = cls.name == class_ip_multicast || cls.name == class_all_flood;
-    if (!map && is_special)
+    if (!map && qoscnv_is_special_class(cls.name))
         map = add_special_classmap(cls.name, place);
     else if (!map)
-        engine::log(qoscnv_engine, pass,
-                    "%d: Could not find class-map for type %d name %s; aborting\n",
-                    number_no_classmap, type, cls.name);
+        pass.log("%d: Could not find class-map for type %d name %s; aborting\n", number_no_classmap,
+                 type, cls.name);
     if (!map)
         return false;
 
     uint8_t group = qos_group_unassigned;
     if (qoscnv_classmap_to_qosgrp(cls.name, &group) != 0) {
-        engine::log(qoscnv_engine, pass, "Could not find qos-group for %s; aborting\n", cls.name);
+        pass.log("Could not find qos-group for %s; aborting\n", cls.name);
         return false;
     }
-    engine::log(qoscnv_engine, pass, "Adding class-map of type %d, name %s, qos group %u\n", type,
-                cls.name, group);
+    pass.log("Adding class-map of type %d, name %s, qos group %u\n", type, cls.name, group);
     map->type |= cls.type;
-    return qoscnv_write(pass, place.point, classmap_stanza(cls, type, group));
+    return pass.write(place.point, classmap_stanza(cls, type, group));
 }
 
 using names_t = std::unordered_set<std::string_view>;
@@ -117,11 +118,8 @@ bool add_network_qos_class(policymap_elem_t &pmap, class_elem_t &cls, names_t &k
     if (!known.insert(cls.name).second)
         return true;
     class_elem_t *added = qoscnv_new_class(pass, cls.name);
-    if (!added) {
-        engine::log(qoscnv_engine, pass, "could not allocate memory for class: %s\n",
-                    strerror(errno));
-        return false;
-    }
+    if (!added)
+        return pass.no_memory_for("class");
     added->type = QOSCNV_TYPE_UF;
     pmap.classes.insert_after(&cls, added);
     return true;
@@ -140,12 +138,11 @@ position stanza_ends_t::insertion_point(uint8_t type) const {
     return queuing != nowhere ? queuing : qos;
 }
 
-stanza_ends_t qoscnv_find_stanza_ends(const char *for_pass, last_headers_t &headers) {
+stanza_ends_t qoscnv_find_stanza_ends(const qoscnv_pass_t &for_pass, last_headers_t &headers) {
     stanza_ends_t ends;
     ends.qos = end_of_stanzas(for_pass, qos, headers);
     if (ends.qos == nowhere)
-        engine::log(qoscnv_engine, for_pass, "Warning: Unexpected lack of type qos %ss; ignoring\n",
-                    headers.kind);
+        for_pass.log("Warning: Unexpected lack of type qos %ss; ignoring\n", headers.kind);
     ends.queuing = end_of_stanzas(for_pass, queuing, headers);
     // Written as network-qos by now, so this finds only what stood in the file.
     ends.unified_fabric = end_of_stanzas(for_pass, unified_fabric, headers);
@@ -154,16 +151,16 @@ stanza_ends_t qoscnv_find_stanza_ends(const char *for_pass, last_headers_t &head
 
 syserr_t qoscnv_create_qosgrp_classmap(policymap_elem_t &pmap, uint8_t type,
                                        last_headers_t &headers) {
-    qoscnv_log("Creating new class-maps of type %d for policy-map %s\n", type, pmap.name);
+    pass.log("Creating new class-maps of type %d for policy-map %s\n", type, pmap.name);
     if (type != QOSCNV_TYPE_QUEUING && type != QOSCNV_TYPE_UF) {
-        qoscnv_log("Unexpected type %u\n", type);
+        pass.log("Unexpected type %u\n", type);
         return engine::failure;
     }
     const stanza_ends_t ends = qoscnv_find_stanza_ends(pass, headers);
     place_t place = {ends.qos, ends.insertion_point(type)};
     if (place.point == nowhere) {
-        qoscnv_log("%d: Could not find class-maps for type %d name %s; aborting\n",
-                   number_no_stanza, type, pmap.name);
+        pass.log("%d: Could not find class-maps for type %d name %s; aborting\n", number_no_stanza,
+                 type, pmap.name);
         return 0;
     }
     names_t network_qos;

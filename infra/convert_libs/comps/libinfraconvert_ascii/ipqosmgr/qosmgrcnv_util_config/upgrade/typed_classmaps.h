@@ -1,6 +1,7 @@
 // Class-maps of type queuing and network-qos, and where new stanzas of a kind go.
 #pragma once
 
+#include "engine/watchers.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 
 #include <string>
@@ -18,14 +19,14 @@ struct last_headers_t {
 // Positions behind the last stanza of each type; nowhere for a type that has none, or when no
 // stanza follows.
 struct stanza_ends_t {
-    position qos, queuing, unified_fabric;
+    engine::position qos, queuing, unified_fabric;
 
     // Where new stanzas of `type` go; nowhere without any stanza to go behind.
-    position insertion_point(uint8_t type) const;
+    engine::position insertion_point(uint8_t type) const;
 };
 
 // Finds the ends of the stanzas for the pass `pass`.
-stanza_ends_t qoscnv_find_stanza_ends(const char *pass, last_headers_t &headers);
+stanza_ends_t qoscnv_find_stanza_ends(const qoscnv_pass_t &pass, last_headers_t &headers);
 
 // Writes a class-map of `type` for each class of `pmap` that has none yet, behind those of
 // `headers`. Adds a class of type network-qos to the policy's list for each class that has no
