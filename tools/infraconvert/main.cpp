@@ -12,6 +12,7 @@
 
 #include <cstdio>
 #include <map>
+#include <unistd.h>
 
 namespace infraconvert {
 namespace {
@@ -144,6 +145,9 @@ int main(int argc, char **argv) {
     infraconvert::handle_interruptions();
     try {
         return infraconvert::parse_and_run(argc, argv);
+    } catch (const infraconvert::interrupted_t &) { // the last who writes a file ends the command
+        for (;;)
+            pause();
     } catch (const std::exception &e) { // beyond the commands, such as without memory
         fprintf(stderr, "infraconvert: %s\n", e.what());
     }

@@ -64,8 +64,8 @@ void handle_interruptions() {
 
 void before_ending(void (*step)()) { last_step = step; }
 
-uninterrupted_t::uninterrupted_t() {
-    for (int count = holders;;) {
+uninterrupted_t::uninterrupted_t(bool really) : holds(really) {
+    for (int count = holders; holds;) {
         if (count == ending)
             pause();
         else if (holders.compare_exchange_weak(count, count + 1))
@@ -74,6 +74,8 @@ uninterrupted_t::uninterrupted_t() {
 }
 
 uninterrupted_t::~uninterrupted_t() {
+    if (!holds)
+        return;
     holders--;
     end_unless_held();
 }

@@ -11,14 +11,16 @@ void handle_interruptions();
 // is kept for good; there is room for one.
 void before_ending(void (*step)());
 
-// Thrown by last_call(); whoever holds the signals off ends the command when he lets go.
+// Thrown by last_call(); whoever holds the signals off ends the command when he lets go. It is no
+// std::exception, so that nobody takes it for a failure that he can tell of and go on.
 struct interrupted_t {};
 
-// While one lives, the signals wait. Several threads may hold them off at once: the last one to let
-// go ends the command when one came.
+// While one lives, the signals wait. Several may hold them off at once, also in one thread: the
+// last one to let go ends the command when one came.
 class uninterrupted_t {
   public:
-    uninterrupted_t();
+    // Holds nothing off unless `really`.
+    explicit uninterrupted_t(bool really = true);
     uninterrupted_t(const uninterrupted_t &) = delete;
     uninterrupted_t &operator=(const uninterrupted_t &) = delete;
     ~uninterrupted_t();
@@ -28,6 +30,9 @@ class uninterrupted_t {
     static void last_call();
     // What was done counts, and the exit status will tell it: no signal ends the command any more.
     static void committed();
+
+  private:
+    const bool holds;
 };
 
 } // namespace infraconvert

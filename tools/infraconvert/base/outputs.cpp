@@ -2,6 +2,7 @@
 
 #include "base/errors.h"
 #include "base/files.h"
+#include "base/interruption.h"
 #include "base/quoting.h"
 
 #include <cerrno>
@@ -67,7 +68,20 @@ bool is_regular(int descriptor) {
 
 } // namespace
 
+bool may_wait_for_a_reader(const std::string &path) {
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
+
+// `writing` outlives `file`: the command ends when what is beside the target is removed.
 void write_whole(const std::string &path, std::string_view bytes, engine::replace_rules_t rules) {
+    const uninterrupted_t writing(!may_wait_for_a_reader(path));
+    const auto last_look = std::move(rules.before_first_byte);
+    rules.before_first_byte = [&last_look] {
+        const bool allowed = !last_look || last_look();
+        uninterrupted_t::last_call();
+        return allowed;
+    };
     engine::replace_file_t file(std::move(rules));
     if (file.begin(path.c_str()) && file.write(bytes) && file.commit())
         return;

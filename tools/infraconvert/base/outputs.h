@@ -16,8 +16,13 @@
 
 namespace infraconvert {
 
+// True for what is no file, such as a pipe: whoever writes it may have to wait, for ever perhaps,
+// and must be open to signals.
+bool may_wait_for_a_reader(const std::string &path);
+
 // Replaces the contents of `path`, or makes it. Throws usage_error when there can be no such file,
-// run_error when it cannot be written; both name it.
+// run_error when it cannot be written; both name it. Signals wait meanwhile: one that came before
+// the first byte of the commit leaves the file as it was, by interrupted_t.
 void write_whole(const std::string &path, std::string_view bytes, engine::replace_rules_t rules);
 
 class outputs_t {

@@ -1,8 +1,10 @@
 // convert: the conversion that preview shows, applied. All or nothing.
 
 #include "base/errors.h"
+#include "base/interruption.h"
 #include "base/locked_file.h"
 #include "base/messages.h"
+#include "base/outputs.h"
 #include "base/quoting.h"
 #include "commands/backup.h"
 #include "commands/common.h"
@@ -116,16 +118,24 @@ void convert_in_place(const task_t &task, const converted_t &conversion) {
     write_whole(task.job.file, *conversion.result, {.before_first_byte = commit});
 }
 
+// Once the file is written the exit status tells so, whatever signal comes.
+void write_file(const task_t &task, const converted_t &conversion) {
+    const uninterrupted_t writing(!may_wait_for_a_reader(task.destination));
+    if (task.in_place())
+        convert_in_place(task, conversion);
+    else
+        task.job.outputs->write(task.destination, *conversion.result);
+    uninterrupted_t::committed();
+}
+
 // Writes the result where it belongs. Returns false when there was nothing to write.
 bool write_result(const task_t &task, const converted_t &conversion) {
     if (task.in_place() && !conversion.changes())
         return false;
     if (task.destination == standard_stream)
         write_output(*conversion.result);
-    else if (task.in_place())
-        convert_in_place(task, conversion);
     else
-        task.job.outputs->write(task.destination, *conversion.result);
+        write_file(task, conversion);
     return true;
 }
 

@@ -1,0 +1,191 @@
+// Signals at every system call of a conversion: it happens and the exit status says so, or it
+// leaves nothing behind and ends by the signal.
+//
+// Takes every few of the calls, unless the environment has INFRACONVERT_EVERY_SIGNAL.
+
+#include "infraconvert/workspace.h"
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <functional>
+#include <gtest/gtest.h>
+#include <map>
+#include <sys/ptrace.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+using call_t = __ptrace_syscall_info;
+
+const std::string original = "npiv enable\nvlan 1\n";
+const std::string converted = "feature npiv\nvlan 1\n";
+constexpr int signals[] = {SIGTERM, SIGINT, SIGHUP};
+constexpr int exit_could_not_start = 126;
+
+// The command in a folder of its own, which also is where its private copies go.
+class interrupted_test : public ::testing::Test {
+  protected:
+    interrupted_test() {
+        std::string name =
+            fs::path(fs::exists("/dev/shm") ? "/dev/shm" : fs::temp_directory_path()) /
+            "infraconvert-test-XXXXXX";
+        room = mkdtemp(name.data());
+    }
+    ~interrupted_test() override { fs::remove_all(room); }
+
+    // Sends the signal at the first call that is `chosen`. Returns the status as wait() gives it.
+    int run(const std::function<bool(const call_t &)> &chosen, int signal) {
+        here.write("switch.cfg", original);
+        fs::remove(here.path("switch.cfg.bak"));
+        const pid_t command = start();
+        int status = 0;
+        waitpid(command, &status, 0); // in front of its first instruction
+        ptrace(PTRACE_SETOPTIONS, command, 0, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+        while (WIFSTOPPED(status)) {
+            call_t call = {};
+            ptrace(PTRACE_GET_SYSCALL_INFO, command, sizeof call, &call);
+            if (call.op == PTRACE_SYSCALL_INFO_ENTRY && chosen(call)) {
+                kill(command, signal);
+                ptrace(PTRACE_DETACH, command, 0, 0);
+            } else {
+                const int stop =
+                    WSTOPSIG(status); // at a call, at the start, or a signal of its own
+                const bool is_signal = stop != SIGTRAP && stop != (SIGTRAP | 0x80);
+                ptrace(PTRACE_SYSCALL, command, 0, is_signal ? stop : 0);
+            }
+            waitpid(command, &status, 0);
+        }
+        return status;
+    }
+
+    // How many calls there are when nothing interrupts.
+    int count_calls() {
+        int calls = 0;
+        EXPECT_EQ(run([&](const call_t &) { return ++calls < 0; }, 0), 0);
+        EXPECT_EQ(here.read("switch.cfg"), converted);
+        return calls;
+    }
+
+    // "converted", "ended", or what is wrong.
+    std::string outcome(int status, int signal) const {
+        const std::string file = here.read("switch.cfg");
+        if (WIFEXITED(status) && WEXITSTATUS(status) == 0 && file == converted && is_empty(room))
+            return "converted";
+        if (!WIFSIGNALED(status) || WTERMSIG(status) != signal)
+            return "wait status " + std::to_string(status) + " with " + file;
+        if (file != original)
+            return "ended, but " + file;
+        for (const std::string &name : here.names()) {
+            if (name != "switch.cfg" && name != "switch.cfg.bak")
+                return name + " is left";
+        }
+        if (here.has("switch.cfg.bak") && here.read("switch.cfg.bak") != original)
+            return "half of a backup";
+        return is_empty(room) ? "ended" : "private copies are left";
+    }
+
+    support::workspace_t here;
+    std::vector<std::string> arguments = {"convert",     "--from",   "4.1(2)",    "--to",
+                                          "4.1(3)K2(1)", "--backup", "switch.cfg"};
+    int input = -1;       // standard input, or none
+    bool ignores = false; // the signals
+
+  private:
+    pid_t start() const {
+        const pid_t child = fork();
+        if (child != 0)
+            return child;
+        for (const int signal : signals)
+            ::signal(signal, ignores ? SIG_IGN : SIG_DFL);
+        const int nothing = open("/dev/null", O_RDWR);
+        dup2(input < 0 ? nothing : input, STDIN_FILENO);
+        dup2(nothing, STDOUT_FILENO);
+        dup2(nothing, STDERR_FILENO);
+        setenv("TMPDIR", room.c_str(), 1);
+        setenv("ASAN_OPTIONS", "detect_leaks=0", 1); // which is refused to a process that is traced
+        std::string command = support::command_path();
+        std::vector<char *> words = {command.data()};
+        for (const std::string &argument : arguments)
+            words.push_back(const_cast<char *>(argument.c_str()));
+        words.push_back(nullptr);
+        if (chdir(here.path("").c_str()) == 0 && ptrace(PTRACE_TRACEME, 0, 0, 0) == 0)
+            execv(words[0], words.data());
+        _exit(exit_could_not_start);
+    }
+
+    // On a busy machine the program that holds the copies may end after the command.
+    static bool is_empty(const fs::path &directory) {
+        using namespace std::chrono_literals;
+        for (int i = 0; i < 1000 && !fs::is_empty(directory); i++)
+            std::this_thread::sleep_for(10ms);
+        return fs::is_empty(directory);
+    }
+
+    fs::path room;
+};
+
+bool is_rename(const call_t &call) {
+    return call.entry.nr == SYS_renameat || call.entry.nr == SYS_renameat2;
+}
+
+// The first rename makes the backup; a signal that comes directly before the second is too late.
+TEST_F(interrupted_test, leaves_all_or_nothing_at_every_system_call) {
+    const bool all = getenv("INFRACONVERT_EVERY_SIGNAL") != nullptr;
+    const int calls = count_calls();
+    std::map<std::string, int> outcomes;
+    for (int at = 1, turn = 0; at <= calls; at += all ? 1 : 5, turn++) {
+        for (int i = 0; i < (all ? 3 : 1); i++) {
+            const int signal = signals[(turn + i) % 3];
+            int reached = 0, renames = 0;
+            const int status = run(
+                [&](const call_t &call) {
+                    renames += is_rename(call);
+                    return ++reached == at;
+                },
+                signal);
+            const std::string became = outcome(status, signal);
+            outcomes[became]++;
+            EXPECT_EQ(became, renames < 2 ? "ended" : "converted")
+                << "signal " << signal << " at call " << at << " of " << calls;
+        }
+    }
+    EXPECT_GT(outcomes["ended"], 10);
+    EXPECT_GT(outcomes["converted"], 0);
+    RecordProperty("system_calls", calls);
+    RecordProperty("ended", outcomes["ended"]);
+    RecordProperty("converted", outcomes["converted"]);
+}
+
+TEST_F(interrupted_test, ends_while_it_reads_standard_input) {
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    input = ends[0];
+    arguments.back() = "-";
+    std::erase(arguments, "--backup");
+    const auto reads_input = [](const call_t &call) {
+        return call.entry.nr == SYS_read && call.entry.args[0] == STDIN_FILENO;
+    };
+    for (const int signal : signals)
+        EXPECT_EQ(outcome(run(reads_input, signal), signal), "ended") << signal;
+    close(ends[0]);
+    close(ends[1]);
+}
+
+TEST_F(interrupted_test, goes_on_where_signals_are_ignored) {
+    ignores = true;
+    const int calls = count_calls();
+    for (int at = 1; at <= calls; at += calls / 12) {
+        int reached = 0;
+        const int signal = signals[at % 3];
+        const int status = run([&](const call_t &) { return ++reached == at; }, signal);
+        EXPECT_EQ(outcome(status, signal), "converted") << at;
+    }
+}
+
+} // namespace
