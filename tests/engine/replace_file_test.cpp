@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
 #include <set>
 #include <sys/stat.h>
@@ -154,6 +155,45 @@ TEST(replace_file, may_be_called_off_up_to_the_first_byte) {
         }
         EXPECT_EQ(support::read_file(file), "old");
         EXPECT_EQ(std::distance(fs::directory_iterator(place.path()), {}), has_second_link ? 2 : 1);
+    }
+}
+
+// What somebody does to the target between the last look at it and its replacement.
+TEST(replace_file, what_is_not_expected_is_put_back) {
+    const struct {
+        const char *name;
+        std::function<void(const std::string &file)> edit;
+        bool is_put_back;
+    } rows[] = {
+        {"nothing", [](const std::string &) {}, false},
+        {"written", [](const std::string &file) { support::write_file(file, "edited"); }, true},
+        {"replaced",
+         [](const std::string &file) {
+             support::write_file(file + "~", "edited");
+             fs::rename(file + "~", file);
+         },
+         true},
+    };
+    for (const auto &row : rows) {
+        const support::temporary_directory place;
+        const std::string file = place.path() + "/a.cfg";
+        support::write_file(file, "old");
+        const auto edit = [&] {
+            row.edit(file);
+            return true;
+        };
+        const auto is_old = [](int replaced) {
+            char text[16];
+            return pread(replaced, text, sizeof text, 0) == 3;
+        };
+        {
+            engine::replace_file_t replacement({.before_first_byte = edit, .is_expected = is_old});
+            ASSERT_TRUE(replacement.begin(file.c_str()) && replacement.write("new"));
+            EXPECT_EQ(replacement.commit(), !row.is_put_back) << row.name;
+            EXPECT_TRUE(!row.is_put_back || errno == ESTALE) << row.name;
+        }
+        EXPECT_EQ(support::read_file(file), row.is_put_back ? "edited" : "new") << row.name;
+        EXPECT_EQ(std::distance(fs::directory_iterator(place.path()), {}), 1) << row.name;
     }
 }
 

@@ -17,11 +17,11 @@ bool is_same_time(const timespec &one, const timespec &other) {
     return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
 }
 
-// The time of the last change tells of other rights too.
-bool is_untouched(const struct stat &before, const struct stat &now) {
+bool is_same(const struct stat &before, const struct stat &now) {
     return before.st_dev == now.st_dev && before.st_ino == now.st_ino &&
            before.st_size == now.st_size && is_same_time(before.st_mtim, now.st_mtim) &&
-           is_same_time(before.st_ctim, now.st_ctim);
+           before.st_mode == now.st_mode && before.st_uid == now.st_uid &&
+           before.st_gid == now.st_gid;
 }
 
 } // namespace
@@ -51,12 +51,19 @@ void locked_file_t::look_again(std::string_view expected) const {
     struct stat now;
     if (!S_ISREG(status.st_mode))
         return;
-    const bool untouched = stat(path.c_str(), &now) == 0 && is_untouched(status, now);
-    // An edit within one tick of the clock leaves the times as they were.
-    if (!untouched || lseek(opened.descriptor(), 0, SEEK_SET) != 0 ||
-        !holds(opened.descriptor(), expected))
+    // The time of the last change tells of an access list too.
+    const bool untouched = stat(path.c_str(), &now) == 0 && is_same(status, now) &&
+                           is_same_time(status.st_ctim, now.st_ctim);
+    if (!untouched || !is(opened.descriptor(), expected))
         throw run_error(quoted_name(path) +
                         " has changed during the conversion; nothing is written");
+}
+
+// An edit within one tick of the clock leaves the times as they were.
+bool locked_file_t::is(int replaced, std::string_view expected) const {
+    struct stat now;
+    return fstat(replaced, &now) == 0 && is_same(status, now) &&
+           lseek(replaced, 0, SEEK_SET) == 0 && holds(replaced, expected);
 }
 
 } // namespace infraconvert

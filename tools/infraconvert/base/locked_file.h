@@ -20,6 +20,9 @@ class locked_file_t {
     // and the file holds these bytes.
     void look_again(std::string_view expected) const;
 
+    // True when `replaced` is this very file, also by another name now, and holds these bytes.
+    bool is(int replaced, std::string_view expected) const;
+
     int descriptor() const { return opened.descriptor(); }
 
   private:

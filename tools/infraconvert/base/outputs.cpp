@@ -86,6 +86,8 @@ void write_whole(const std::string &path, std::string_view bytes, engine::replac
     if (file.begin(path.c_str()) && file.write(bytes) && file.commit())
         return;
     const int error = errno;
+    if (error == ESTALE)
+        throw run_error(quoted_name(path) + " was changed by somebody else; it stays so");
     const std::string message = "cannot write " + quoted_name(path) + ": " + strerror(error);
     if (is_no_such_file(error))
         throw usage_error(message);

@@ -115,7 +115,11 @@ void convert_in_place(const task_t &task, const converted_t &conversion) {
         signal(SIGPIPE, SIG_IGN);
         return true;
     };
-    write_whole(task.job.file, *conversion.result, {.before_first_byte = commit});
+    const auto is_expected = [&](int replaced) {
+        return task.lock->is(replaced, *conversion.original);
+    };
+    write_whole(task.job.file, *conversion.result,
+                {.before_first_byte = commit, .is_expected = is_expected});
 }
 
 // Once the file is written the exit status tells so, whatever signal comes.

@@ -36,6 +36,10 @@ bool rename_to_new(int directory, const char *from, const char *to) {
            unlinkat(directory, from, 0) == 0;
 }
 
+bool exchange_names(int directory, const char *one, const char *other) {
+    return renameat2(directory, one, directory, other, RENAME_EXCHANGE) == 0;
+}
+
 } // namespace
 
 replace_file_t::~replace_file_t() {
@@ -278,9 +282,24 @@ bool replace_file_t::finish_in_place() {
     return true;
 }
 
+// The target has the new contents, and the name beside it the old ones.
+bool replace_file_t::keep_if_expected() {
+    const int in = directory.descriptor();
+    const std::string old_name = std::exchange(beside_name, {}); // not to be removed unseen
+    const file_t old = open_at(in, old_name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+    const bool expected = old.is_open() && rules.is_expected(old.descriptor());
+    if (expected || exchange_names(in, old_name.c_str(), target_name.c_str()))
+        beside_name = old_name;
+    give_up_beside();
+    errno = ESTALE;
+    return expected;
+}
+
 bool replace_file_t::rename_over_target() {
     const int in = directory.descriptor();
     const char *from = beside_name.c_str(), *to = target_name.c_str();
+    if (target.is_open() && rules.is_expected && exchange_names(in, from, to))
+        return keep_if_expected();
     if (target.is_open() ? renameat(in, from, in, to) != 0 : !rename_to_new(in, from, to))
         return false;
     beside_name.clear();

@@ -56,6 +56,11 @@ struct replace_rules_t {
     // it was: the rename, or the first write in place. Returns false, with errno, to cancel. May be
     // called again, where the rename is refused and the target is then written in place; may throw.
     std::function<bool()> before_first_byte = {};
+    // Asked about the file that was replaced, once the target's name is the new one's: whether it
+    // is what the new contents were made from. When not, the two are exchanged again, and the
+    // commit fails with ESTALE. Not asked where a file system cannot exchange two files, nor of a
+    // target that is written in place.
+    std::function<bool(int replaced)> is_expected = {};
 };
 
 class replace_file_t {
@@ -96,6 +101,7 @@ class replace_file_t {
     bool finish_in_place();
     void put_old_contents_back() const;
     bool rename_over_target();
+    bool keep_if_expected();
 
     const replace_rules_t rules = {};
     file_t target;           // open for writing; not open: it does not exist
