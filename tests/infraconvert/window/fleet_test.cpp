@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -55,6 +57,53 @@ TEST(fleet, looks_at_a_fleet_whatever_one_of_it_is_like) {
                              "lost.cfg: changed, 1 error"})
         EXPECT_TRUE(contains(worst.out, told)) << told << '\n' << worst.out;
     EXPECT_EQ(run({}).status, 2);
+}
+
+// What cannot be looked at is one result among the others.
+TEST(fleet, goes_on_past_folders_and_links_that_lead_nowhere) {
+    workspace_t here;
+    if (!here.can_drop_rights())
+        GTEST_SKIP() << "the command is out of reach without root's rights";
+    here.write("fleet/a.cfg", "npiv enable\n");
+    here.write("fleet/closed/b.cfg", "npiv enable\n");
+    here.write("fleet/listed/c.cfg", "npiv enable\n");
+    here.write("fleet/z.cfg", "npiv enable\n");
+    std::filesystem::create_symlink("loop", here.path("fleet/loop"));
+    std::filesystem::create_symlink("gone", here.path("fleet/nowhere"));
+    std::filesystem::create_symlink("..", here.path("fleet/up"));
+    here.unprivileged = geteuid() == 0;
+    const arguments_t command = {"audit", "--from", "4.1(2)", "--to", "4.1(3)K2(1)", "fleet"};
+    here.run({"--version"}); // gives the files away
+    chmod(here.path("fleet/closed").c_str(), 0);
+    chmod(here.path("fleet/listed").c_str(), 0444);
+    const auto result = here.run(command);
+    chmod(here.path("fleet/closed").c_str(), 0755);
+    chmod(here.path("fleet/listed").c_str(), 0755);
+    EXPECT_EQ(result.status, 5) << result.err;
+    for (const char *told :
+         {"fleet/a.cfg: changed", "fleet/closed: unusable, fleet/closed: Permission denied",
+          "fleet/listed/c.cfg: unusable, fleet/listed/c.cfg: Permission denied",
+          "fleet/loop: unusable, fleet/loop: Too many levels of symbolic links",
+          "fleet/nowhere: unusable, fleet/nowhere: No such file or directory",
+          "fleet/z.cfg: changed"})
+        EXPECT_TRUE(contains(result.out, told)) << told << '\n' << result.out;
+    EXPECT_TRUE(contains(result.err, "6 configurations")) << result.err;
+}
+
+// A stack that is larger than all memory it may have is refused to every thread but the first.
+TEST(fleet, needs_no_thread_but_its_own) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizer needs more memory than may be had here";
+#endif
+    const workspace_t here;
+    for (const char *name : {"a.cfg", "b.cfg", "c.cfg"})
+        here.write(name, "npiv enable\n");
+    const auto result = here.run_program(
+        {"sh", "-c",
+         "ulimit -s 16000000; ulimit -v 8000000; exec " + support::command_path() +
+             " audit --from '4.1(2)' --to '4.1(3)K2(1)' --jobs 3 a.cfg b.cfg c.cfg"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_TRUE(contains(result.out, "c.cfg: changed")) << result.out;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "base/files.h"
 
 #include "base/errors.h"
+#include "base/quoting.h"
 #include "engine/file.h"
 
 #include <algorithm>
@@ -16,7 +17,9 @@ namespace infraconvert {
 
 namespace {
 
-std::string system_error(const std::string &path) { return path + ": " + strerror(errno); }
+std::string system_error(const std::string &path) {
+    return quoted_name(path) + ": " + strerror(errno);
+}
 
 std::string read_descriptor(int descriptor, const std::string &name) {
     std::string bytes;
@@ -41,12 +44,12 @@ std::string place(const std::string &text, size_t at) {
 void refuse_unconvertible(const std::string &name, const std::string &text) {
     using namespace std::literals;
     if (text.empty())
-        throw input_error(name + ": the configuration is empty");
+        throw input_error(quoted_name(name) + ": the configuration is empty");
     const size_t at = text.find_first_of("\0\xFF"sv);
     if (at == text.npos)
         return;
     const char *byte = text[at] == '\0' ? "a zero byte" : "a byte 0xFF";
-    throw input_error(name + ": " + byte + " at " + place(text, at) +
+    throw input_error(quoted_name(name) + ": " + byte + " at " + place(text, at) +
                       "; the converters would not see, or would lose, what stands behind it");
 }
 

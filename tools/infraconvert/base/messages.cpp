@@ -1,6 +1,7 @@
 #include "base/messages.h"
 
 #include "base/errors.h"
+#include "base/quoting.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -12,7 +13,9 @@ namespace infraconvert {
 
 void message(std::string_view text) { message_lines("infraconvert: " + std::string(text) + '\n'); }
 
-void message_lines(std::string_view lines) { fwrite(lines.data(), 1, lines.size(), stderr); }
+void message_lines(std::string_view lines) { draw(visible(lines)); }
+
+void draw(std::string_view bytes) { fwrite(bytes.data(), 1, bytes.size(), stderr); }
 
 void write_output(std::string_view data) {
     if (fwrite(data.data(), 1, data.size(), stdout) != data.size() || fflush(stdout) != 0)
@@ -23,13 +26,14 @@ void try_output(std::string_view data) try { write_output(data); } catch (const 
     message(e.what());
 }
 
+bool is_terminal() { return isatty(STDOUT_FILENO); }
+
 bool wants_color(const std::string &mode) {
     if (mode != "auto")
         return mode == "always";
     const char *refused = getenv("NO_COLOR");
     const char *terminal = getenv("TERM");
-    return (!refused || !*refused) && !(terminal && strcmp(terminal, "dumb") == 0) &&
-           isatty(STDOUT_FILENO);
+    return (!refused || !*refused) && !(terminal && strcmp(terminal, "dumb") == 0) && is_terminal();
 }
 
 std::string wrapped(std::string_view text, size_t indent, size_t width) {

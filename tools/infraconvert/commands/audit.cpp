@@ -81,9 +81,9 @@ fleet_t fleet_of(const audit_options_t &options) {
         fleet.progress = [total = fleet.files.size()](size_t done) {
             constexpr size_t width = 40;
             const size_t filled = done * width / total;
-            message_lines("\r[" + std::string(filled, '#') + std::string(width - filled, '.') +
-                          "] " + std::to_string(done) + '/' + std::to_string(total) +
-                          (done == total ? "\r\x1b[K" : ""));
+            draw("\r[" + std::string(filled, '#') + std::string(width - filled, '.') + "] " +
+                 std::to_string(done) + '/' + std::to_string(total) +
+                 (done == total ? "\r\x1b[K" : ""));
         };
     return fleet;
 }

@@ -3,6 +3,7 @@
 #include "audit/fixes.h"
 #include "base/errors.h"
 #include "base/messages.h"
+#include "base/quoting.h"
 
 namespace infraconvert {
 
@@ -122,8 +123,10 @@ converted_t run_job(const job_t &job) {
     return conversion;
 }
 
-std::string shown_name(const std::string &file) {
+std::string plain_name(const std::string &file) {
     return file == standard_stream ? "standard input" : file;
 }
+
+std::string shown_name(const std::string &file) { return quoted_name(plain_name(file)); }
 
 } // namespace infraconvert

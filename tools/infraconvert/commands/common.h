@@ -52,7 +52,8 @@ converted_t run_job(const job_t &job);
 // The codes that "--mend" names: none for "all". Throws usage_error for one that does not exist.
 std::set<std::string> codes_to_mend(const std::string &mend);
 
-// Name of the configuration in messages.
+// Name of the configuration: as it is, and quoted for messages.
+std::string plain_name(const std::string &file);
 std::string shown_name(const std::string &file);
 
 } // namespace infraconvert

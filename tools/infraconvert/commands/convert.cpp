@@ -182,7 +182,7 @@ int run(const convert_options_t &options) {
             (usable && !refused.empty() ? refusal(refused)
                                         : outcome(task, conversion, usable, written)));
     if (options.json)
-        try_output(convert_json(name, {conversion, shown}, findings,
+        try_output(convert_json(plain_name(task.job.file), {conversion, shown}, findings,
                                 written ? task.destination : "", written ? task.backup : ""));
     if (conversion.failed())
         return exit_failed;

@@ -34,7 +34,8 @@ struct preview_options_t : job_options_t {
 // does not take it for a part of the file's name.
 std::string label(const preview_options_t &options, size_t number, const std::string &file,
                   const std::string &state) {
-    return number < options.labels.size() ? options.labels[number] : file + '\t' + state;
+    return number < options.labels.size() ? options.labels[number]
+                                          : quoted_name(file) + '\t' + state;
 }
 
 struct view_t {
@@ -49,6 +50,7 @@ std::string diff_of(const preview_options_t &options, const view_t &view, bool m
                         .after_label = label(options, 1, view.file, view.after_state),
                         .context = options.context,
                         .color = may_color && wants_color(options.color),
+                        .visible = may_color && is_terminal(),
                         .annotation = {},
                         .margin = 0};
     if (options.explain && may_color) {
@@ -103,8 +105,11 @@ int preview(const preview_options_t &options, const job_t &job) {
     const std::string name = shown_name(job.file);
     const view_t view = {shown, job.file, conversion.releases.to};
     if (options.json)
-        write_output(
-            preview_json({name, diff_of(options, view, false), {conversion, shown}, findings, {}}));
+        write_output(preview_json({plain_name(job.file),
+                                   diff_of(options, view, false),
+                                   {conversion, shown},
+                                   findings,
+                                   {}}));
     else
         write_output(diff_of(options, view, true) + (options.explain ? legend(conversion) : ""));
     tell_summary(name, shown);
@@ -141,8 +146,10 @@ int rollback(const preview_options_t &options, job_t job) {
     tell_summary(name, forward_shown);
     if (forward.failed() && !options.keep_going) {
         tell_outcome(name, forward, false);
-        write_output(options.json ? preview_json({name, "", {forward, forward_shown}, {}, {}})
-                                  : "");
+        write_output(
+            options.json
+                ? preview_json({plain_name(job.file), "", {forward, forward_shown}, {}, {}})
+                : "");
         return exit_failed;
     }
     job.request.text = forward.result;
@@ -163,7 +170,7 @@ int rollback(const preview_options_t &options, job_t job) {
     way_back_t way = judge_way_back(*exact.original, *exact.result, {from, to, from});
     if (options.mask)
         mask_findings(way.findings, exact);
-    write_output(options.json ? preview_json({name,
+    write_output(options.json ? preview_json({plain_name(job.file),
                                               diff,
                                               {forward, forward_shown},
                                               way.findings,
@@ -178,6 +185,10 @@ int rollback(const preview_options_t &options, job_t job) {
 int run(const preview_options_t &options) {
     if (options.labels.size() > 2)
         throw usage_error("--label may be given twice at most");
+    for (const std::string &name : options.labels) {
+        if (name.find_first_of("\n\r") != name.npos)
+            throw usage_error("--label: a name of one line is needed");
+    }
     if (options.rollback && (options.explain || !options.save_plan.empty()))
         throw usage_error("--rollback goes neither with --explain nor with --save-plan");
     const job_t job = read_job(options);

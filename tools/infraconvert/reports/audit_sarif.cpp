@@ -99,9 +99,9 @@ std::string audit_sarif(const fleet_summary_t &summary) {
         {"invocations", json::array({{{"executionSuccessful", notifications.empty()},
                                       {"toolExecutionNotifications", notifications}}})},
         {"results", found}};
-    return printed({{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
-                    {"version", "2.1.0"},
-                    {"runs", json::array({run})}});
+    return printed_as_is({{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
+                          {"version", "2.1.0"},
+                          {"runs", json::array({run})}});
 }
 
 } // namespace infraconvert

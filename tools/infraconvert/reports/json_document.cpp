@@ -1,5 +1,7 @@
 #include "reports/json_document.h"
 
+#include "base/exact_text.h"
+
 namespace infraconvert {
 
 namespace {
@@ -13,8 +15,13 @@ nlohmann::ordered_json document_of(const char *command) {
 }
 
 // A configuration may hold bytes that are no UTF-8; they show as replacement characters.
-std::string printed(const nlohmann::ordered_json &document) {
+std::string printed_as_is(const nlohmann::ordered_json &document) {
     return document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
+}
+
+std::string printed(nlohmann::ordered_json document) {
+    add_exact_bytes(document);
+    return printed_as_is(document);
 }
 
 } // namespace infraconvert

@@ -8,6 +8,9 @@
 namespace infraconvert {
 
 nlohmann::ordered_json document_of(const char *command);
-std::string printed(const nlohmann::ordered_json &document);
+// A text that holds bytes which are no UTF-8 gets them beside it, under its key and "_base64".
+std::string printed(nlohmann::ordered_json document);
+// The same without: for a document whose keys are somebody else's.
+std::string printed_as_is(const nlohmann::ordered_json &document);
 
 } // namespace infraconvert

@@ -1,6 +1,7 @@
 #include "reports/unified.h"
 
 #include "base/messages.h"
+#include "base/quoting.h"
 
 #include <algorithm>
 
@@ -94,7 +95,7 @@ class writer_t {
             text += column(margin.substr(0, format.margin), format.margin + 1);
         const bool colored = format.color && *color;
         text += colored ? color : "";
-        text += content;
+        text += format.visible ? visible(content) : content;
         text += colored ? reset : "";
         text += complete ? "\n" : "\n\\ No newline at end of file\n";
     }

@@ -12,6 +12,7 @@ struct unified_t {
     std::string before_label, after_label;
     size_t context = 3; // unchanged lines around each change
     bool color = false;
+    bool visible = false; // control bytes of the lines
     // Text for the margin left of a changed line, cut or padded to `margin` characters. Without a
     // margin the diff is as patch takes it.
     std::function<std::string(const script_line_t &)> annotation;

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 
 namespace infraconvert {
@@ -80,8 +81,12 @@ class crew_t {
     void run() {
         {
             std::vector<std::jthread> threads;
-            for (size_t i = 0; i < std::min(fleet.jobs, results.size()); i++)
-                threads.emplace_back([this] { work(); });
+            try {
+                while (threads.size() + 1 < std::min(fleet.jobs, results.size()))
+                    threads.emplace_back([this] { work(); });
+            } catch (const std::system_error &) { // no more of them: the others do it all
+            }
+            work();
         }
         if (trouble)
             std::rethrow_exception(trouble);
@@ -112,16 +117,30 @@ class crew_t {
 
 bool is_hidden(const fs::path &path) { return path.filename().string().starts_with("."); }
 
-void append_files_below(const fs::path &directory, std::vector<std::string> &files) {
-    const size_t first = files.size();
-    auto entries = fs::recursive_directory_iterator(directory);
-    for (auto entry = begin(entries); entry != end(entries); ++entry) {
-        if (is_hidden(entry->path()))
-            entry.disable_recursion_pending();
-        else if (entry->is_regular_file())
-            files.push_back(entry->path());
+// All but devices, pipes and sockets: with the last three the reading tells what is wrong.
+constexpr fs::file_type looked_at[] = {fs::file_type::regular, fs::file_type::not_found,
+                                       fs::file_type::unknown, fs::file_type::none};
+
+// What cannot be looked into or behind is taken for a configuration: reading it tells why not.
+// Links to folders are not followed, so that no file comes twice.
+void append_files_below(const fs::path &folder, std::vector<std::string> &files) {
+    std::error_code error;
+    std::vector<fs::path> entries;
+    for (auto entry = fs::directory_iterator(folder, error); !error && entry != end(entry);
+         entry.increment(error))
+        entries.push_back(entry->path());
+    if (error)
+        files.push_back(folder);
+    for (const fs::path &entry : entries) {
+        if (is_hidden(entry))
+            continue;
+        const bool is_folder = fs::is_directory(fs::symlink_status(entry, error));
+        const fs::file_type type = fs::status(entry, error).type();
+        if (is_folder)
+            append_files_below(entry, files);
+        else if (std::count(std::begin(looked_at), std::end(looked_at), type) > 0)
+            files.push_back(entry);
     }
-    std::sort(files.begin() + static_cast<std::ptrdiff_t>(first), files.end());
 }
 
 } // namespace
@@ -148,15 +167,13 @@ std::vector<std::string> configuration_files(const std::vector<std::string> &pat
         std::error_code ignored;
         const bool all_below = fs::is_directory(path, ignored) &&
                                !fs::exists(fs::path(path) / configuration_in_directory, ignored);
-        if (all_below) {
-            try {
-                append_files_below(path, files);
-            } catch (const fs::filesystem_error &e) {
-                throw usage_error(path + ": " + e.code().message());
-            }
-        } else {
+        if (!all_below) {
             files.push_back(configuration_file(path));
+            continue;
         }
+        const auto first = static_cast<std::ptrdiff_t>(files.size());
+        append_files_below(path, files);
+        std::sort(files.begin() + first, files.end());
     }
     return files;
 }

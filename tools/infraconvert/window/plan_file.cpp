@@ -2,6 +2,7 @@
 
 #include "base/digest.h"
 #include "base/errors.h"
+#include "base/exact_text.h"
 
 #include <nlohmann/json.hpp>
 
@@ -21,7 +22,7 @@ plan_t plan_from(const json &document) {
             .services = document.at("services"),
             .keep_going = document.at("keep_going"),
             .mend = document.value("mend", ""),
-            .path = document.at("path"),
+            .path = exact_bytes(document, "path"),
             .input_digest = document.at("input_sha256"),
             .result_digest = document.at("result_sha256")};
 }
@@ -43,23 +44,24 @@ plan_t plan_of(const converted_t &conversion, const std::string &file, bool keep
 }
 
 std::string plan_text(const plan_t &plan) {
-    const json document = {{"kind", kind},
-                           {"format_version", version},
-                           {"from", plan.releases.from},
-                           {"to", plan.releases.to},
-                           {"services", plan.services},
-                           {"keep_going", plan.keep_going},
-                           {"mend", plan.mend},
-                           {"path", plan.path},
-                           {"input_sha256", plan.input_digest},
-                           {"result_sha256", plan.result_digest}};
-    return document.dump(2) + '\n';
+    json document = {{"kind", kind},
+                     {"format_version", version},
+                     {"from", plan.releases.from},
+                     {"to", plan.releases.to},
+                     {"services", plan.services},
+                     {"keep_going", plan.keep_going},
+                     {"mend", plan.mend},
+                     {"path", plan.path},
+                     {"input_sha256", plan.input_digest},
+                     {"result_sha256", plan.result_digest}};
+    add_exact_bytes(document);
+    return document.dump(2, ' ', false, json::error_handler_t::replace) + '\n';
 }
 
 plan_t read_plan(const std::string &plan_file) try {
     return plan_from(json::parse(read_file(plan_file)));
 } catch (const json::exception &) {
-    throw input_error(plan_file + ": not a plan of infraconvert preview --save-plan");
+    throw input_error(quoted_name(plan_file) + ": not a plan of infraconvert preview --save-plan");
 }
 
 void check_input(const plan_t &plan, const std::string &text) {
