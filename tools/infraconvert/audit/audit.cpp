@@ -118,7 +118,7 @@ std::vector<finding_t> judge(const std::string &original, const std::string &res
                              const std::vector<std::string> &route) {
     std::vector<finding_t> findings;
     append(findings, {original, result}, compared(original, result, route));
-    return findings;
+    return in_order(findings);
 }
 
 std::vector<finding_t> judge_form_of(const std::string &text, const std::string &release) {

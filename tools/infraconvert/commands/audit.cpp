@@ -4,6 +4,7 @@
 #include "base/errors.h"
 #include "base/messages.h"
 #include "commands/common.h"
+#include "conversion/release_check.h"
 #include "reports/audit_page.h"
 #include "reports/formats.h"
 #include "reports/unified.h"
@@ -25,6 +26,7 @@ struct audit_options_t {
     std::string format = "text";
     std::string report; // empty: none
     std::string fixes;  // a folder; empty: none
+    std::string result; // a file that is judged in place of a conversion; empty: none
     bool rollback = false;
     size_t jobs = 1;
     std::vector<std::string> paths;
@@ -60,9 +62,42 @@ void keep_fixes(const outputs_t &outputs, const std::string &folder, const audit
         outputs.write(own + "/after.cfg", lines);
 }
 
+// Options about the converters, where none runs.
+void refuse_options_of_conversions(const audit_options_t &options, const char *without) {
+    const char *first = !options.services.empty() ? "--service"
+                        : options.keep_going      ? "--keep-going"
+                        : options.rollback        ? "--rollback"
+                        : !options.fixes.empty()  ? "--fixes"
+                                                  : nullptr;
+    if (first)
+        throw usage_error(std::string(first) + " goes with a conversion only, and " + without);
+}
+
+// What stands in place of a conversion, if anything does.
+void choose_what_is_judged(const audit_options_t &options, fleet_t &fleet) {
+    if (!options.result.empty()) {
+        refuse_options_of_conversions(options, "--result brings a result of its own");
+        if (fleet.files.size() != 1)
+            throw usage_error("--result goes with one PATH, that of its original");
+        fleet.result = read_configuration(configuration_file(options.result));
+    } else if (options.releases.to.empty()) {
+        refuse_options_of_conversions(options, "--to is missing");
+        if (!options.report.empty())
+            throw usage_error("--report shows conversions, and --to is missing");
+        fleet.form_alone = true;
+    }
+}
+
+release_pair_t releases_of(const audit_options_t &options) {
+    if (!options.releases.to.empty() || !options.result.empty())
+        return checked_releases(options.releases);
+    check_release("--from", options.releases.from);
+    return options.releases;
+}
+
 fleet_t fleet_of(const audit_options_t &options) {
     fleet_t fleet;
-    fleet.request.releases = checked_releases(options.releases);
+    fleet.request.releases = releases_of(options);
     fleet.request.services = services_named(options.services);
     fleet.request.keep_going = options.keep_going;
     if (options.paths.empty())
@@ -70,6 +105,7 @@ fleet_t fleet_of(const audit_options_t &options) {
     fleet.files = configuration_files(options.paths);
     if (fleet.files.empty())
         throw usage_error("no configuration stands below the directories");
+    choose_what_is_judged(options, fleet);
     fleet.jobs = options.jobs;
     fleet.mask = options.mask;
     fleet.rollback = options.rollback;
@@ -121,6 +157,8 @@ int run(const audit_options_t &options) {
     outputs_t outputs;
     for (const std::string &file : fleet.files)
         outputs.made_from(file);
+    if (fleet.result)
+        outputs.made_from(configuration_file(options.result));
     if (!options.report.empty())
         outputs.expect("--report", options.report);
     if (!options.fixes.empty()) {
@@ -159,6 +197,11 @@ std::function<int()> declare(CLI::App &arguments) {
                     "after.cfg")
         ->type_name("DIR")
         ->check(not_empty);
+    arguments
+        .add_option("--result", options->result,
+                    "Judge this result of PATH, whoever made it, in place of a conversion")
+        ->type_name("FILE")
+        ->check(not_empty);
     arguments.add_flag("--rollback", options->rollback,
                        "Judge the way there and back, with the lines that restore what it loses");
     declare_mask(arguments, options->mask);
@@ -179,11 +222,13 @@ std::function<int()> declare(CLI::App &arguments) {
 
 const command_t audit_command = {
     .name = "audit",
-    .summary = "Find what a conversion would lose or change beyond its rules",
+    .summary = "Find what a conversion loses or changes, or what a release would not read",
     .examples = "infraconvert audit --from '4.0(1)' --to '4.1(3)' switch.cfg\n"
                 "infraconvert audit --from '4.0(1)' --to '4.1(3)' --jobs 4 --report window.html "
                 "configurations/\n"
                 "infraconvert audit --from '4.0(1)' --to '4.1(3)' --format sarif *.cfg\n"
+                "infraconvert audit --from '4.0(1)' --to '4.1(3)' --result mended.cfg switch.cfg\n"
+                "infraconvert audit --from '4.1(3)' switch.cfg\n"
                 "infraconvert explain IC041\n",
     .declare = declare,
 };

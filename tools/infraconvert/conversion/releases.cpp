@@ -5,6 +5,7 @@
 
 #include "base/errors.h"
 #include "base/messages.h"
+#include "conversion/release_check.h"
 #include "engine/release.h"
 
 #include <regex>
@@ -35,7 +36,9 @@ bool readable(const std::string &text) {
     return release.major >= 0 && release.minor >= 0 && release.patch >= 0;
 }
 
-void check(const char *option, const std::string &text) {
+} // namespace
+
+void check_release(const char *option, const std::string &text) {
     if (text.empty())
         throw usage_error(std::string("missing ") + option + " RELEASE (" + accepted_forms + ")");
     if (!readable(text))
@@ -47,11 +50,9 @@ void check(const char *option, const std::string &text) {
                 accepted_forms + ")");
 }
 
-} // namespace
-
 release_pair_t checked_releases(const release_pair_t &written) {
-    check("--from", written.from);
-    check("--to", written.to);
+    check_release("--from", written.from);
+    check_release("--to", written.to);
     return written;
 }
 

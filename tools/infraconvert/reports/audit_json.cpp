@@ -21,7 +21,7 @@ json configuration_json(const audited_t &audited) {
 std::string audit_json(const fleet_summary_t &summary) {
     json document = document_of("audit");
     document["from"] = summary.releases.from;
-    document["to"] = summary.releases.to;
+    document["to"] = summary.releases.to.empty() ? json(nullptr) : json(summary.releases.to);
     document["states"] = summary.states;
     document["codes"] = codes_json(summary);
     document["configurations"] = json::array();

@@ -23,8 +23,8 @@ std::string fleet_summary_t::table() const {
     constexpr size_t state_width = 11, code_width = 8, severity_width = 9, count_width = 10;
     std::string text = "infraconvert: " + std::to_string(results.size()) +
                        (results.size() == 1 ? " configuration, " : " configurations, ") +
-                       releases.from + " to " + releases.to + ":\n";
-    for (const char *state : {"unchanged", "changed", "failed", "unusable"}) {
+                       releases.from + (releases.to.empty() ? "" : " to " + releases.to) + ":\n";
+    for (const char *state : {"checked", "unchanged", "changed", "failed", "unusable"}) {
         if (states.contains(state))
             text += "  " + column(state, state_width) + std::to_string(states.at(state)) + '\n';
     }

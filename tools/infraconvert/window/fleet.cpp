@@ -42,9 +42,32 @@ mending::mended_t look_back(const fleet_t &fleet, const conversion_request_t &th
     return std::move(way.mended);
 }
 
+// A result that was not made here, or the file as it is.
+void judge_what_is_there(const fleet_t &fleet, const shared_text_t &text, audited_t &audited) {
+    const auto &[from, to] = fleet.request.releases;
+    const shared_text_t result = fleet.form_alone ? text : fleet.result;
+    const converted_t both = {.releases = fleet.request.releases,
+                              .original = text,
+                              .result = result,
+                              .steps = {},
+                              .script = difference(split_lines(*text), split_lines(*result)),
+                              .logs = {},
+                              .masked = false};
+    audited.form_alone = fleet.form_alone;
+    audited.changed = both.changes();
+    audited.findings =
+        fleet.form_alone ? judge_form_of(*text, from) : judge(*text, *result, {from, to});
+    if (fleet.mask)
+        mask_findings(audited.findings, both);
+    if (fleet.describe)
+        audited.details = fleet.describe(audited, both);
+}
+
 void look_at(const fleet_t &fleet, audited_t &audited) try {
     conversion_request_t request = fleet.request;
     request.text = read_configuration(audited.file);
+    if (fleet.result || fleet.form_alone)
+        return judge_what_is_there(fleet, request.text, audited);
     const converted_t conversion = run_conversion(request);
     audited.failed = conversion.failed();
     audited.changed = conversion.changes();
@@ -150,6 +173,8 @@ const char *audited_t::state() const {
         return "unusable";
     if (failed)
         return "failed";
+    if (form_alone)
+        return "checked";
     return changed ? "changed" : "unchanged";
 }
 

@@ -16,12 +16,13 @@ struct audited_t {
     int problem_status = 0; // exit status that the problem asks for
     bool failed = false;    // the conversion did
     bool changed = false;
+    bool form_alone = false;           // there was nothing that could change it
     std::vector<std::string> services; // that would change it
     std::vector<finding_t> findings;
     std::string verdict; // on the way back, when it was asked about; else empty
     std::string details; // what the caller made of the conversion
 
-    // "unusable", "failed", "changed" or "unchanged".
+    // "unusable", "failed", "changed" or "unchanged"; "checked" when nothing was to change.
     const char *state() const;
     // What a command exits with for it.
     int exit_status() const;
@@ -31,6 +32,8 @@ struct fleet_t {
     std::vector<std::string> files;
     conversion_request_t request; // its text is each file's in turn
     bool rollback = false;        // judge the way there and back
+    shared_text_t result = {};    // judge this one instead of converting the only file
+    bool form_alone = false; // judge the files as they are; the request has no release to go to
     size_t jobs = 1;
     bool mask = false; // secrets in the findings
     // Makes the details of a configuration out of its conversion; called by several threads.
