@@ -19,23 +19,25 @@ _infraconvert() {
     --color) offered='auto always never' ;;
     --format) offered='text json sarif' ;;
     --from | --to | --label | --unified | -U | --output | -o | --plan | --save-plan | --log-dir | \
-      --report | --fixes | --jobs | -j) ;;
+      --report | --fixes | --result | --jobs | -j) ;;
     --accept) offered=$(_infraconvert_codes 'IC[0-9]+') ;;
     *)
       if [ "$COMP_CWORD" -eq 1 ]; then
-        offered='plan preview convert audit explain --help --version'
+        offered='plan preview convert audit effects explain --help --version'
       else
         case $command in
           plan) offered="$releases --help" ;;
           preview) offered="$conversion --unified --label --color --explain --rollback --exit-code
                             --save-plan --mend --help" ;;
           convert) offered="$conversion --output --backup --plan --accept --mend --help" ;;
-          audit) offered="$releases --keep-going --mask --format --report --fixes --rollback --jobs --help" ;;
+          audit) offered="$releases --keep-going --mask --format --report --result --fixes --rollback --jobs --help" ;;
+          effects) offered="$releases --keep-going --mask --help" ;;
           explain) offered="--json --help $(_infraconvert_codes 'IC[A-Z0-9-]+')" ;;
         esac
         # A path is wanted far more often than an option.
         case $command:$word in
-          preview: | convert: | audit: | preview:[!-]* | convert:[!-]* | audit:[!-]*) offered= ;;
+          preview: | convert: | audit: | effects: | preview:[!-]* | convert:[!-]* | audit:[!-]* | \
+            effects:[!-]*) offered= ;;
         esac
       fi ;;
   esac

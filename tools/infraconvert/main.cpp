@@ -5,7 +5,7 @@
 #include "base/lines.h"
 #include "base/messages.h"
 #include "base/suggest.h"
-#include "commands/command.h"
+#include "commands/effects.h"
 #include "reports/command_json.h"
 
 #include <CLI/CLI.hpp>
@@ -17,8 +17,8 @@
 namespace infraconvert {
 namespace {
 
-constexpr const command_t *commands[] = {&plan_command, &preview_command, &convert_command,
-                                         &audit_command, &explain_command};
+constexpr const command_t *commands[] = {&plan_command,  &preview_command, &convert_command,
+                                         &audit_command, &effects_command, &explain_command};
 
 constexpr const char *about =
     "Converts the saved configuration of a switch between software releases.\n"

@@ -1,0 +1,100 @@
+// The effect table as it is shown: one screen for people, rows for programs.
+
+#include "infraconvert/workspace.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <set>
+
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+using support::contains;
+using support::workspace_t;
+
+const std::string maps = "class-map voice\n  match cos 5\n"
+                         "policy-map lanes\n  class voice\n    priority\n"
+                         "  class class-default\n    mtu 9000\n    bandwidth percent 40\n"
+                         "policy-map ports\n  class voice\n    set qos-group 0\n"
+                         "system qos\n  service-policy lanes\n";
+
+std::string with_ports(const std::string &text) {
+    std::string all = text;
+    for (const char *port : {"1/1", "1/2", "1/3", "1/10", "2/3"})
+        all += std::string("interface Ethernet") + port + "\n  service-policy input ports\n";
+    return all;
+}
+
+TEST(effects, places_with_the_same_rows_stand_together_and_columns_align) {
+    workspace_t here;
+    here.write("in.cfg", with_ports(maps));
+    const auto shown = here.run({"effects", "--from", "4.1(2)", "in.cfg"});
+    EXPECT_EQ(shown.status, 0) << shown.err;
+    EXPECT_EQ(shown.err, "");
+    EXPECT_EQ(shown.out, "system\n"
+                         "  class-default                    mtu 9000\n"
+                         "  class-default  input and output  bandwidth percent 40\n"
+                         "  cos 5          input and output  priority\n"
+                         "Ethernet1/1-3, Ethernet1/10, Ethernet2/3\n"
+                         "  cos 5          input             goes with class-default\n");
+}
+
+TEST(effects, what_a_conversion_loses_is_marked) {
+    workspace_t here;
+    here.write("in.cfg", with_ports(maps));
+    const auto shown = here.run({"effects", "--from", "4.1(2)", "--to", "4.1(3)", "in.cfg"});
+    EXPECT_EQ(shown.status, 0) << shown.err;
+    EXPECT_TRUE(contains(shown.out, "\n  lost  cos 5          input             goes with"))
+        << shown.out;
+    EXPECT_TRUE(contains(shown.out, "        class-default                    mtu 8962\n"))
+        << "the same size, counted otherwise\n"
+        << shown.out;
+    const auto text =
+        here.run({"effects", "--json", "--from", "4.1(2)", "--to", "4.1(3)", "in.cfg"});
+    const json document = json::parse(text.out);
+    EXPECT_EQ(document["to"], "4.1(3)");
+    const json mtu = {{"place", "system"},
+                      {"direction", nullptr},
+                      {"traffic", "class-default"},
+                      {"effect", "mtu 8962"},
+                      {"change", nullptr}};
+    EXPECT_EQ(document["rows"].size(), 9);
+    EXPECT_NE(std::find(document["rows"].begin(), document["rows"].end(), mtu),
+              document["rows"].end())
+        << text.out;
+}
+
+TEST(effects, a_failing_conversion_shows_what_there_was) {
+    workspace_t here;
+    here.write("in.cfg", maps + "vlan 1-x\n  fcoe\n");
+    const auto failed = here.run({"effects", "--from", "4.1(2)", "--to", "5.0(3)", "in.cfg"});
+    EXPECT_EQ(failed.status, 1) << failed.out << failed.err;
+    EXPECT_TRUE(contains(failed.out, "priority")) << failed.out;
+    EXPECT_FALSE(contains(failed.out, "lost")) << failed.out;
+    EXPECT_TRUE(contains(failed.err, "before the conversion, which fails")) << failed.err;
+}
+
+TEST(effects, secrets_and_wrong_arguments) {
+    workspace_t here;
+    here.write("in.cfg",
+               "class-map voice\n  match Pa55word cos 5\npolicy-map lanes\n  class voice\n"
+               "    priority\nsystem qos\n  service-policy lanes\n");
+    const auto open = here.run({"effects", "--from", "4.1(2)", "in.cfg"});
+    EXPECT_TRUE(contains(open.out, "Pa55word")) << open.out;
+    const auto masked = here.run({"effects", "--mask", "--json", "--from", "4.1(2)", "in.cfg"});
+    EXPECT_EQ(masked.status, 0);
+    EXPECT_FALSE(contains(masked.out, "Pa55word")) << masked.out;
+    EXPECT_EQ(here.run({"effects", "in.cfg"}).status, 2);
+    EXPECT_EQ(here.run({"effects", "--from", "4.1(2)"}).status, 2);
+    EXPECT_EQ(here.run({"effects", "--from", "4.1(2)", "--keep-going", "in.cfg"}).status, 2);
+    EXPECT_EQ(here.run({"effects", "--from", "4.1(2)", "none.cfg"}).status, 5);
+    here.write("plain.cfg", "hostname sw1\n");
+    const auto none = here.run({"effects", "--from", "4.1(2)", "plain.cfg"});
+    EXPECT_EQ(none.status, 0);
+    EXPECT_TRUE(contains(none.err, "no effects")) << none.err;
+}
+
+} // namespace
