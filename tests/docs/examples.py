@@ -8,6 +8,9 @@ A comment in front of an example says what it is:
     <!-- unchanged SERVICE FROM TO -->  a block with a configuration that stays as it is
     <!-- fails SERVICE FROM TO -->      a block with a configuration, and one with the failure
     <!-- pairs SERVICE -->              a table of source release, target release and rule
+    <!-- effects RELEASE -->            a block with a configuration, and one with its effects
+    <!-- judged FROM TO -->             a block before a conversion, one after it, and one with what
+                                        the audit says of the two
     <!-- session FILE -->               a block with commands and what they print, one after the
                                         other beside a copy of FILE
 
@@ -28,6 +31,10 @@ EXAMPLE = re.compile(r'<!-- (convert|unchanged|fails) (\S+) (\S+) (\S+)(?: accep
                      r'(?:\n[^`\n]+\n\n```\n(.*?)```\n)?', re.S)
 PAIRS = re.compile(r'<!-- pairs (\S+) -->\n\n(?:\|.*\n){2}((?:\|.*\n)+)')
 SESSION = re.compile(r'<!-- session (\S+) -->\n+```\n(.*?)```\n', re.S)
+
+BLOCK = r'```\n(.*?)```\n'
+EFFECTS = re.compile(rf'<!-- effects (\S+) -->\n+{BLOCK}\n{BLOCK}', re.S)
+JUDGED = re.compile(rf'<!-- judged (\S+) (\S+) -->\n+{BLOCK}\n{BLOCK}\n{BLOCK}', re.S)
 
 FAILED, FINDINGS = 1, 4  # exit statuses of infraconvert
 
@@ -74,6 +81,30 @@ def pairs_as_they_are(infraconvert, table):
     return text
 
 
+def with_last_block(example, text):
+    start, end = (place - example.start() for place in example.span(example.re.groups))
+    return example[0][:start] + text + example[0][end:]
+
+
+def effects_as_they_are(infraconvert, example):
+    done = subprocess.run([infraconvert, 'effects', '--from', example[1], '-'], input=example[2],
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, timeout=60)
+    return with_last_block(example, done.stdout)
+
+
+def judgement_as_it_is(infraconvert, example):
+    source, target, before, after, _ = example.groups()
+    with tempfile.NamedTemporaryFile('w') as result:
+        result.write(after)
+        result.flush()
+        done = subprocess.run([infraconvert, 'audit', '--json', '--from', source, '--to', target,
+                               '--result', result.name, '-'], input=before, capture_output=True,
+                              text=True, timeout=60)
+    findings = json.loads(done.stdout)['configurations'][0]['findings']
+    told = [f"{found['severity']} {found['code']}: {found['detail']}\n" for found in findings]
+    return with_last_block(example, ''.join(told) or 'no findings\n')
+
+
 def session_as_it_is(infraconvert, directory, session):
     environment = os.environ | {'PATH': f"{os.path.dirname(infraconvert)}:{os.environ['PATH']}"}
     with tempfile.TemporaryDirectory() as place:
@@ -91,11 +122,13 @@ def main():
     infraconvert, document = map(os.path.abspath, sys.argv[-2:])
     with open(document) as file:
         text = file.read()
-    found = sum(len(kind.findall(text)) for kind in (EXAMPLE, PAIRS, SESSION))
+    found = sum(len(kind.findall(text)) for kind in (EXAMPLE, PAIRS, EFFECTS, JUDGED, SESSION))
     if found == 0 or found != text.count('\n<!-- '):
         sys.exit(f'{document}: a comment is not followed by what it announces')
     actual = EXAMPLE.sub(lambda example: example_as_it_is(infraconvert, example), text)
     actual = PAIRS.sub(lambda table: pairs_as_they_are(infraconvert, table), actual)
+    actual = EFFECTS.sub(lambda example: effects_as_they_are(infraconvert, example), actual)
+    actual = JUDGED.sub(lambda example: judgement_as_it_is(infraconvert, example), actual)
     directory = os.path.dirname(document)
     actual = SESSION.sub(lambda session: session_as_it_is(infraconvert, directory, session), actual)
     if '--write' in sys.argv:
