@@ -102,8 +102,8 @@ class teller_t {
   private:
     void tell_old(const fate_t &fate) {
         const row_t &row = *fate.row;
-        const bool has_mtu = fate.partner && row.mtu && fate.partner->mtu &&
-                             fate.partner->traffic == row.traffic;
+        const bool has_mtu =
+            fate.partner && row.mtu && fate.partner->mtu && fate.partner->traffic == row.traffic;
         if (has_mtu && !comparison.is_unconverted(row))
             note_mtu(fate);
         if (fate.same || has_mtu)
