@@ -15,11 +15,13 @@ using nlohmann::json;
 using support::contains;
 using support::workspace_t;
 
-const std::string maps = "class-map voice\n  match cos 5\n"
-                         "policy-map lanes\n  class voice\n    priority\n"
-                         "  class class-default\n    mtu 9000\n    bandwidth percent 40\n"
-                         "policy-map ports\n  class voice\n    set qos-group 0\n"
-                         "system qos\n  service-policy lanes\n";
+const std::string maps =
+    "hostname sw1\nclass-map voice\n  match cos 5\nclass-map video\n  match cos 4\n"
+    "policy-map lanes\n  class voice\n    priority\n"
+    "  class video\n    bandwidth percent 10\n"
+    "  class class-default\n    mtu 9000\n    bandwidth percent 40\n"
+    "policy-map ports\n  class voice\n    set qos-group 2\n"
+    "system qos\n  service-policy lanes\n";
 
 std::string with_ports(const std::string &text) {
     std::string all = text;
@@ -37,9 +39,10 @@ TEST(effects, places_with_the_same_rows_stand_together_and_columns_align) {
     EXPECT_EQ(shown.out, "system\n"
                          "  class-default                    mtu 9000\n"
                          "  class-default  input and output  bandwidth percent 40\n"
+                         "  cos 4          input and output  bandwidth percent 10\n"
                          "  cos 5          input and output  priority\n"
                          "Ethernet1/1-3, Ethernet1/10, Ethernet2/3\n"
-                         "  cos 5          input             goes with class-default\n");
+                         "  cos 5          input             goes with cos 5\n");
 }
 
 TEST(effects, what_a_conversion_loses_is_marked) {
@@ -61,7 +64,7 @@ TEST(effects, what_a_conversion_loses_is_marked) {
                       {"traffic", "class-default"},
                       {"effect", "mtu 8962"},
                       {"change", nullptr}};
-    EXPECT_EQ(document["rows"].size(), 9);
+    EXPECT_EQ(document["rows"].size(), 12);
     EXPECT_NE(std::find(document["rows"].begin(), document["rows"].end(), mtu),
               document["rows"].end())
         << text.out;
