@@ -10,6 +10,7 @@
 #include "check.h"
 
 #include "engine/engine.h"
+#include "engine/watchers.h"
 
 #include <algorithm>
 #include <cstring>
@@ -167,7 +168,8 @@ bool operate(model_t &model, uint8_t which, uint8_t where, uint8_t argument) {
         return true;
     default: {
         const position first = model.find("\na", 0);
-        fuzz::claim(file_start_section(e, "file_start_section", "fuzz", {"\na", "ab"}) ==
+        search_ahead_t header(e, "\na"), other_header(e, "ab");
+        fuzz::claim(file_start_section(e, "file_start_section", "fuzz", {&header, &other_header}) ==
                         (first == nowhere ? model.find("ab", 0) : first),
                     "the section is found");
         return true;

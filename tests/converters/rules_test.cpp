@@ -5,7 +5,7 @@
 #include "assoc/assoc_engine.h"
 #include "fc_port_sec/fcportsec_converter.h"
 #include "fwm/fwmcnv_converter.h"
-#include "ipqosmgr/qosmgrcnv_main.h"
+#include "ipqosmgr/qosmgrcnv_4_1_3.h"
 #include "npiv/npiv_converter.h"
 #include "satmgr/satcnv_converter.h"
 

@@ -175,7 +175,7 @@ TEST(replace_file, what_is_not_expected_is_put_back) {
          true},
     };
     for (const auto &row : rows) {
-        const support::temporary_directory place;
+        const support::temporary_directory_t place;
         const std::string file = place.path() + "/a.cfg";
         support::write_file(file, "old");
         const auto edit = [&] {

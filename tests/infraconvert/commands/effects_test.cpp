@@ -72,7 +72,7 @@ TEST(effects, what_a_conversion_loses_is_marked) {
 
 TEST(effects, a_failing_conversion_shows_what_there_was) {
     workspace_t here;
-    here.write("in.cfg", maps + "vlan 1-x\n  fcoe\n");
+    here.write("in.cfg", maps + "class-map spoiled\n\n  match cos 7\n");
     const auto failed = here.run({"effects", "--from", "4.1(2)", "--to", "5.0(3)", "in.cfg"});
     EXPECT_EQ(failed.status, 1) << failed.out << failed.err;
     EXPECT_TRUE(contains(failed.out, "priority")) << failed.out;

@@ -349,7 +349,16 @@ std::string applied(std::string_view text, const commands_t &commands) {
     return editor.text();
 }
 
+namespace {
+
+// Beyond this nobody reads the lines one by one, and trying each takes too long.
+constexpr size_t most_tried = 200;
+
+} // namespace
+
 commands_t without_needless(std::string_view text, const commands_t &commands) {
+    if (lines_of(commands).size() > most_tried)
+        return commands;
     const std::string wanted = applied(text, commands);
     commands_t needed = commands;
     // From the last line to the first, so that a class goes when none of its actions is needed.

@@ -19,6 +19,8 @@ namespace {
 
 // Beyond this nobody would read the fixes, and the search would take longer than reading.
 constexpr size_t most_errors = 200;
+// Bytes that are judged before the search is given up: a second or so.
+constexpr size_t most_work = 16U << 20U;
 
 // ---- what is wrong, in parts that can be told from one another
 
@@ -100,12 +102,14 @@ class after_t {
             ;
     }
 
-    verdict_t judged(const std::string &result) const {
+    verdict_t judged(const std::string &result) {
+        work += result.size();
         return verdict_t(meaning::compare(request.original, result, request.route));
     }
 
     const mending_request_t &request;
     std::string text;
+    size_t work = 0; // in bytes judged
     verdict_t verdict;
     std::vector<fix_t> fixes;
 
@@ -127,6 +131,8 @@ class after_t {
     bool one_alone() {
         const scene_t scene(request.original, text, request.route);
         for (const difference_t &difference : verdict.differences) {
+            if (work > most_work)
+                return false;
             if (is_asked(difference) && try_all(scene, difference, {difference}))
                 return true;
         }
@@ -163,6 +169,8 @@ class after_t {
 
     // Every map anew, when pieces do not do.
     bool all_anew() {
+        if (work > most_work)
+            return false;
         differences_t asked;
         std::copy_if(verdict.differences.begin(), verdict.differences.end(),
                      std::back_inserter(asked), [&](const auto &each) { return is_asked(each); });
@@ -197,6 +205,8 @@ class after_t {
 
     // With `some` it is enough that one of the differences is gone.
     bool try_one(const commands_t &commands, const differences_t &all, bool some = false) {
+        if (work > most_work)
+            return false;
         const std::string now = applied(text, commands);
         if (now == text)
             return false;
@@ -225,6 +235,8 @@ class after_t {
     }
 
     std::string why_not(const difference_t &difference) const {
+        if (work > most_work || verdict.errors.size() > most_errors)
+            return "there is too much to mend to look for lines";
         const scene_t scene(request.original, text, request.route);
         for (const candidate_t &candidate : restoring(scene, difference)) {
             if (!candidate.why_not.empty())

@@ -144,13 +144,14 @@ widths_t widths_of(const std::vector<section_t> &sections) {
 }
 
 // A word that is wider than its column still keeps its distance.
-std::string column(const std::string &word, size_t width) {
-    return padded(word, width) + (word.size() >= width && width > 0 ? "  " : "");
+std::string cell(const std::string &word, size_t width) {
+    const size_t blanks = width > word.size() ? width - word.size() : 0;
+    return word + std::string(blanks, ' ') + (blanks == 0 && width > 0 ? "  " : "");
 }
 
 std::string line_text(const line_t &line, const widths_t &widths) {
-    return "  " + column(change_name(line.change), widths.change) +
-           column(line.traffic, widths.traffic) + column(line.direction, widths.direction) +
+    return "  " + cell(change_name(line.change), widths.change) +
+           cell(line.traffic, widths.traffic) + cell(line.direction, widths.direction) +
            line.effect + '\n';
 }
 
