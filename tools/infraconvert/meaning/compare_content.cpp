@@ -118,6 +118,19 @@ class content_t {
         return found;
     }
 
+    // Under whatever name: a policy-map with rows may be called otherwise, and a map of another type
+    // that shares its name may not go with it in silence.
+    bool stands_in_after(const class_t &of, const action_t &wanted) const {
+        return std::any_of(after.policies.begin(), after.policies.end(), [&](const auto &policy) {
+            const class_t *same = policy.find(of.name);
+            return same && std::any_of(same->actions.begin(), same->actions.end(),
+                                       [&](const action_t &action) {
+                                           return action.keyword == wanted.keyword &&
+                                                  (action.mtu || action.text == wanted.text);
+                                       });
+        });
+    }
+
     template<typename visit_t>
     static void for_each_action(const model_t &model, const in_rows_t &rows, visit_t visit) {
         for (const policy_t &policy : model.policies) {
@@ -150,8 +163,10 @@ class content_t {
                                         {*same->mtu, same->line});
                 else if ((!same || same->text != action.text) && has_policy(after, policy.name))
                     add(gone[title(policy, of)], action);
-                else if (!same && !has_policy(after, policy.name))
-                    goes_with_control_plane(policy.type, action.line);
+                else if (!same && !has_policy(after, policy.name) &&
+                         !goes_with_control_plane(policy.type, action.line) &&
+                         rows_before.policies.contains(policy.name) && !stands_in_after(of, action))
+                    add(gone[title(policy, of)], action);
             });
         for_each_action(after, rows_after,
                         [&](const auto &policy, const auto &of, const auto &action) {

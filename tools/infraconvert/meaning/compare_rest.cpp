@@ -10,6 +10,32 @@ namespace infraconvert::meaning {
 
 // ---- features
 
+namespace {
+
+bool is_read(const side_t &side, uint32_t line) {
+    return std::none_of(side.problems.begin(), side.problems.end(), [&](const problem_t &problem) {
+        return problem.fault == fault_t::spelling &&
+               std::find(problem.lines.begin(), problem.lines.end(), line) != problem.lines.end();
+    });
+}
+
+// True when the release reads a line that switches the feature on. In a spelling of another release
+// it says nothing: the feature is off.
+bool is_really_on(const side_t &side, const feature_t &feature) {
+    if (!feature.on)
+        return false;
+    if (is_read(side, feature.line))
+        return true;
+    return std::any_of(
+        side.model.spelled.begin(), side.model.spelled.end(), [&](const spelled_t &spelled) {
+            const bool same = spelled.command ==
+                              (feature.name == "npiv" ? spelled_t::npiv : spelled_t::fc_feature);
+            return same && !spelled.text.starts_with("no ") && is_read(side, spelled.line);
+        });
+}
+
+} // namespace
+
 void compare_features(comparison_t &comparison) {
     const auto find = [](const model_t &model, const std::string &name) -> const feature_t * {
         for (const feature_t &feature : model.features) {
@@ -29,8 +55,13 @@ void compare_features(comparison_t &comparison) {
     for (const std::string &name : names) {
         const feature_t *old = find(comparison.before.model, name);
         const feature_t *now = find(comparison.after.model, name);
-        if (old && now && old->on == now->on)
+        if (old && now && old->on == now->on) {
+            if (!is_really_on(comparison.before, *old) && is_really_on(comparison.after, *now))
+                comparison.add("IC048", weight_t::error,
+                               "feature " + name + " was not read and comes on", {old->line},
+                               {now->line});
             continue;
+        }
         comparison.add("IC048", weight_t::error,
                        "feature " + name + " was " + state(old) + " and is " + state(now),
                        {old ? old->line : 0}, {now ? now->line : 0});

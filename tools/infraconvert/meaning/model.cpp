@@ -28,6 +28,8 @@ std::string key_of(model_t &model, const line_t &header, const words_t &words) {
         return spelled(spelled_t::mac, "mac-address-table", 2);
     if (command[0] == "mac-address-table")
         return spelled(spelled_t::mac, "mac-address-table", 1);
+    if (words.size() == 2 && words[0] == "version")
+        return "version"; // which release wrote the text is no part of what it says
     return joined(words);
 }
 

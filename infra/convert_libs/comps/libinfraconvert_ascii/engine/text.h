@@ -146,10 +146,10 @@ class text_t {
     // The piece of the last look or edit, a guess for the next one; of no length when there is
     // none.
     struct {
-        position start;
-        uint32_t length;
-        char *bytes;
-        place_t place;
+        position start = 0;
+        uint32_t length = 0;
+        char *bytes = nullptr;
+        place_t place = {};
         bool holds(position at) const { return at - start < length; }
     } mutable looked = {};
     uint32_t marker = 0;
