@@ -118,8 +118,8 @@ class content_t {
         return found;
     }
 
-    // Under whatever name: a policy-map with rows may be called otherwise, and a map of another type
-    // that shares its name may not go with it in silence.
+    // Under whatever name: a policy-map with rows may be called otherwise, and a map of another
+    // type that shares its name may not go with it in silence.
     bool stands_in_after(const class_t &of, const action_t &wanted) const {
         return std::any_of(after.policies.begin(), after.policies.end(), [&](const auto &policy) {
             const class_t *same = policy.find(of.name);
