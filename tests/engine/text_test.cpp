@@ -56,7 +56,7 @@ struct plain_text_t {
     void insert(position at, std::string_view inserted) { bytes.insert(at, inserted); }
 };
 
-class text_test : public testing::TestWithParam<uint32_t> {
+class random_text_t : public testing::TestWithParam<uint32_t> {
   protected:
     uint32_t below(uint32_t limit) {
         return std::uniform_int_distribution<uint32_t>(0, limit - 1)(random);
@@ -138,7 +138,7 @@ class text_test : public testing::TestWithParam<uint32_t> {
     std::unique_ptr<engine::text_t> text;
 };
 
-TEST_P(text_test, random_edits) {
+TEST_P(random_text_t, random_edits) {
     for (int round = 0; round < 20; round++) {
         begin(1 + below(200));
         for (int step = 0; step < 300 && !HasFatalFailure(); step++) {
@@ -153,7 +153,7 @@ TEST_P(text_test, random_edits) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(seeds, text_test, testing::Range(1u, 21u));
+INSTANTIATE_TEST_SUITE_P(seeds, random_text_t, testing::Range(1u, 21u));
 
 TEST(text, edits_all_over_it_leave_few_pieces) {
     constexpr uint32_t size = 100000, piece_length = 1000;

@@ -21,7 +21,7 @@ position last_of(std::string_view text) {
     return last;
 }
 
-class watchers_test : public testing::TestWithParam<uint32_t> {
+class random_watchers_t : public testing::TestWithParam<uint32_t> {
   protected:
     uint32_t below(uint32_t limit) { return static_cast<uint32_t>(random()) % limit; }
 
@@ -59,7 +59,7 @@ class watchers_test : public testing::TestWithParam<uint32_t> {
     engine::last_hits_t last{npiv_engine, "ab", {"a", "ba"}};
 };
 
-TEST_P(watchers_test, know_what_a_search_would_find) {
+TEST_P(random_watchers_t, know_what_a_search_would_find) {
     for (int text = 0; text < 20; text++) {
         load(npiv_engine, some_bytes(1 + below(60)));
         for (int step = 0; step < 300 && !HasFatalFailure(); step++) {
@@ -70,7 +70,7 @@ TEST_P(watchers_test, know_what_a_search_would_find) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(seeds, watchers_test, testing::Range(1u, 7u));
+INSTANTIATE_TEST_SUITE_P(seeds, random_watchers_t, testing::Range(1u, 7u));
 
 TEST(watchers, end_in_any_order) {
     struct counter_t final : engine::edit_watcher_t {

@@ -103,7 +103,7 @@ bool wants_json(const CLI::App &command) {
 // Runs a command whose arguments are read.
 int run(const CLI::App &command, const std::function<int()> &run_command) try {
     return run_command();
-} catch (const command_error &e) {
+} catch (const command_error_t &e) {
     return report(command.get_name(), wants_json(command), e.what(), e.exit_status);
 } catch (const std::exception &e) {
     return report(command.get_name(), wants_json(command), e.what(), exit_trouble);

@@ -48,7 +48,7 @@ TEST(locked_file, tells_of_every_change) {
         const locked_file_t locked(link);
         EXPECT_NO_THROW(locked.look_again("npiv enable\n")) << row.name;
         row.change();
-        EXPECT_THROW(locked.look_again("npiv enable\n"), infraconvert::run_error) << row.name;
+        EXPECT_THROW(locked.look_again("npiv enable\n"), infraconvert::run_error_t) << row.name;
     }
 }
 
@@ -58,10 +58,10 @@ TEST(locked_file, is_for_one_at_a_time) {
     const std::string file = here.path("switch.cfg");
     {
         const locked_file_t first(file);
-        EXPECT_THROW(const locked_file_t second(file), infraconvert::run_error);
+        EXPECT_THROW(const locked_file_t second(file), infraconvert::run_error_t);
     }
     EXPECT_NO_THROW(const locked_file_t third(file));
-    EXPECT_THROW(const locked_file_t none(file + ".none"), infraconvert::input_error);
+    EXPECT_THROW(const locked_file_t none(file + ".none"), infraconvert::input_error_t);
 }
 
 } // namespace

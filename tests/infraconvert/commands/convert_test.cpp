@@ -27,7 +27,7 @@ arguments_t convert(const arguments_t &more) {
     return arguments;
 }
 
-class convert_test : public ::testing::Test {
+class convert_t : public ::testing::Test {
   protected:
     void SetUp() override { here.write("switch.cfg", original); }
 
@@ -40,7 +40,7 @@ class convert_test : public ::testing::Test {
     workspace_t here;
 };
 
-TEST_F(convert_test, in_place_keeps_mode_and_symbolic_link) {
+TEST_F(convert_t, in_place_keeps_mode_and_symbolic_link) {
     here.write("real/switch.cfg", original);
     chmod(here.path("real/switch.cfg").c_str(), 0640);
     symlink("real/switch.cfg", here.path("link.cfg").c_str());
@@ -54,13 +54,13 @@ TEST_F(convert_test, in_place_keeps_mode_and_symbolic_link) {
     EXPECT_EQ(here.names(), (arguments_t{"link.cfg", "real", "real/switch.cfg", "switch.cfg"}));
 }
 
-TEST_F(convert_test, finds_the_file_in_a_directory) {
+TEST_F(convert_t, finds_the_file_in_a_directory) {
     here.write("image/ascii/system.cfg", original);
     EXPECT_EQ(here.run(convert({"image"})).status, 0);
     EXPECT_EQ(here.read("image/ascii/system.cfg"), converted);
 }
 
-TEST_F(convert_test, backup_is_the_original_with_its_mode_and_times) {
+TEST_F(convert_t, backup_is_the_original_with_its_mode_and_times) {
     chmod(here.path("switch.cfg").c_str(), 0600);
     const timespec times[] = {{1000000000, 0}, {1100000000, 0}};
     utimensat(AT_FDCWD, here.path("switch.cfg").c_str(), times, 0);
@@ -75,7 +75,7 @@ TEST_F(convert_test, backup_is_the_original_with_its_mode_and_times) {
     EXPECT_EQ(here.read("switch.cfg.before"), original);
 }
 
-TEST_F(convert_test, leaves_a_file_alone_that_does_not_change) {
+TEST_F(convert_t, leaves_a_file_alone_that_does_not_change) {
     const struct stat before = status("switch.cfg");
     arguments_t arguments = no_change;
     arguments.insert(arguments.end(), {"--backup", "switch.cfg"});
@@ -89,7 +89,7 @@ TEST_F(convert_test, leaves_a_file_alone_that_does_not_change) {
     EXPECT_FALSE(here.has("switch.cfg.bak"));
 }
 
-TEST_F(convert_test, writes_to_another_file_or_to_standard_output) {
+TEST_F(convert_t, writes_to_another_file_or_to_standard_output) {
     const struct {
         arguments_t arguments;
         std::string output, file;
@@ -115,19 +115,19 @@ TEST_F(convert_test, writes_to_another_file_or_to_standard_output) {
     EXPECT_EQ(here.read("same.cfg"), converted);
 }
 
-TEST_F(convert_test, gives_a_new_file_no_more_rights_than_the_original) {
+TEST_F(convert_t, gives_a_new_file_no_more_rights_than_the_original) {
     chmod(here.path("switch.cfg").c_str(), 0600);
     EXPECT_EQ(here.run(convert({"-o", "new.cfg", "switch.cfg"})).status, 0);
     EXPECT_EQ(status("new.cfg").st_mode & 07777, 0600u);
 }
 
-TEST_F(convert_test, keeps_the_missing_newline_at_the_end) {
+TEST_F(convert_t, keeps_the_missing_newline_at_the_end) {
     here.write("switch.cfg", "vlan 1\nnpiv enable");
     here.run(convert({"switch.cfg"}));
     EXPECT_EQ(here.read("switch.cfg"), "vlan 1\nfeature npiv");
 }
 
-TEST_F(convert_test, reports_what_it_cannot_write) {
+TEST_F(convert_t, reports_what_it_cannot_write) {
     const auto full = here.run(convert({"-o", "/dev/full", "switch.cfg"}));
     EXPECT_EQ(full.status, 6);
     EXPECT_TRUE(contains(full.err, "infraconvert: cannot write /dev/full: No space left"));
@@ -143,7 +143,7 @@ TEST_F(convert_test, reports_what_it_cannot_write) {
     EXPECT_EQ(here.read("switch.cfg"), original);
 }
 
-TEST_F(convert_test, unreadable_files_and_unwritable_directories) {
+TEST_F(convert_t, unreadable_files_and_unwritable_directories) {
     if (!here.can_drop_rights())
         GTEST_SKIP() << "the command is out of reach without root's rights";
     here.unprivileged = geteuid() == 0;
@@ -167,7 +167,7 @@ TEST_F(convert_test, unreadable_files_and_unwritable_directories) {
     chmod(here.path("").c_str(), 0755);
 }
 
-TEST_F(convert_test, json_tells_what_was_written) {
+TEST_F(convert_t, json_tells_what_was_written) {
     const json done = json::parse(here.run(convert({"--json", "--backup", "switch.cfg"})).out);
     EXPECT_EQ(done["command"], "convert");
     EXPECT_EQ(done["written"], "switch.cfg");
@@ -180,7 +180,7 @@ TEST_F(convert_test, json_tells_what_was_written) {
 
 // ---- Plans ----
 
-TEST_F(convert_test, applies_exactly_what_was_planned) {
+TEST_F(convert_t, applies_exactly_what_was_planned) {
     const auto saved = here.run({"preview", "--from", "4.1(2)", "--to", "4.1(3)K2(1)", "--service",
                                  "npiv", "--save-plan", "plan.json", "switch.cfg"});
     EXPECT_EQ(saved.status, 0) << saved.err;
@@ -209,7 +209,7 @@ TEST_F(convert_test, applies_exactly_what_was_planned) {
     EXPECT_EQ(here.run({"convert", "--plan", "foreign.json"}).status, 5);
 }
 
-TEST_F(convert_test, plans_of_standard_input_need_a_path) {
+TEST_F(convert_t, plans_of_standard_input_need_a_path) {
     here.input = original;
     here.run(
         {"preview", "--from", "4.1(2)", "--to", "4.1(3)K2(1)", "--save-plan", "plan.json", "-"});

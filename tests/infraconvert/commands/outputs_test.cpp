@@ -27,7 +27,7 @@ arguments_t with_releases(const arguments_t &words) {
     return arguments;
 }
 
-class outputs_test : public ::testing::Test {
+class outputs_t : public ::testing::Test {
   protected:
     void SetUp() override { here.write("switch.cfg", original); }
 
@@ -48,7 +48,7 @@ class outputs_test : public ::testing::Test {
     workspace_t here;
 };
 
-TEST_F(outputs_test, are_never_what_is_read) {
+TEST_F(outputs_t, are_never_what_is_read) {
     here.write("npiv.log", original); // as a converter's log is called
     here.write("bak", original);
     fs::create_symlink("switch.cfg", here.path("link"));
@@ -90,7 +90,7 @@ TEST_F(outputs_test, are_never_what_is_read) {
     EXPECT_EQ(here.read("plan.json"), plan);
 }
 
-TEST_F(outputs_test, need_a_name) {
+TEST_F(outputs_t, need_a_name) {
     const arguments_t rows[] = {
         {"convert", "--output", "", "switch.cfg"},
         {"convert", "-o", "", "switch.cfg"},
@@ -108,7 +108,7 @@ TEST_F(outputs_test, need_a_name) {
 
 // Each output, new and in the place of a file that everybody may read, in a folder that gives new
 // files to another group and to one more user.
-TEST_F(outputs_test, are_for_no_more_people_than_the_configuration) {
+TEST_F(outputs_t, are_for_no_more_people_than_the_configuration) {
     // Owner, user 4321 and group read and write, as the kernel stores it.
     const unsigned char list[] = "\2\0\0\0\1\0\6\0\xff\xff\xff\xff\2\0\6\0\xe1\x10\0\0\4\0\6\0\xff"
                                  "\xff\xff\xff\x10\0\6\0\xff\xff\xff\xff\x20\0\6\0\xff\xff\xff\xff";
@@ -162,13 +162,13 @@ TEST_F(outputs_test, are_for_no_more_people_than_the_configuration) {
     }
 }
 
-TEST_F(outputs_test, of_standard_input_are_the_owners_alone) {
+TEST_F(outputs_t, of_standard_input_are_the_owners_alone) {
     here.input = original;
     EXPECT_EQ(shell("umask 0; cat switch.cfg | run convert -o new.cfg -").status, 0);
     EXPECT_EQ(mode("new.cfg"), 0600u);
 }
 
-TEST_F(outputs_test, do_not_follow_links_where_everybody_may_write) {
+TEST_F(outputs_t, do_not_follow_links_where_everybody_may_write) {
     fs::create_directory(here.path("shared"));
     chmod(here.path("shared").c_str(), 01777);
     here.write("victim", "precious");
@@ -189,7 +189,7 @@ TEST_F(outputs_test, do_not_follow_links_where_everybody_may_write) {
     EXPECT_EQ(here.read("victim"), converted);
 }
 
-TEST_F(outputs_test, are_there_whole_or_not_at_all) {
+TEST_F(outputs_t, are_there_whole_or_not_at_all) {
     here.write("page", "earlier");
     const auto full = shell("trap '' XFSZ; ulimit -f 1; run audit --report page switch.cfg >&2");
     EXPECT_EQ(full.status, 6) << full.err;
@@ -199,7 +199,7 @@ TEST_F(outputs_test, are_there_whole_or_not_at_all) {
 
 // ---- A file that others look after too ----
 
-TEST_F(outputs_test, a_file_that_somebody_else_converts_is_left_alone) {
+TEST_F(outputs_t, a_file_that_somebody_else_converts_is_left_alone) {
     const int other = open(here.path("switch.cfg").c_str(), O_RDONLY);
     ASSERT_EQ(flock(other, LOCK_EX), 0);
     const auto result = run({"convert", "--backup", "switch.cfg"});
@@ -211,7 +211,7 @@ TEST_F(outputs_test, a_file_that_somebody_else_converts_is_left_alone) {
     EXPECT_EQ(run({"convert", "switch.cfg"}).status, 0);
 }
 
-TEST_F(outputs_test, a_backup_of_the_same_bytes_is_no_obstacle) {
+TEST_F(outputs_t, a_backup_of_the_same_bytes_is_no_obstacle) {
     here.write("switch.cfg.bak", original);
     const auto again = run({"convert", "--backup", "switch.cfg"});
     EXPECT_EQ(again.status, 0) << again.err;

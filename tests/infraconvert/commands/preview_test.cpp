@@ -35,7 +35,7 @@ arguments_t preview(const arguments_t &more = {}) {
     return arguments;
 }
 
-class preview_test : public ::testing::Test {
+class preview_t : public ::testing::Test {
   protected:
     void SetUp() override { here.write("switch.cfg", storage); }
     void TearDown() override { EXPECT_EQ(here.read("switch.cfg"), storage); }
@@ -43,7 +43,7 @@ class preview_test : public ::testing::Test {
     workspace_t here;
 };
 
-TEST_F(preview_test, shows_a_unified_diff) {
+TEST_F(preview_t, shows_a_unified_diff) {
     const struct {
         arguments_t arguments;
         const char *diff;
@@ -71,7 +71,7 @@ TEST_F(preview_test, shows_a_unified_diff) {
     }
 }
 
-TEST_F(preview_test, sums_up_each_service_on_standard_error) {
+TEST_F(preview_t, sums_up_each_service_on_standard_error) {
     const auto result = here.run(preview({"switch.cfg"}));
     for (const char *line :
          {"infraconvert: switch.cfg, 4.1(2) to 5.0(2):\n", "  qos       IC-QOS-04   unchanged\n",
@@ -81,7 +81,7 @@ TEST_F(preview_test, sums_up_each_service_on_standard_error) {
         EXPECT_TRUE(contains(result.err, line)) << line << result.err;
 }
 
-TEST_F(preview_test, reads_directories_and_standard_input) {
+TEST_F(preview_t, reads_directories_and_standard_input) {
     here.write("image/ascii/system.cfg", storage);
     here.input = storage;
     const std::string expected =
@@ -93,7 +93,7 @@ TEST_F(preview_test, reads_directories_and_standard_input) {
     }
 }
 
-TEST_F(preview_test, exit_code_tells_whether_something_would_change) {
+TEST_F(preview_t, exit_code_tells_whether_something_would_change) {
     EXPECT_EQ(here.run(preview({"--exit-code", "switch.cfg"})).status, 3);
     EXPECT_EQ(here.run(preview({"--exit-code", "--service", "fwm", "switch.cfg"})).status, 0);
 }
@@ -120,7 +120,7 @@ class terminal_t {
     const int master;
 };
 
-TEST_F(preview_test, colours_on_a_terminal_unless_refused) {
+TEST_F(preview_t, colours_on_a_terminal_unless_refused) {
     const std::string red = "\033[31m-npiv enable\033[0m";
     const auto run = [&](const char *color) {
         return here
@@ -146,7 +146,7 @@ TEST_F(preview_test, colours_on_a_terminal_unless_refused) {
     }
 }
 
-TEST_F(preview_test, explain_names_the_rule_of_each_changed_line) {
+TEST_F(preview_t, explain_names_the_rule_of_each_changed_line) {
     const auto result = here.run(preview({"--explain", "-U", "0", "switch.cfg"}));
     EXPECT_EQ(result.out.substr(result.out.find("IC-")),
               "IC-NPIV-01 -npiv enable\n"
@@ -175,7 +175,7 @@ TEST_F(preview_test, explain_names_the_rule_of_each_changed_line) {
               "            stanza with \"fcoe\" for each of its VLANs in front\n");
 }
 
-TEST_F(preview_test, rollback_shows_exactly_what_does_not_come_back) {
+TEST_F(preview_t, rollback_shows_exactly_what_does_not_come_back) {
     const auto lossless = here.run(
         preview({"--rollback", "--exit-code", "--service", "npiv,fcportsec", "switch.cfg"}));
     EXPECT_EQ(lossless.status, 0);
@@ -190,7 +190,7 @@ TEST_F(preview_test, rollback_shows_exactly_what_does_not_come_back) {
                          "@@ -5 +8,0 @@\n-  fcoe\n");
 }
 
-TEST_F(preview_test, json_says_the_same) {
+TEST_F(preview_t, json_says_the_same) {
     const std::string diff = here.run(preview({"switch.cfg"})).out;
     const json document = json::parse(here.run(preview({"--json", "switch.cfg"})).out);
     EXPECT_EQ(document["format_version"], 1);
@@ -217,14 +217,14 @@ TEST_F(preview_test, json_says_the_same) {
     EXPECT_TRUE(contains(json::parse(wrong.out)["error"], "none.cfg: No such file"));
 }
 
-TEST_F(preview_test, json_survives_bytes_that_are_no_utf8) {
+TEST_F(preview_t, json_survives_bytes_that_are_no_utf8) {
     here.write("latin.cfg", "banner \xE9t\xE9\nnpiv enable\n");
     const auto result = here.run(preview({"--json", "latin.cfg"}));
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(json::parse(result.out)["changes"][1]["text"], "feature npiv");
 }
 
-TEST_F(preview_test, writes_no_log_outside_and_keeps_it_where_asked) {
+TEST_F(preview_t, writes_no_log_outside_and_keeps_it_where_asked) {
     const bool had_log = std::filesystem::exists("/mnt/pss/npiv.log");
     const auto result =
         here.run(preview({"--log", "--log-dir", "kept", "--service", "npiv", "switch.cfg"}));

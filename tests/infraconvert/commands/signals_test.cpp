@@ -29,15 +29,15 @@ constexpr int signals[] = {SIGTERM, SIGINT, SIGHUP};
 constexpr int exit_could_not_start = 126;
 
 // The command in a folder of its own, which also is where its private copies go.
-class interrupted_test : public ::testing::Test {
+class interrupted_t : public ::testing::Test {
   protected:
-    interrupted_test() {
+    interrupted_t() {
         std::string name =
             fs::path(fs::exists("/dev/shm") ? "/dev/shm" : fs::temp_directory_path()) /
             "infraconvert-test-XXXXXX";
         room = mkdtemp(name.data());
     }
-    ~interrupted_test() override { fs::remove_all(room); }
+    ~interrupted_t() override { fs::remove_all(room); }
 
     // Sends the signal at the first call that is `chosen`. Returns the status as wait() gives it.
     int run(const std::function<bool(const call_t &)> &chosen, int signal) {
@@ -135,7 +135,7 @@ bool is_rename(const call_t &call) {
 }
 
 // The first rename makes the backup; a signal that comes directly before the second is too late.
-TEST_F(interrupted_test, leaves_all_or_nothing_at_every_system_call) {
+TEST_F(interrupted_t, leaves_all_or_nothing_at_every_system_call) {
     const bool all = getenv("INFRACONVERT_EVERY_SIGNAL") != nullptr;
     const int calls = count_calls();
     std::map<std::string, int> outcomes;
@@ -162,7 +162,7 @@ TEST_F(interrupted_test, leaves_all_or_nothing_at_every_system_call) {
     RecordProperty("converted", outcomes["converted"]);
 }
 
-TEST_F(interrupted_test, ends_while_it_reads_standard_input) {
+TEST_F(interrupted_t, ends_while_it_reads_standard_input) {
     int ends[2];
     ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
     input = ends[0];
@@ -177,7 +177,7 @@ TEST_F(interrupted_test, ends_while_it_reads_standard_input) {
     close(ends[1]);
 }
 
-TEST_F(interrupted_test, goes_on_where_signals_are_ignored) {
+TEST_F(interrupted_t, goes_on_where_signals_are_ignored) {
     ignores = true;
     const int calls = count_calls();
     for (int at = 1; at <= calls; at += calls / 12) {

@@ -126,7 +126,7 @@ TEST(call, another_program_takes_over_from_one_that_was_killed) {
     try {
         call_installer(endless);
         FAIL();
-    } catch (const run_error &e) {
+    } catch (const run_error_t &e) {
         EXPECT_STREQ(e.what(), "infraconvert-run, which runs the converters, ended twice: it was "
                                "killed by signal 9 (Killed)");
     }

@@ -43,30 +43,31 @@ constexpr int worse(int one, int other) {
     return first->number;
 }
 
-struct command_error : std::runtime_error {
-    command_error(const std::string &message, int status)
+struct command_error_t : std::runtime_error {
+    command_error_t(const std::string &message, int status)
         : runtime_error(message), exit_status(status) {}
     int exit_status;
 };
 
 // What the user asks for is not to be had with these arguments.
-struct usage_error : command_error {
-    explicit usage_error(const std::string &message) : command_error(message, exit_usage) {}
+struct usage_error_t : command_error_t {
+    explicit usage_error_t(const std::string &message) : command_error_t(message, exit_usage) {}
 };
 
 // What is to be converted, or the plan to do so, cannot be read or used.
-struct input_error : command_error {
-    explicit input_error(const std::string &message) : command_error(message, exit_unusable) {}
+struct input_error_t : command_error_t {
+    explicit input_error_t(const std::string &message) : command_error_t(message, exit_unusable) {}
 };
 
 // The conversion itself came out otherwise than it has to.
-struct conversion_error : command_error {
-    explicit conversion_error(const std::string &message) : command_error(message, exit_failed) {}
+struct conversion_error_t : command_error_t {
+    explicit conversion_error_t(const std::string &message)
+        : command_error_t(message, exit_failed) {}
 };
 
 // The machine, or somebody else at work on it, was in the way.
-struct run_error : command_error {
-    explicit run_error(const std::string &message) : command_error(message, exit_trouble) {}
+struct run_error_t : command_error_t {
+    explicit run_error_t(const std::string &message) : command_error_t(message, exit_trouble) {}
 };
 
 } // namespace infraconvert

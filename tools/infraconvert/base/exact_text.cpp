@@ -27,7 +27,7 @@ std::string from_base64(const std::string &text) {
         EVP_DecodeBlock(bytes.data(), as_bytes(text.data()), static_cast<int>(text.size()));
     const size_t padding = text.ends_with("==") ? 2 : text.ends_with("=") ? 1 : 0;
     if (length < 0 || static_cast<size_t>(length) < padding)
-        throw input_error("no base64: " + quoted_name(text));
+        throw input_error_t("no base64: " + quoted_name(text));
     return {bytes.begin(), bytes.begin() + (length - static_cast<int>(padding))};
 }
 

@@ -13,7 +13,7 @@
 namespace infraconvert {
 
 std::string base64(std::string_view bytes);
-// Throws input_error for what is no base64.
+// Throws input_error_t for what is no base64.
 std::string from_base64(const std::string &text);
 
 // Gives every text of the document, at any depth, its exact bytes where it needs them.

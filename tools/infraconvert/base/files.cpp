@@ -28,7 +28,7 @@ std::string read_descriptor(int descriptor, const std::string &name) {
         return true;
     });
     if (!complete)
-        throw input_error(system_error(name));
+        throw input_error_t(system_error(name));
     return bytes;
 }
 
@@ -44,13 +44,13 @@ std::string place(const std::string &text, size_t at) {
 void refuse_unconvertible(const std::string &name, const std::string &text) {
     using namespace std::literals;
     if (text.empty())
-        throw input_error(quoted_name(name) + ": the configuration is empty");
+        throw input_error_t(quoted_name(name) + ": the configuration is empty");
     const size_t at = text.find_first_of("\0\xFF"sv);
     if (at == text.npos)
         return;
     const char *byte = text[at] == '\0' ? "a zero byte" : "a byte 0xFF";
-    throw input_error(quoted_name(name) + ": " + byte + " at " + place(text, at) +
-                      "; the converters would not see, or would lose, what stands behind it");
+    throw input_error_t(quoted_name(name) + ": " + byte + " at " + place(text, at) +
+                        "; the converters would not see, or would lose, what stands behind it");
 }
 
 } // namespace
@@ -58,7 +58,7 @@ void refuse_unconvertible(const std::string &name, const std::string &text) {
 std::string read_file(const std::string &path) {
     const engine::file_t file = engine::open_at(AT_FDCWD, path.c_str(), O_RDONLY);
     if (!file.is_open())
-        throw input_error(system_error(path));
+        throw input_error_t(system_error(path));
     return read_descriptor(file.descriptor(), path);
 }
 
@@ -92,7 +92,7 @@ void write_plainly(const std::filesystem::path &file, std::string_view bytes) {
     const bool written = stream && fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size();
     const bool closed = stream && fclose(stream) == 0;
     if (!written || !closed)
-        throw run_error(system_error(file));
+        throw run_error_t(system_error(file));
 }
 
 } // namespace infraconvert

@@ -17,7 +17,7 @@ constexpr const char *standard_stream = "-";
 // Below a directory that the user or the installer names.
 constexpr const char *configuration_in_directory = "ascii/system.cfg";
 
-// The bytes of a file. Throws input_error, naming the file, when it cannot be read.
+// The bytes of a file. Throws input_error_t, naming the file, when it cannot be read.
 std::string read_file(const std::string &path);
 
 // True when what there is to read of an open file is exactly these bytes.
@@ -26,11 +26,11 @@ bool holds(int descriptor, std::string_view bytes);
 // The file that the user means with `path`: itself, or for a directory its ascii/system.cfg.
 std::string configuration_file(const std::string &path);
 
-// The configuration in `file`, which may be standard_stream. Throws input_error when it cannot be
+// The configuration in `file`, which may be standard_stream. Throws input_error_t when it cannot be
 // read or when the converters would not see all of it: an empty one, a zero byte, a 0xFF byte.
 shared_text_t read_configuration(const std::string &file);
 
-// Writes a file that nobody else looks at. Throws run_error.
+// Writes a file that nobody else looks at. Throws run_error_t.
 void write_plainly(const std::filesystem::path &file, std::string_view bytes);
 
 } // namespace infraconvert

@@ -29,12 +29,12 @@ bool is_same(const struct stat &before, const struct stat &now) {
 void locked_file_t::open(const std::string &file) {
     opened = engine::open_at(AT_FDCWD, file.c_str(), O_RDONLY | O_NONBLOCK);
     if (!opened.is_open() || fstat(opened.descriptor(), &status) != 0)
-        throw input_error(quoted_name(file) + ": " + strerror(errno));
+        throw input_error_t(quoted_name(file) + ": " + strerror(errno));
     if (!S_ISREG(status.st_mode) || engine::lock(opened.descriptor()))
         return;
     if (errno == EWOULDBLOCK)
-        throw run_error(quoted_name(file) +
-                        " is locked: somebody else is converting it; nothing is written");
+        throw run_error_t(quoted_name(file) +
+                          " is locked: somebody else is converting it; nothing is written");
 }
 
 // Between the opening and the locking somebody else may have let go of the file that he replaced.
@@ -55,8 +55,8 @@ void locked_file_t::look_again(std::string_view expected) const {
     const bool untouched = stat(path.c_str(), &now) == 0 && is_same(status, now) &&
                            is_same_time(status.st_ctim, now.st_ctim);
     if (!untouched || !is(opened.descriptor(), expected))
-        throw run_error(quoted_name(path) +
-                        " has changed during the conversion; nothing is written");
+        throw run_error_t(quoted_name(path) +
+                          " has changed during the conversion; nothing is written");
 }
 
 // An edit within one tick of the clock leaves the times as they were.

@@ -12,11 +12,12 @@ namespace infraconvert {
 
 class locked_file_t {
   public:
-    // Opens the file and locks it as flock(2) does. Throws input_error when it cannot be read,
-    // run_error when somebody else has locked it. Where a file system knows no locks there is none.
+    // Opens the file and locks it as flock(2) does. Throws input_error_t when it cannot be read,
+    // run_error_t when somebody else has locked it. Where a file system knows no locks there is
+    // none.
     explicit locked_file_t(const std::string &file);
 
-    // Throws run_error unless the path still names this very file, untouched since it was locked,
+    // Throws run_error_t unless the path still names this very file, untouched since it was locked,
     // and the file holds these bytes.
     void look_again(std::string_view expected) const;
 

@@ -19,10 +19,10 @@ void draw(std::string_view bytes) { fwrite(bytes.data(), 1, bytes.size(), stderr
 
 void write_output(std::string_view data) {
     if (fwrite(data.data(), 1, data.size(), stdout) != data.size() || fflush(stdout) != 0)
-        throw run_error(std::string("cannot write standard output: ") + strerror(errno));
+        throw run_error_t(std::string("cannot write standard output: ") + strerror(errno));
 }
 
-void try_output(std::string_view data) try { write_output(data); } catch (const run_error &e) {
+void try_output(std::string_view data) try { write_output(data); } catch (const run_error_t &e) {
     message(e.what());
 }
 

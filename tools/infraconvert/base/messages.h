@@ -13,7 +13,7 @@ void message_lines(std::string_view lines);
 // What moves a terminal's cursor, as it is.
 void draw(std::string_view bytes);
 
-// Writes data on standard output. Throws run_error when it does not take them.
+// Writes data on standard output. Throws run_error_t when it does not take them.
 void write_output(std::string_view data);
 // The same where the exit status has something more important to tell: when standard output does
 // not take the data, only a message says so.

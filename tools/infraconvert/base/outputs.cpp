@@ -87,11 +87,11 @@ void write_whole(const std::string &path, std::string_view bytes, engine::replac
         return;
     const int error = errno;
     if (error == ESTALE)
-        throw run_error(quoted_name(path) + " was changed by somebody else; it stays so");
+        throw run_error_t(quoted_name(path) + " was changed by somebody else; it stays so");
     const std::string message = "cannot write " + quoted_name(path) + ": " + strerror(error);
     if (is_no_such_file(error))
-        throw usage_error(message);
-    throw run_error(message);
+        throw usage_error_t(message);
+    throw run_error_t(message);
 }
 
 void outputs_t::files_t::add(const std::string &path, const std::string &what) {
@@ -133,7 +133,8 @@ void outputs_t::reads(const std::string &file) {
     shown.add_open(STDOUT_FILENO, "shown");
     const bool standard = file == standard_stream;
     if (!shown.find(standard ? "/dev/stdin" : file).empty())
-        throw usage_error("standard output would go into " + quoted_name(file) + ", which is read");
+        throw usage_error_t("standard output would go into " + quoted_name(file) +
+                            ", which is read");
     if (standard)
         inputs.add_open(STDIN_FILENO, "a file that is read");
     else
@@ -151,31 +152,31 @@ std::string outputs_t::obstacle(const std::string &path) const {
 
 void outputs_t::expect(const std::string &option, const std::string &path) {
     if (path.empty())
-        throw usage_error(option + " needs the name of a file");
+        throw usage_error_t(option + " needs the name of a file");
     std::string what = obstacle(path);
     if (what.empty())
         what = outputs.find(path);
     if (!what.empty())
-        throw usage_error(option + ": " + quoted_name(path) + " is " + what +
-                          "; name another file");
+        throw usage_error_t(option + ": " + quoted_name(path) + " is " + what +
+                            "; name another file");
     std::error_code ignored;
     if (!fs::is_directory(folder_of(path), ignored))
-        throw usage_error(option + ": " + quoted_name(path) + ": there is no such folder");
+        throw usage_error_t(option + ": " + quoted_name(path) + ": there is no such folder");
     outputs.add(path, "what " + option + " names");
 }
 
 void outputs_t::make_folder(const std::string &path) const {
     std::error_code error;
     if (is_foreign_link(path))
-        throw usage_error(quoted_name(path) + " is a link that others may have put there");
+        throw usage_error_t(quoted_name(path) + " is a link that others may have put there");
     fs::create_directories(path, error);
     if (error)
-        throw usage_error("cannot make the folder " + quoted_name(path) + ": " + error.message());
+        throw usage_error_t("cannot make the folder " + quoted_name(path) + ": " + error.message());
 }
 
 void outputs_t::write(const std::string &path, std::string_view bytes) const {
     if (const std::string what = obstacle(path); !what.empty())
-        throw usage_error("cannot write " + quoted_name(path) + ": it is " + what);
+        throw usage_error_t("cannot write " + quoted_name(path) + ": it is " + what);
     const engine::file_t from = open_source(source);
     const bool has_source = from.is_open() && is_regular(from.descriptor());
     const std::string behind = behind_link(path);

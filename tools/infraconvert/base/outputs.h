@@ -20,9 +20,9 @@ namespace infraconvert {
 // and must be open to signals.
 bool may_wait_for_a_reader(const std::string &path);
 
-// Replaces the contents of `path`, or makes it. Throws usage_error when there can be no such file,
-// run_error when it cannot be written; both name it. Signals wait meanwhile: one that came before
-// the first byte of the commit leaves the file as it was, by interrupted_t.
+// Replaces the contents of `path`, or makes it. Throws usage_error_t when there can be no such
+// file, run_error_t when it cannot be written; both name it. Signals wait meanwhile: one that came
+// before the first byte of the commit leaves the file as it was, by interrupted_t.
 void write_whole(const std::string &path, std::string_view bytes, engine::replace_rules_t rules);
 
 class outputs_t {
@@ -34,11 +34,11 @@ class outputs_t {
     // The command reads this file too.
     void reads(const std::string &file);
 
-    // Tells of an output before the work begins. Throws usage_error in the name of the option when
-    // it is one of the inputs or another output, or when there can be no such file.
+    // Tells of an output before the work begins. Throws usage_error_t in the name of the option
+    // when it is one of the inputs or another output, or when there can be no such file.
     void expect(const std::string &option, const std::string &path);
 
-    // Makes a folder for outputs unless it is there. Throws usage_error when that fails.
+    // Makes a folder for outputs unless it is there. Throws usage_error_t when that fails.
     void make_folder(const std::string &path) const;
     // Writes an output. Throws as write_whole does, or when it is one of the inputs.
     void write(const std::string &path, std::string_view bytes) const;

@@ -70,7 +70,7 @@ void refuse_options_of_conversions(const audit_options_t &options, const char *w
                         : !options.fixes.empty()  ? "--fixes"
                                                   : nullptr;
     if (first)
-        throw usage_error(std::string(first) + " goes with a conversion only, and " + without);
+        throw usage_error_t(std::string(first) + " goes with a conversion only, and " + without);
 }
 
 // What stands in place of a conversion, if anything does.
@@ -78,12 +78,12 @@ void choose_what_is_judged(const audit_options_t &options, fleet_t &fleet) {
     if (!options.result.empty()) {
         refuse_options_of_conversions(options, "--result brings a result of its own");
         if (fleet.files.size() != 1)
-            throw usage_error("--result goes with one PATH, that of its original");
+            throw usage_error_t("--result goes with one PATH, that of its original");
         fleet.result = read_configuration(configuration_file(options.result));
     } else if (options.releases.to.empty()) {
         refuse_options_of_conversions(options, "--to is missing");
         if (!options.report.empty())
-            throw usage_error("--report shows conversions, and --to is missing");
+            throw usage_error_t("--report shows conversions, and --to is missing");
         fleet.form_alone = true;
     }
 }
@@ -101,10 +101,10 @@ fleet_t fleet_of(const audit_options_t &options) {
     fleet.request.services = services_named(options.services);
     fleet.request.keep_going = options.keep_going;
     if (options.paths.empty())
-        throw usage_error("missing PATH of a configuration");
+        throw usage_error_t("missing PATH of a configuration");
     fleet.files = configuration_files(options.paths);
     if (fleet.files.empty())
-        throw usage_error("no configuration stands below the directories");
+        throw usage_error_t("no configuration stands below the directories");
     choose_what_is_judged(options, fleet);
     fleet.jobs = options.jobs;
     fleet.mask = options.mask;

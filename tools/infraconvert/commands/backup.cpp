@@ -33,8 +33,8 @@ bool keeps(const std::string &backup, std::string_view original) {
 
 void refuse_other_backup(const std::string &backup, std::string_view original) {
     if (exists(backup) && !keeps(backup, original))
-        throw usage_error("the backup " + quoted_name(backup) +
-                          " exists already; move it away or choose another --backup=SUFFIX");
+        throw usage_error_t("the backup " + quoted_name(backup) +
+                            " exists already; move it away or choose another --backup=SUFFIX");
 }
 
 void make_backup(int file, std::string_view bytes, const std::string &backup) {

@@ -76,7 +76,7 @@ job_t read_job(const job_options_t &options) {
     const release_pair_t releases = checked_releases(options.releases);
     const auto chosen = services_named(options.services);
     if (options.path.empty())
-        throw usage_error("missing PATH of the configuration");
+        throw usage_error_t("missing PATH of the configuration");
     const std::string file = configuration_file(options.path);
     const auto outputs = std::make_shared<outputs_t>();
     outputs->made_from(file);
@@ -104,8 +104,9 @@ std::set<std::string> codes_to_mend(const std::string &mend) {
         const size_t end = std::min(mend.find(',', from), mend.size());
         const finding_kind_t *kind = finding_kind_named(mend.substr(from, end - from));
         if (!kind)
-            throw usage_error("--mend: no finding has the code '" + mend.substr(from, end - from) +
-                              "' (infraconvert explain lists all)");
+            throw usage_error_t("--mend: no finding has the code '" +
+                                mend.substr(from, end - from) +
+                                "' (infraconvert explain lists all)");
         codes.insert(kind->code);
         from = end + 1;
     }

@@ -49,7 +49,7 @@ job_t read_job(const job_options_t &options);
 // Converts, mends what the job asks for, and shows the logs when the options ask for them.
 converted_t run_job(const job_t &job);
 
-// The codes that "--mend" names: none for "all". Throws usage_error for one that does not exist.
+// The codes that "--mend" names: none for "all". Throws usage_error_t for one that does not exist.
 std::set<std::string> codes_to_mend(const std::string &mend);
 
 // Name of the configuration: as it is, and quoted for messages.

@@ -62,12 +62,12 @@ std::string destination_of(const convert_options_t &options, const std::string &
     return same ? file : options.output;
 }
 
-// Throws usage_error when what is asked for does not go together.
+// Throws usage_error_t when what is asked for does not go together.
 void check_combination(const convert_options_t &options, const task_t &task) {
     if (options.json && task.destination == standard_stream)
-        throw usage_error("--json needs standard output for itself: name a file with --output");
+        throw usage_error_t("--json needs standard output for itself: name a file with --output");
     if (!options.backup_suffix.empty() && !task.in_place())
-        throw usage_error("--backup goes with a conversion in place only");
+        throw usage_error_t("--backup goes with a conversion in place only");
 }
 
 void expect_outputs(const convert_options_t &options, const task_t &task) {
@@ -85,7 +85,8 @@ task_t task_of(const convert_options_t &given) {
     const bool chooses = !given.releases.from.empty() || !given.releases.to.empty() ||
                          !given.services.empty() || given.keep_going || !given.mend.empty();
     if (!given.plan.empty() && chooses)
-        throw usage_error("--plan brings --from, --to, --service, --keep-going and --mend with it");
+        throw usage_error_t(
+            "--plan brings --from, --to, --service, --keep-going and --mend with it");
     task_t task;
     if (!given.plan.empty())
         task.plan = read_plan(given.plan);

@@ -43,10 +43,10 @@ void show(const job_options_t &options, const std::string &name, const converted
 int show_as_it_is(const job_options_t &options) {
     check_release("--from", options.releases.from);
     if (options.path.empty())
-        throw usage_error("missing PATH of the configuration");
+        throw usage_error_t("missing PATH of the configuration");
     if (!options.services.empty() || options.keep_going)
-        throw usage_error(std::string(options.keep_going ? "--keep-going" : "--service") +
-                          " goes with a conversion only, and --to is missing");
+        throw usage_error_t(std::string(options.keep_going ? "--keep-going" : "--service") +
+                            " goes with a conversion only, and --to is missing");
     const std::string file = configuration_file(options.path);
     outputs_t().made_from(file); // standard output may go elsewhere only
     const shared_text_t text = read_configuration(file);

@@ -184,13 +184,13 @@ int rollback(const preview_options_t &options, job_t job) {
 
 int run(const preview_options_t &options) {
     if (options.labels.size() > 2)
-        throw usage_error("--label may be given twice at most");
+        throw usage_error_t("--label may be given twice at most");
     for (const std::string &name : options.labels) {
         if (name.find_first_of("\n\r") != name.npos)
-            throw usage_error("--label: a name of one line is needed");
+            throw usage_error_t("--label: a name of one line is needed");
     }
     if (options.rollback && (options.explain || !options.save_plan.empty()))
-        throw usage_error("--rollback goes neither with --explain nor with --save-plan");
+        throw usage_error_t("--rollback goes neither with --explain nor with --save-plan");
     const job_t job = read_job(options);
     if (!options.save_plan.empty())
         job.outputs->expect("--save-plan", options.save_plan);

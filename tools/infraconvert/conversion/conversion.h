@@ -62,8 +62,8 @@ struct converted_t {
     std::string rule_of(const script_line_t &line) const;
 };
 
-// Runs the conversion. What a converter cannot do is a failure in its step. Throws run_error when
-// the machine does not allow it, and usage_error when the logs cannot be kept.
+// Runs the conversion. What a converter cannot do is a failure in its step. Throws run_error_t when
+// the machine does not allow it, and usage_error_t when the logs cannot be kept.
 converted_t run_conversion(const conversion_request_t &request);
 
 // What may be told about the conversion.

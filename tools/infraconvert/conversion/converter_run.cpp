@@ -80,7 +80,7 @@ class listener_t {
             take_step(message);
             break;
         case kind_t::refused:
-            throw run_error(message.bytes);
+            throw run_error_t(message.bytes);
         case kind_t::child_ended:
             take_end(message);
         }
@@ -142,7 +142,7 @@ converter_run_t run_converters(const call_t &call) {
             return std::move(listener.run);
         end = runner_process_t::shared().note_end(answers.program);
     }
-    throw run_error("infraconvert-run, which runs the converters, ended twice: it " + end);
+    throw run_error_t("infraconvert-run, which runs the converters, ended twice: it " + end);
 }
 
 } // namespace infraconvert

@@ -17,8 +17,8 @@ struct converter_run_t {
     std::map<std::string, std::string> logs; // by file name, when wanted
 };
 
-// Runs the services of the call in order until one ends badly, each once. Throws run_error when the
-// machine does not allow it.
+// Runs the services of the call in order until one ends badly, each once. Throws run_error_t when
+// the machine does not allow it.
 converter_run_t run_converters(const call_t &call);
 
 } // namespace infraconvert

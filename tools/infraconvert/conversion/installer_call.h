@@ -41,7 +41,7 @@ struct call_result_t {
     std::map<std::string, std::string> logs; // by file name, when wanted
 };
 
-// Has the library convert. Throws run_error when the machine does not allow it.
+// Has the library convert. Throws run_error_t when the machine does not allow it.
 call_result_t call_installer(const call_t &call);
 
 } // namespace infraconvert

@@ -40,10 +40,10 @@ bool readable(const std::string &text) {
 
 void check_release(const char *option, const std::string &text) {
     if (text.empty())
-        throw usage_error(std::string("missing ") + option + " RELEASE (" + accepted_forms + ")");
+        throw usage_error_t(std::string("missing ") + option + " RELEASE (" + accepted_forms + ")");
     if (!readable(text))
-        throw usage_error(std::string(option) + ": '" + text +
-                          "' is not a release that a converter can read; " + accepted_forms);
+        throw usage_error_t(std::string(option) + ": '" + text +
+                            "' is not a release that a converter can read; " + accepted_forms);
     if (!std::regex_match(text, complete_release()))
         message(std::string("warning: ") + option + ": '" + text +
                 "' is an unusual release; the converters read it only as far as they know it (" +

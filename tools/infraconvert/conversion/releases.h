@@ -9,7 +9,7 @@ struct release_pair_t {
     std::string from, to;
 };
 
-// The same pair. Throws usage_error for a text that is missing or that no converter can read; a
+// The same pair. Throws usage_error_t for a text that is missing or that no converter can read; a
 // text that they read only in part is told to the user in a message.
 release_pair_t checked_releases(const release_pair_t &written);
 

@@ -54,8 +54,8 @@ found_rule_t rule_named(const std::string &id) {
             known.emplace_back(rule.id);
         }
     }
-    throw usage_error("unknown rule '" + id + "'" + suggestion(wanted, known) +
-                      " (infraconvert explain lists all rules)");
+    throw usage_error_t("unknown rule '" + id + "'" + suggestion(wanted, known) +
+                        " (infraconvert explain lists all rules)");
 }
 
 } // namespace infraconvert

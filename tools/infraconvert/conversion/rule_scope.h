@@ -16,7 +16,7 @@ struct scope_t {
 
 std::vector<scope_t> scope_of(const service_t &service, const engine::rule_t &rule);
 
-// The rule of this identifier, whatever its case, and its service. Throws usage_error.
+// The rule of this identifier, whatever its case, and its service. Throws usage_error_t.
 struct found_rule_t {
     const service_t *service;
     const engine::rule_t *rule;

@@ -44,12 +44,12 @@ fs::path find_program() {
         if (access((directory / program_name).c_str(), X_OK) == 0)
             return directory / program_name;
     }
-    throw run_error(std::string(program_name) + " stands neither in " + here.string() +
-                    " nor in its ../libexec/infraconvert");
+    throw run_error_t(std::string(program_name) + " stands neither in " + here.string() +
+                      " nor in its ../libexec/infraconvert");
 }
 
-run_error trouble(const char *what, int error) {
-    return run_error(std::string(program_name) + ' ' + what + ": " + strerror(error));
+run_error_t trouble(const char *what, int error) {
+    return run_error_t(std::string(program_name) + ' ' + what + ": " + strerror(error));
 }
 
 struct pair_t {

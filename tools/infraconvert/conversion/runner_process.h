@@ -48,7 +48,7 @@ class runner_process_t {
 
     // Makes a request. The job is sent, and the answers are read, on the socket that is returned,
     // where a wait for the next one ends after `patience`. Starts infraconvert-run when it does not
-    // run. Throws run_error.
+    // run. Throws run_error_t.
     answers_t request(const runner::request_t &request, std::chrono::seconds patience);
 
     // Takes notice that the program which was to answer does so no more. Returns how it ended.

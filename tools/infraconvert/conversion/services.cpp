@@ -109,8 +109,8 @@ const service_t *service_named(const std::string &name) {
     std::string known;
     for (const service_t &s : services())
         known += std::string(s.name) + ", ";
-    throw usage_error("unknown service '" + name + "'" + suggestion(name, names) +
-                      " (services: " + known + "all)");
+    throw usage_error_t("unknown service '" + name + "'" + suggestion(name, names) +
+                        " (services: " + known + "all)");
 }
 
 } // namespace

@@ -27,7 +27,7 @@ struct service_t {
 const std::vector<service_t> &services();
 
 // The services of these names, in the order in which they run; all for none or "all". A name may
-// also be the platform's or the identifier. Throws usage_error for a name that no service has.
+// also be the platform's or the identifier. Throws usage_error_t for a name that no service has.
 std::vector<const service_t *> services_named(const std::vector<std::string> &names);
 
 // What a converter does for a pair of releases.

@@ -44,7 +44,7 @@ std::string refused_codes(const std::vector<finding_t> &findings,
             std::vector<std::string> known;
             for (const finding_kind_t &each : finding_kinds())
                 known.emplace_back(each.code);
-            throw usage_error("unknown finding '" + code + "'" + suggestion(code, known));
+            throw usage_error_t("unknown finding '" + code + "'" + suggestion(code, known));
         }
         fine.insert(kind->code);
     }

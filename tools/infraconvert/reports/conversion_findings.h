@@ -17,7 +17,7 @@ std::vector<finding_t> findings_of(const converted_t &conversion,
 // Tells errors and warnings with their lines, and how many notes there are.
 void tell_findings(const std::string &name, const std::vector<finding_t> &findings);
 
-// The codes of severity error that `accepted` does not name, joined by commas. Throws usage_error
+// The codes of severity error that `accepted` does not name, joined by commas. Throws usage_error_t
 // for an accepted code that does not exist.
 std::string refused_codes(const std::vector<finding_t> &findings,
                           const std::vector<std::string> &accepted);

@@ -88,7 +88,7 @@ void look_at(const fleet_t &fleet, audited_t &audited) try {
         fleet.keep_fixes(audited, mended);
     if (fleet.describe)
         audited.details = fleet.describe(audited, conversion);
-} catch (const command_error &e) {
+} catch (const command_error_t &e) {
     audited.problem = e.what();
     audited.problem_status = e.exit_status;
 } catch (const std::exception &e) {

@@ -17,7 +17,7 @@ constexpr int version = 1;
 
 plan_t plan_from(const json &document) {
     if (document.at("kind") != kind || document.at("format_version") != version)
-        throw input_error("it is of another kind or of a later version");
+        throw input_error_t("it is of another kind or of a later version");
     return {.releases = {document.at("from"), document.at("to")},
             .services = document.at("services"),
             .keep_going = document.at("keep_going"),
@@ -61,18 +61,19 @@ std::string plan_text(const plan_t &plan) {
 plan_t read_plan(const std::string &plan_file) try {
     return plan_from(json::parse(read_file(plan_file)));
 } catch (const json::exception &) {
-    throw input_error(quoted_name(plan_file) + ": not a plan of infraconvert preview --save-plan");
+    throw input_error_t(quoted_name(plan_file) +
+                        ": not a plan of infraconvert preview --save-plan");
 }
 
 void check_input(const plan_t &plan, const std::string &text) {
     if (sha256(text) != plan.input_digest)
-        throw input_error("the configuration has changed since the plan was made; nothing is "
-                          "converted (make a new plan with infraconvert preview --save-plan)");
+        throw input_error_t("the configuration has changed since the plan was made; nothing is "
+                            "converted (make a new plan with infraconvert preview --save-plan)");
 }
 
 void check_result(const plan_t &plan, const std::string &text) {
     if (sha256(text) != plan.result_digest)
-        throw conversion_error(
+        throw conversion_error_t(
             "the conversion gives another result than when the plan was made, so the "
             "converters are others; nothing is written");
 }

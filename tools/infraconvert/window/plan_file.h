@@ -23,12 +23,12 @@ plan_t plan_of(const converted_t &conversion, const std::string &file, bool keep
 
 // What stands in the file that keeps the plan.
 std::string plan_text(const plan_t &plan);
-// Throws input_error, naming the file, when it cannot be read as a plan.
+// Throws input_error_t, naming the file, when it cannot be read as a plan.
 plan_t read_plan(const std::string &plan_file);
 
-// Throws input_error when the configuration is not what the plan was made for.
+// Throws input_error_t when the configuration is not what the plan was made for.
 void check_input(const plan_t &plan, const std::string &text);
-// Throws conversion_error when what became of it is not.
+// Throws conversion_error_t when what became of it is not.
 void check_result(const plan_t &plan, const std::string &text);
 
 } // namespace infraconvert
