@@ -239,4 +239,19 @@ TEST_F(preview_t, writes_no_log_outside_and_keeps_it_where_asked) {
         << folded.err;
 }
 
+TEST_F(preview_t, a_change_of_a_fix_has_no_service) {
+    here.write("marks.cfg", "class-map voice\n  match cos 5\npolicy-map marks\n  class voice\n"
+                            "    set qos-group 2\ninterface Ethernet1/1\n"
+                            "  service-policy input marks\n");
+    const auto told = here.run(preview({"--json", "--mend", "marks.cfg"}));
+    ASSERT_EQ(told.status, 0) << told.err;
+    const json changes = json::parse(told.out)["changes"];
+    const json of_fix = {{"edit", "remove"},
+                         {"line", 1},
+                         {"text", "class-map voice"},
+                         {"service", nullptr},
+                         {"rule", "fix"}};
+    EXPECT_NE(std::find(changes.begin(), changes.end(), of_fix), changes.end()) << changes.dump(1);
+}
+
 } // namespace

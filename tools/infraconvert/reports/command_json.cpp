@@ -73,13 +73,13 @@ json text_json(const std::string &text, bool masked) {
 json change_json(const converted_t &conversion, const script_line_t &line,
                  std::string_view content) {
     const bool removed = line.edit == line_edit_t::remove;
-    const bool known = line.step >= 0;
-    const step_t *step = known ? &conversion.steps[static_cast<size_t>(line.step)] : nullptr;
+    const bool service_did = line.step >= 0 && line.step != fix_step;
+    const step_t *step = service_did ? &conversion.steps[static_cast<size_t>(line.step)] : nullptr;
     return {{"edit", removed ? "remove" : "add"},
             {"line", (removed ? line.before : line.after) + 1},
             {"text", std::string(without_newline(content))},
             {"service", step ? json(step->service->name) : json(nullptr)},
-            {"rule", step ? json(conversion.rule_of(line)) : json(nullptr)}};
+            {"rule", line.step >= 0 ? json(conversion.rule_of(line)) : json(nullptr)}};
 }
 
 json changes_json(const converted_t &conversion) {
