@@ -19,7 +19,7 @@ _infraconvert() {
     --color) offered='auto always never' ;;
     --format) offered='text json sarif' ;;
     --from | --to | --label | --unified | -U | --output | -o | --plan | --save-plan | --log-dir | \
-      --report | --fixes | --result | --jobs | -j) ;;
+      --report | --fixes | --result | --files-from | --jobs | -j) ;;
     --accept) offered=$(_infraconvert_codes 'IC[0-9]+') ;;
     *)
       if [ "$COMP_CWORD" -eq 1 ]; then
@@ -28,9 +28,10 @@ _infraconvert() {
         case $command in
           plan) offered="$releases --help" ;;
           preview) offered="$conversion --unified --label --color --explain --rollback --exit-code
-                            --save-plan --mend --help" ;;
+                            --save-plan --accept --mend --help" ;;
           convert) offered="$conversion --output --backup --plan --accept --mend --help" ;;
-          audit) offered="$releases --keep-going --mask --format --report --result --fixes --rollback --jobs --help" ;;
+          audit) offered="$releases --keep-going --mask --format --report --result --fixes --rollback --accept
+                          --files-from --jobs --help" ;;
           effects) offered="$releases --keep-going --mask --help" ;;
           explain) offered="--json --help $(_infraconvert_codes 'IC[A-Z0-9-]+')" ;;
         esac

@@ -20,8 +20,11 @@ class texts_t {
         : before(split_lines(original)), after(split_lines(result)) {}
 
     finding_t finding(const difference_t &difference) const {
-        return {finding_kind_named(difference.code), difference.words,
-                evidence(before, difference.before), evidence(after, difference.after)};
+        finding_t finding = {finding_kind_named(difference.code), difference.words,
+                             evidence(before, difference.before),
+                             evidence(after, difference.after)};
+        finding.place = place_of(finding, {before, before}, {after, after});
+        return finding;
     }
 
   private:

@@ -32,13 +32,34 @@ const retired_kind_t *retired_kind_named(const std::string &code) {
     return named<retired_kind_t>(retired_kind_table, code);
 }
 
+std::string place_of(const finding_t &finding, const shown_lines_t &before,
+                     const shown_lines_t &after) {
+    constexpr std::string_view blanks = " \t\r";
+    const bool original = !finding.before.empty();
+    const auto &evidence = original ? finding.before : finding.after;
+    const auto &[exact, shown] = original ? before : after;
+    if (evidence.empty())
+        return "";
+    size_t at = evidence[0].number - 1;
+    while (at > 0 && blanks.find(exact[at].front()) != blanks.npos)
+        at--;
+    const std::string_view line = without_newline(shown[at]);
+    return std::string(line.substr(0, line.find_last_not_of(blanks) + 1));
+}
+
+bool is_open_error(const finding_t &finding) {
+    return finding.kind->severity == severity_t::error && !finding.accepted;
+}
+
 finding_count_t count_findings(const std::vector<finding_t> &findings) {
     using enum severity_t;
     finding_count_t count;
     for (const finding_t &finding : findings) {
-        count.errors += finding.kind->severity == error;
-        count.warnings += finding.kind->severity == warning;
-        count.notes += finding.kind->severity == note;
+        const bool open = !finding.accepted;
+        count.errors += open && finding.kind->severity == error;
+        count.warnings += open && finding.kind->severity == warning;
+        count.notes += open && finding.kind->severity == note;
+        count.agreed += !open;
     }
     return count;
 }
@@ -53,6 +74,8 @@ std::string count_text(const finding_count_t &count) {
     add(count.errors, "error");
     add(count.warnings, "warning");
     add(count.notes, "note");
+    if (count.agreed > 0)
+        text += (text.empty() ? "" : ", ") + std::to_string(count.agreed) + " agreed";
     return text.empty() ? "no findings" : text;
 }
 

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "audit/finding_kinds.h"
+#include "base/lines.h"
 
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -41,20 +43,42 @@ struct fix_text_t {
     std::vector<replacement_t> replacements = {}; // of a fix before the conversion
 };
 
+// What was agreed on before: the finding does not stop a conversion.
+struct agreement_t {
+    std::string reason, until; // may be empty; until: YYYY-MM-DD
+};
+
 struct finding_t {
     const finding_kind_t *kind;
     std::string detail;                    // what was found here, in one sentence or less
     std::vector<evidence_t> before, after; // lines of the original, of the result
     std::vector<fix_text_t> fixes = {};
     std::string by_hand = {}; // why there is no fix for an error; empty: there is, or nobody looked
+    std::string place = {};   // first line of the stanza of its first line; empty: it has no lines
+    std::optional<agreement_t> accepted = {};
 };
 
+// A text by its lines, as it is and as it may be shown.
+struct shown_lines_t {
+    const lines_t &exact, &shown;
+};
+
+// The first line of the stanza in which the first line of a finding stands, of the original or else
+// of the result: the nearest one above it that is not indented. Without blanks behind it; empty for
+// a finding without lines.
+std::string place_of(const finding_t &finding, const shown_lines_t &before,
+                     const shown_lines_t &after);
+
+// True for an error that nobody agreed to.
+bool is_open_error(const finding_t &finding);
+
+// The open ones by severity, and those that were agreed on.
 struct finding_count_t {
-    size_t errors = 0, warnings = 0, notes = 0;
+    size_t errors = 0, warnings = 0, notes = 0, agreed = 0;
 };
 finding_count_t count_findings(const std::vector<finding_t> &findings);
 
-// "2 errors, 1 warning, 3 notes"; "no findings".
+// "2 errors, 1 warning, 3 notes, 1 agreed"; "no findings".
 std::string count_text(const finding_count_t &count);
 
 } // namespace infraconvert

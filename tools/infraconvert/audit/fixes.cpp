@@ -149,7 +149,7 @@ void add_fixes(std::vector<finding_t> &findings, const mended_t &mended,
 }
 
 const char *way_back_t::verdict() const {
-    if (!std::any_of(findings.begin(), findings.end(), is_error))
+    if (std::none_of(findings.begin(), findings.end(), is_open_error))
         return "reversible";
     return mended.by_hand.empty() ? "reversible with these lines" : "not reversible";
 }
@@ -168,7 +168,7 @@ mended_t mend_findings(std::vector<finding_t> &findings, const converted_t &conv
     mended_t mended;
     mended.original = *conversion.original;
     mended.result = *conversion.result;
-    if (runs_every_rule(request) && std::any_of(findings.begin(), findings.end(), is_error)) {
+    if (runs_every_rule(request) && std::any_of(findings.begin(), findings.end(), is_open_error)) {
         mended = mend_conversion(conversion, request);
         add_fixes(findings, mended, *conversion.original);
     }

@@ -37,9 +37,12 @@ void mask_findings(std::vector<finding_t> &findings, const converted_t &conversi
     const std::string original = masked_text(*conversion.original);
     const std::string result = masked_text(*conversion.result);
     const lines_t before = split_lines(original), after = split_lines(result);
+    const lines_t exact_before = split_lines(*conversion.original);
+    const lines_t exact_after = split_lines(*conversion.result);
     const mask_t mask = mask_of(conversion);
     for (finding_t &finding : findings) {
         finding.detail = mask.message(finding.detail);
+        finding.place = place_of(finding, {exact_before, before}, {exact_after, after});
         mask_lines(finding.before, before);
         mask_lines(finding.after, after);
         for (fix_text_t &fix : finding.fixes)

@@ -28,8 +28,9 @@ struct audit_options_t {
     std::string fixes;  // a folder; empty: none
     std::string result; // a file that is judged in place of a conversion; empty: none
     bool rollback = false;
+    std::vector<std::string> accept; // codes, and files behind "@"
     size_t jobs = 1;
-    std::vector<std::string> paths;
+    paths_t paths;
 };
 
 // Where the fixes of a configuration go: below the folder, by its path.
@@ -100,11 +101,7 @@ fleet_t fleet_of(const audit_options_t &options) {
     fleet.request.releases = releases_of(options);
     fleet.request.services = services_named(options.services);
     fleet.request.keep_going = options.keep_going;
-    if (options.paths.empty())
-        throw usage_error_t("missing PATH of a configuration");
-    fleet.files = configuration_files(options.paths);
-    if (fleet.files.empty())
-        throw usage_error_t("no configuration stands below the directories");
+    fleet.files = files_of(options.paths);
     choose_what_is_judged(options, fleet);
     fleet.jobs = options.jobs;
     fleet.mask = options.mask;
@@ -167,12 +164,15 @@ int run(const audit_options_t &options) {
             keep_fixes(outputs, options.fixes, audited, mended, fleet.request.releases);
         };
     }
-    std::vector<audited_t> results = audit_all(fleet);
+    exceptions_t agreed(options.accept, today());
+    fleet.agreed = &agreed;
+    const std::vector<audited_t> results = audit_all(fleet);
     const fleet_summary_t summary = {fleet.request.releases, results};
     if (!options.report.empty())
         outputs.write(options.report, report_page(summary));
     write_output(in_format(options.json ? "json" : options.format, summary));
     message_lines(summary.table());
+    tell_idle(agreed);
     return status_of(results);
 }
 
@@ -205,16 +205,9 @@ std::function<int()> declare(CLI::App &arguments) {
     arguments.add_flag("--rollback", options->rollback,
                        "Judge the way there and back, with the lines that restore what it loses");
     declare_mask(arguments, options->mask);
-    arguments
-        .add_option("-j,--jobs", options->jobs, "Configurations that are converted at a time [1]")
-        ->type_name("N")
-        ->check(CLI::Range(size_t{1}, size_t{256}).description(""));
-    arguments
-        .add_option("PATH", options->paths,
-                    "Configurations, and directories: one that holds ascii/system.cfg stands for "
-                    "it, any other for all files below it")
-        ->type_name("")
-        ->check(not_empty);
+    declare_accept(arguments, options->accept);
+    declare_jobs(arguments, options->jobs);
+    declare_paths(arguments, options->paths);
     return [options] { return run(*options); };
 }
 
@@ -224,7 +217,7 @@ const command_t audit_command = {
     .name = "audit",
     .summary = "Find what a conversion loses or changes, or what a release would not read",
     .examples = "infraconvert audit --from '4.0(1)' --to '4.1(3)' switch.cfg\n"
-                "infraconvert audit --from '4.0(1)' --to '4.1(3)' --jobs 4 --report window.html "
+                "infraconvert audit --from '4.0(1)' --to '4.1(3)' --report window.html "
                 "configurations/\n"
                 "infraconvert audit --from '4.0(1)' --to '4.1(3)' --format sarif *.cfg\n"
                 "infraconvert audit --from '4.0(1)' --to '4.1(3)' --result mended.cfg switch.cfg\n"

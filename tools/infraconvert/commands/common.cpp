@@ -4,6 +4,7 @@
 #include "base/errors.h"
 #include "base/messages.h"
 #include "base/quoting.h"
+#include "window/crew.h"
 
 namespace infraconvert {
 
@@ -41,6 +42,40 @@ void declare_path(CLI::App &arguments, std::string &path) {
         ->check(not_empty);
 }
 
+void declare_paths(CLI::App &arguments, paths_t &paths) {
+    arguments
+        .add_option("PATH", paths.given,
+                    "Configurations, - for standard input, and directories: one that holds "
+                    "ascii/system.cfg stands for it, any other for the configurations below it")
+        ->type_name("")
+        ->check(not_empty);
+    arguments
+        .add_option("--files-from", paths.list,
+                    "Also the paths in this file, one a line; - reads them from standard input")
+        ->type_name("FILE")
+        ->check(not_empty);
+}
+
+void declare_jobs(CLI::App &arguments, size_t &jobs) {
+    jobs = usual_jobs();
+    arguments
+        .add_option("-j,--jobs", jobs,
+                    "Configurations that are looked at at a time [" + std::to_string(jobs) + "]")
+        ->type_name("N")
+        ->check(CLI::Range(size_t{1}, size_t{256}).description(""));
+}
+
+void declare_accept(CLI::App &arguments, std::vector<std::string> &accept) {
+    arguments
+        .add_option("--accept", accept,
+                    "Findings that are agreed on and stop nothing: with this code, or as the lines "
+                    "of @FILE say (infraconvert audit --format accept writes such a file)")
+        ->type_name("CODE|@FILE")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
 void declare_json(CLI::App &arguments, bool &json) {
     arguments.add_flag("--json", json, "Print one JSON object on standard output");
 }
@@ -70,6 +105,32 @@ void declare_mend(CLI::App &arguments, std::string &mend) {
                   "Mend what would be lost, as far as there are fixes (infraconvert audit shows "
                   "them): all, or findings with these codes")
         ->type_name("=CODE,...");
+}
+
+std::vector<std::string> files_of(const paths_t &paths) {
+    std::vector<std::string> all = paths.given;
+    if (!paths.list.empty()) {
+        const std::vector<std::string> listed = listed_paths(paths.list);
+        all.insert(all.end(), listed.begin(), listed.end());
+    }
+    if (paths.list == standard_stream &&
+        std::find(all.begin(), all.end(), standard_stream) != all.end())
+        throw usage_error_t("standard input holds the list of files, so it is no configuration");
+    if (all.empty())
+        throw usage_error_t(paths.list.empty() ? "missing PATH of a configuration"
+                                               : quoted_name(paths.list) + " lists no files");
+    configurations_t found = find_configurations(all);
+    const std::string passed_by = found.passed_by.in_words();
+    if (!passed_by.empty())
+        message("passed by " + passed_by);
+    if (found.files.empty())
+        throw usage_error_t("no configuration stands below the directories");
+    return std::move(found.files);
+}
+
+void tell_idle(const exceptions_t &exceptions) {
+    for (const std::string &words : exceptions.idle())
+        message(words);
 }
 
 job_t read_job(const job_options_t &options) {

@@ -3,6 +3,8 @@
 
 #include "commands/command.h"
 #include "conversion/conversion.h"
+#include "window/configurations.h"
+#include "window/exceptions.h"
 
 #include <CLI/CLI.hpp>
 
@@ -17,6 +19,14 @@ extern const CLI::Validator not_empty;
 void declare_releases(CLI::App &arguments, release_pair_t &releases);
 void declare_services(CLI::App &arguments, std::vector<std::string> &services);
 void declare_path(CLI::App &arguments, std::string &path);
+// Many configurations: paths, folders, and a list of them.
+struct paths_t {
+    std::vector<std::string> given;
+    std::string list; // a file, or standard_stream; empty: none
+};
+void declare_paths(CLI::App &arguments, paths_t &paths);
+void declare_jobs(CLI::App &arguments, size_t &jobs);
+void declare_accept(CLI::App &arguments, std::vector<std::string> &accept);
 void declare_json(CLI::App &arguments, bool &json);
 void declare_logs(CLI::App &arguments, bool &log, std::string &log_dir);
 void declare_mask(CLI::App &arguments, bool &mask);
@@ -35,6 +45,13 @@ struct job_options_t {
     std::string log_dir; // keeps them
     std::string mend;    // codes, or "all"; empty: nothing is mended
 };
+
+// The files that the paths stand for, one at least. What was passed by within folders is said.
+// Throws usage_error_t, and input_error_t for a list that cannot be read.
+std::vector<std::string> files_of(const paths_t &paths);
+
+// Warns of the exceptions that are of no use.
+void tell_idle(const exceptions_t &exceptions);
 
 // What the options ask to convert, read and checked.
 struct job_t {

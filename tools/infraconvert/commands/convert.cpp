@@ -165,6 +165,7 @@ std::string refusal(const std::string &codes) {
 }
 
 int run(const convert_options_t &options) {
+    exceptions_t agreed(options.accept, today());
     const task_t task = task_of(options);
     if (task.plan)
         check_input(*task.plan, *task.job.request.text);
@@ -172,9 +173,11 @@ int run(const convert_options_t &options) {
     const std::string name = shown_name(task.job.file);
     const converted_t shown = shown_conversion(conversion, options.mask);
     tell_summary(name, shown);
-    const std::vector<finding_t> findings = findings_of(conversion, task.job.request, options.mask);
+    const std::vector<finding_t> findings =
+        findings_of(conversion, task.job.request, task.job.file, agreed, options.mask);
     tell_findings(name, findings);
-    const std::string refused = refused_codes(findings, options.accept);
+    tell_idle(agreed);
+    const std::string refused = refused_codes(findings);
     const bool usable = task.keep_going || !conversion.failed();
     if (task.plan && usable)
         check_result(*task.plan, *conversion.result);
@@ -209,13 +212,7 @@ std::function<int()> declare(CLI::App &arguments) {
                     "Apply exactly what preview --save-plan saved; PATH may be left out")
         ->type_name("FILE")
         ->check(not_empty);
-    arguments
-        .add_option("--accept", options->accept,
-                    "Convert in spite of findings of severity error with this code")
-        ->type_name("CODE")
-        ->delimiter(',')
-        ->allow_extra_args(false)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    declare_accept(arguments, options->accept);
     declare_mend(arguments, options->mend);
     declare_mask(arguments, options->mask);
     declare_json(arguments, options->json);

@@ -27,7 +27,8 @@ struct preview_options_t : job_options_t {
     bool explain = false;
     bool rollback = false;
     bool exit_code = false;
-    std::string save_plan; // empty: nowhere
+    std::string save_plan;           // empty: nowhere
+    std::vector<std::string> accept; // codes, and files behind "@"
 };
 
 // The name in the head of the diff. The state stands behind a tab, where patch expects a time and
@@ -99,9 +100,11 @@ void save_plan_of(const preview_options_t &options, const job_t &job,
 }
 
 int preview(const preview_options_t &options, const job_t &job) {
+    exceptions_t agreed(options.accept, today());
     const converted_t conversion = run_job(job);
     const converted_t shown = shown_conversion(conversion, options.mask);
-    const std::vector<finding_t> findings = findings_of(conversion, job.request, options.mask);
+    const std::vector<finding_t> findings =
+        findings_of(conversion, job.request, job.file, agreed, options.mask);
     const std::string name = shown_name(job.file);
     const view_t view = {shown, job.file, conversion.releases.to};
     if (options.json)
@@ -114,6 +117,7 @@ int preview(const preview_options_t &options, const job_t &job) {
         write_output(diff_of(options, view, true) + (options.explain ? legend(conversion) : ""));
     tell_summary(name, shown);
     tell_findings(name, findings);
+    tell_idle(agreed);
     tell_outcome(name, conversion, options.keep_going);
     if (!options.save_plan.empty())
         save_plan_of(options, job, conversion);
@@ -138,6 +142,7 @@ std::string verdict(const converted_t &both, const way_back_t &way) {
 }
 
 int rollback(const preview_options_t &options, job_t job) {
+    exceptions_t agreed(options.accept, today());
     const std::string logs = job.request.log_directory;
     job.request.log_directory = logs.empty() ? "" : logs + "/forward";
     const converted_t forward = run_job(job);
@@ -168,6 +173,7 @@ int rollback(const preview_options_t &options, job_t job) {
     const std::string diff = usable ? diff_of(options, view, !options.json) : "";
     const auto &[to, from] = job.request.releases;
     way_back_t way = judge_way_back(*exact.original, *exact.result, {from, to, from});
+    agreed.mark(job.file, way.findings);
     if (options.mask)
         mask_findings(way.findings, exact);
     write_output(options.json ? preview_json({plain_name(job.file),
@@ -226,6 +232,7 @@ std::function<int()> declare(CLI::App &arguments) {
                     "Save this conversion for infraconvert convert --plan")
         ->type_name("FILE")
         ->check(not_empty);
+    declare_accept(arguments, options->accept);
     declare_mend(arguments, options->mend);
     declare_mask(arguments, options->mask);
     declare_json(arguments, options->json);

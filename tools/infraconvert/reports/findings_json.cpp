@@ -8,6 +8,12 @@ namespace {
 
 using json = nlohmann::ordered_json;
 
+json accepted_json(const finding_t &finding) {
+    if (!finding.accepted)
+        return nullptr;
+    return {{"reason", finding.accepted->reason}, {"until", finding.accepted->until}};
+}
+
 json lines_json(const std::vector<evidence_t> &lines) {
     json list = json::array();
     for (const evidence_t &line : lines)
@@ -44,6 +50,8 @@ json findings_json(const std::vector<finding_t> &findings) {
              {"detail", finding.detail},
              {"before", lines_json(finding.before)},
              {"after", lines_json(finding.after)},
+             {"place", finding.place},
+             {"accepted", accepted_json(finding)},
              {"fixes", fixes_json(finding.fixes)},
              {"by_hand", finding.by_hand.empty() ? json(nullptr) : json(finding.by_hand)}});
     return list;

@@ -72,9 +72,22 @@ std::string fixes_text(const std::vector<finding_t> &findings, size_t first, siz
            by_hand;
 }
 
-} // namespace
+// Why those of a kind were agreed on, each reason once.
+std::string agreements_text(const std::vector<finding_t> &findings, size_t first, size_t next) {
+    std::set<std::string> told;
+    std::string text;
+    for (size_t i = first; i < next; i++) {
+        const auto &[reason, until] = *findings[i].accepted;
+        const std::string words = "Agreed" + (reason.empty() ? "" : ": " + reason) +
+                                  (until.empty() ? "" : " (until " + until + ")") + ".";
+        if (told.insert(words).second)
+            text += "    > " + wrapped(words, 6) + '\n';
+    }
+    return text;
+}
 
-std::string findings_text(const std::vector<finding_t> &findings, severity_t least) {
+// Findings in the order in which they are shown: what was agreed on comes last.
+std::string groups_text(const std::vector<finding_t> &findings, severity_t least, bool agreed) {
     std::string text;
     for (size_t first = 0, next; first < findings.size(); first = next) {
         const finding_kind_t *kind = findings[first].kind;
@@ -82,18 +95,31 @@ std::string findings_text(const std::vector<finding_t> &findings, severity_t lea
             next++;
         if (kind->severity > least)
             continue;
-        text += "  " + column(severity_name(kind->severity), severity_width) +
+        text += "  " + column(agreed ? "agreed" : severity_name(kind->severity), severity_width) +
                 column(kind->code, code_width) + kind->title + '\n';
         for (size_t i = first; i < std::min(next, first + shown_of_a_kind); i++)
             text += finding_text(findings[i]);
         if (next - first > shown_of_a_kind)
             text += "    and " + std::to_string(next - first - shown_of_a_kind) + " more\n";
+        if (agreed) {
+            text += agreements_text(findings, first, next);
+            continue;
+        }
         const std::string fixes = fixes_text(findings, first, next);
         text += fixes;
         if (fixes.empty() && kind->severity != severity_t::note)
             text += "    > " + wrapped(kind->advice, 6) + '\n';
     }
     return text;
+}
+
+} // namespace
+
+std::string findings_text(const std::vector<finding_t> &findings, severity_t least) {
+    std::vector<finding_t> open, agreed;
+    for (const finding_t &finding : findings)
+        (finding.accepted ? agreed : open).push_back(finding);
+    return groups_text(open, least, false) + groups_text(agreed, least, true);
 }
 
 std::string finding_details(const finding_kind_t &kind) {

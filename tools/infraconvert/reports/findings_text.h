@@ -8,7 +8,7 @@
 namespace infraconvert {
 
 // The findings of one configuration, grouped by their code, each with its lines. `least` leaves out
-// what is less severe.
+// what is less severe; what was agreed on comes last.
 std::string findings_text(const std::vector<finding_t> &findings, severity_t least);
 
 // What a code means, for infraconvert explain.

@@ -4,19 +4,18 @@
 #include "audit/fixes.h"
 #include "audit/masked_findings.h"
 #include "base/errors.h"
+#include "window/crew.h"
 
-#include <algorithm>
-#include <atomic>
 #include <exception>
-#include <mutex>
-#include <system_error>
-#include <thread>
 
 namespace infraconvert {
 
 namespace {
 
-namespace fs = std::filesystem;
+void mark_agreed(const fleet_t &fleet, audited_t &audited) {
+    if (fleet.agreed)
+        fleet.agreed->mark(audited.file, audited.findings);
+}
 
 // Converts the result back, and judges the whole way.
 mending::mended_t look_back(const fleet_t &fleet, const conversion_request_t &there,
@@ -34,6 +33,7 @@ mending::mended_t look_back(const fleet_t &fleet, const conversion_request_t &th
     way_back_t way = judge_way_back(*conversion.original, *back.result, {from, to, from});
     audited.verdict = way.verdict();
     audited.findings = std::move(way.findings);
+    mark_agreed(fleet, audited);
     if (fleet.mask) {
         converted_t whole = conversion;
         whole.result = back.result;
@@ -57,6 +57,7 @@ void judge_what_is_there(const fleet_t &fleet, const shared_text_t &text, audite
     audited.changed = both.changes();
     audited.findings =
         fleet.form_alone ? judge_form_of(*text, from) : judge(*text, *result, {from, to});
+    mark_agreed(fleet, audited);
     if (fleet.mask)
         mask_findings(audited.findings, both);
     if (fleet.describe)
@@ -80,6 +81,7 @@ void look_at(const fleet_t &fleet, audited_t &audited) try {
         mended = look_back(fleet, request, conversion, audited);
     } else {
         audited.findings = audit(conversion, true);
+        mark_agreed(fleet, audited);
         mended = mend_findings(audited.findings, conversion, request);
         if (fleet.mask)
             mask_findings(audited.findings, conversion);
@@ -94,76 +96,6 @@ void look_at(const fleet_t &fleet, audited_t &audited) try {
 } catch (const std::exception &e) {
     audited.problem = e.what();
     audited.problem_status = exit_trouble;
-}
-
-// The threads that share the work. What ends one of them early ends all, and is thrown again.
-class crew_t {
-  public:
-    crew_t(const fleet_t &f, std::vector<audited_t> &r) : fleet(f), results(r) {}
-
-    void run() {
-        {
-            std::vector<std::jthread> threads;
-            try {
-                while (threads.size() + 1 < std::min(fleet.jobs, results.size()))
-                    threads.emplace_back([this] { work(); });
-            } catch (const std::system_error &) { // no more of them: the others do it all
-            }
-            work();
-        }
-        if (trouble)
-            std::rethrow_exception(trouble);
-    }
-
-  private:
-    void work() try {
-        for (size_t i; (i = next++) < results.size();) {
-            look_at(fleet, results[i]);
-            const std::lock_guard guard(lock);
-            done++;
-            if (fleet.progress)
-                fleet.progress(done);
-        }
-    } catch (...) {
-        const std::lock_guard guard(lock);
-        trouble = std::current_exception();
-        next = results.size();
-    }
-
-    const fleet_t &fleet;
-    std::vector<audited_t> &results;
-    std::atomic<size_t> next = 0;
-    std::mutex lock;
-    size_t done = 0;
-    std::exception_ptr trouble;
-};
-
-bool is_hidden(const fs::path &path) { return path.filename().string().starts_with("."); }
-
-// All but devices, pipes and sockets: with the last three the reading tells what is wrong.
-constexpr fs::file_type looked_at[] = {fs::file_type::regular, fs::file_type::not_found,
-                                       fs::file_type::unknown, fs::file_type::none};
-
-// What cannot be looked into or behind is taken for a configuration: reading it tells why not.
-// Links to folders are not followed, so that no file comes twice.
-void append_files_below(const fs::path &folder, std::vector<std::string> &files) {
-    std::error_code error;
-    std::vector<fs::path> entries;
-    for (auto entry = fs::directory_iterator(folder, error); !error && entry != end(entry);
-         entry.increment(error))
-        entries.push_back(entry->path());
-    if (error)
-        files.push_back(folder);
-    for (const fs::path &entry : entries) {
-        if (is_hidden(entry))
-            continue;
-        const bool is_folder = fs::is_directory(fs::symlink_status(entry, error));
-        const fs::file_type type = fs::status(entry, error).type();
-        if (is_folder)
-            append_files_below(entry, files);
-        else if (std::count(std::begin(looked_at), std::end(looked_at), type) > 0)
-            files.push_back(entry);
-    }
 }
 
 } // namespace
@@ -186,31 +118,20 @@ int audited_t::exit_status() const {
     return count_findings(findings).errors > 0 ? exit_findings : exit_done;
 }
 
-std::vector<std::string> configuration_files(const std::vector<std::string> &paths) {
-    std::vector<std::string> files;
-    for (const std::string &path : paths) {
-        std::error_code ignored;
-        const bool all_below = fs::is_directory(path, ignored) &&
-                               !fs::exists(fs::path(path) / configuration_in_directory, ignored);
-        if (!all_below) {
-            files.push_back(configuration_file(path));
-            continue;
-        }
-        const auto first = static_cast<std::ptrdiff_t>(files.size());
-        append_files_below(path, files);
-        std::sort(files.begin() + first, files.end());
-    }
-    return files;
-}
-
 std::vector<audited_t> audit_all(const fleet_t &fleet) {
     std::vector<audited_t> results;
-    for (const std::string &file : fleet.files) {
+    const auto make = [&](size_t number) {
         audited_t audited;
-        audited.file = file;
-        results.push_back(audited);
-    }
-    crew_t(fleet, results).run();
+        audited.file = fleet.files[number];
+        look_at(fleet, audited);
+        return audited;
+    };
+    make_in_order<audited_t>(fleet.files.size(), fleet.jobs, make,
+                             [&](size_t number, audited_t audited) {
+                                 results.push_back(std::move(audited));
+                                 if (fleet.progress)
+                                     fleet.progress(number + 1);
+                             });
     return results;
 }
 

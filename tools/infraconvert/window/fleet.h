@@ -4,6 +4,7 @@
 #include "audit/findings.h"
 #include "conversion/conversion.h"
 #include "mending/mend.h"
+#include "window/exceptions.h"
 
 #include <functional>
 
@@ -35,7 +36,8 @@ struct fleet_t {
     shared_text_t result = {};    // judge this one instead of converting the only file
     bool form_alone = false; // judge the files as they are; the request has no release to go to
     size_t jobs = 1;
-    bool mask = false; // secrets in the findings
+    bool mask = false;              // secrets in the findings
+    exceptions_t *agreed = nullptr; // marks what was agreed on
     // Makes the details of a configuration out of its conversion; called by several threads.
     std::function<std::string(const audited_t &, const converted_t &)> describe;
     // Keeps the fixes of a configuration that has some; called by several threads.
@@ -43,10 +45,6 @@ struct fleet_t {
     // Told how many are done; called by one thread at a time.
     std::function<void(size_t)> progress;
 };
-
-// The files that the paths stand for: a directory for its ascii/system.cfg if it has one, else for
-// every file below it, without those whose names begin with a dot.
-std::vector<std::string> configuration_files(const std::vector<std::string> &paths);
 
 // Audits all files, in the order in which they are given. A file that cannot be used is a result
 // like another.
