@@ -286,6 +286,8 @@ const std::vector<judged_t> &judged() {
          with(two, "  class a\n    set qos-group 2\n  class b\n    set qos-group 3\n",
               "  class b\n    set qos-group 3\n  class a\n    set qos-group 2\n"),
          two},
+        {"IC055", "5.0(2)", "5.0(3)", two,
+         with(two, "  class b\n    set qos-group 3\n", "    set qos-group 3\n"), two},
         {"IC056", "5.0(2)", "5.0(3)", "vlan 5-7\n", "vlan 5-8\n", "vlan 5\nvlan 6-7\n"},
     };
     return table;

@@ -73,6 +73,15 @@ TEST_F(judging_t, what_somebody_broke_is_told_with_its_lines_in_every_format) {
     EXPECT_TRUE(contains(here.read("page.html"), "priority for cos 5 is gone"));
 }
 
+TEST_F(judging_t, what_somebody_broke_is_told_with_its_fix) {
+    change_result("    priority\n", "");
+    const json document = json::parse(judge({"--json", "--fixes", "fixes"}).out);
+    const json &fixes = document["configurations"][0]["findings"][0]["fixes"];
+    ASSERT_FALSE(fixes.empty()) << document;
+    EXPECT_TRUE(contains(fixes.dump(), "    priority")) << fixes;
+    EXPECT_TRUE(contains(here.read("fixes/in.cfg/after.cfg"), "\n    priority\n"));
+}
+
 TEST_F(judging_t, a_line_that_the_target_does_not_read_is_an_error) {
     change_result("policy-map type queuing", "policy-map type queueing");
     EXPECT_EQ(judge().status, 4);
@@ -96,7 +105,6 @@ TEST_F(judging_t, options_that_do_not_fit_are_refused) {
     } rows[] = {
         {{"--report", "result.cfg"}, "--report: result.cfg is a file that is read"},
         {{"--rollback"}, "--rollback goes with a conversion only"},
-        {{"--fixes", "d"}, "--fixes goes with a conversion only"},
         {{"--service", "qos"}, "--service goes with a conversion only"},
         {{"result.cfg"}, "--result goes with one PATH"},
     };
@@ -109,6 +117,7 @@ TEST_F(judging_t, options_that_do_not_fit_are_refused) {
     EXPECT_EQ(here.run({"audit", "--from", "4.1(2)", "--result", "result.cfg", "in.cfg"}).status,
               2);
     EXPECT_EQ(here.run({"audit", "--from", "4.1(2)", "--report", "p.html", "in.cfg"}).status, 2);
+    EXPECT_EQ(here.run({"audit", "--from", "4.1(2)", "--fixes", "d", "in.cfg"}).status, 2);
     here.run_program({"rm", "result.cfg"});
     EXPECT_EQ(judge().status, 5);
 }

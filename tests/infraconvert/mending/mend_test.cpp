@@ -134,6 +134,21 @@ TEST(mend, looks_only_for_what_is_asked_for) {
     EXPECT_FALSE(none.by_hand.empty());
 }
 
+// Lines ahead of the first stanza belong to none that could be entered.
+TEST(mend, types_nothing_ahead_of_the_first_stanza) {
+    const mended_t left = mended(typed, "  match protocol arp\n" + typed, "4.2(1)", "5.0(2)");
+    ASSERT_EQ(left.by_hand.size(), 1U);
+    EXPECT_NE(left.by_hand[0].why.find("ahead of the first stanza"), std::string::npos);
+    EXPECT_TRUE(left.fixes.empty());
+}
+
+TEST(mend, tells_everything_that_a_fix_mends) {
+    const std::string feature = "feature port-security\n";
+    const mended_t fixed = mended(feature, feature, "4.1(3)K1(1)", "4.1(3)");
+    ASSERT_EQ(fixed.fixes.size(), 1U);
+    EXPECT_EQ(fixed.fixes[0].mends.size(), 2U); // one is on, the other is off
+}
+
 // A conversion that fails: another way to write the same that converts.
 TEST(mend, edits_an_original_that_does_not_convert) {
     const std::string good = "hostname sw1\n" + untyped;

@@ -63,7 +63,8 @@ bool tells(const finding_t &finding, const meaning::difference_t &difference) {
     return finding.kind->code == difference.code && finding.detail == difference.words;
 }
 
-// Words change when a part of a finding is mended before the rest; the code stays.
+// Words change when a part of a finding is mended before the rest; the code stays, and then it is
+// told of one that nothing was told of yet.
 template<typename visit_t>
 void for_each_told(std::vector<finding_t> &findings, const meaning::difference_t &difference,
                    visit_t visit) {
@@ -75,7 +76,8 @@ void for_each_told(std::vector<finding_t> &findings, const meaning::difference_t
         }
     }
     for (finding_t &finding : findings) {
-        if (!found && is_error(finding) && finding.kind->code == difference.code) {
+        if (!found && is_error(finding) && finding.kind->code == difference.code &&
+            finding.fixes.empty() && finding.by_hand.empty()) {
             visit(finding);
             return;
         }
@@ -87,6 +89,21 @@ void add_once(finding_t &finding, const fix_text_t &text) {
                                    [&](const fix_text_t &fix) { return fix.lines == text.lines; });
     if (!known)
         finding.fixes.push_back(text);
+}
+
+} // namespace
+
+namespace {
+
+// A finding that no fix and no reason is about by itself.
+void tell_of_all(finding_t &finding, const mended_t &mended, const std::string &original) {
+    if (mended.fixes.empty() && mended.by_hand.empty())
+        finding.by_hand = "no edit of the original was found with which it converts";
+    else if (!mended.by_hand.empty())
+        finding.by_hand = mended.by_hand.front().why;
+    else
+        for (const fix_t &fix : mended.fixes)
+            add_once(finding, text_of(fix, original));
 }
 
 } // namespace
@@ -144,23 +161,23 @@ void add_fixes(std::vector<finding_t> &findings, const mended_t &mended,
                       [&](finding_t &finding) { finding.by_hand = left.why; });
     for (finding_t &finding : findings) {
         if (is_error(finding) && finding.fixes.empty() && finding.by_hand.empty())
-            finding.by_hand = "no edit of the original was found with which it converts";
+            tell_of_all(finding, mended, original);
     }
 }
 
-const char *way_back_t::verdict() const {
+const char *judged_result_t::verdict() const {
     if (std::none_of(findings.begin(), findings.end(), is_open_error))
         return "reversible";
     return mended.by_hand.empty() ? "reversible with these lines" : "not reversible";
 }
 
-way_back_t judge_way_back(const std::string &original, const std::string &back,
-                          const std::vector<std::string> &route) {
-    way_back_t way = {judge(original, back, route), {}};
+judged_result_t judge_with_fixes(const std::string &original, const std::string &result,
+                                 const std::vector<std::string> &route) {
+    judged_result_t judged = {judge(original, result, route), {}};
     const std::vector<std::string_view> releases(route.begin(), route.end());
-    way.mended = mending::mend({.original = original, .result = back, .route = releases});
-    add_fixes(way.findings, way.mended, original);
-    return way;
+    judged.mended = mending::mend({.original = original, .result = result, .route = releases});
+    add_fixes(judged.findings, judged.mended, original);
+    return judged;
 }
 
 mended_t mend_findings(std::vector<finding_t> &findings, const converted_t &conversion,

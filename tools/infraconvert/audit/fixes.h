@@ -26,16 +26,17 @@ converted_t with_fixes(const conversion_request_t &request, const mending::mende
 void add_fixes(std::vector<finding_t> &findings, const mending::mended_t &mended,
                const std::string &original);
 
-// What a way there and back loses, and the lines that restore it after the rollback.
-struct way_back_t {
-    std::vector<finding_t> findings; // of the whole way, with their fixes
+// What a result loses that is there already, and the lines that restore it. Of a way there and back
+// the lines after the rollback.
+struct judged_result_t {
+    std::vector<finding_t> findings; // of the whole route, with their fixes
     mending::mended_t mended;
 
-    // "reversible", "reversible with these lines", or "not reversible".
+    // Of a way back: "reversible", "reversible with these lines", or "not reversible".
     const char *verdict() const;
 };
-way_back_t judge_way_back(const std::string &original, const std::string &back,
-                          const std::vector<std::string> &route);
+judged_result_t judge_with_fixes(const std::string &original, const std::string &result,
+                                 const std::vector<std::string> &route);
 
 // Looks for fixes where a finding is an error, and adds them. Returns what it found.
 mending::mended_t mend_findings(std::vector<finding_t> &findings, const converted_t &conversion,

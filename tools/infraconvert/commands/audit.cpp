@@ -68,7 +68,6 @@ void refuse_options_of_conversions(const audit_options_t &options, const char *w
     const char *first = !options.services.empty() ? "--service"
                         : options.keep_going      ? "--keep-going"
                         : options.rollback        ? "--rollback"
-                        : !options.fixes.empty()  ? "--fixes"
                                                   : nullptr;
     if (first)
         throw usage_error_t(std::string(first) + " goes with a conversion only, and " + without);
@@ -85,6 +84,8 @@ void choose_what_is_judged(const audit_options_t &options, fleet_t &fleet) {
         refuse_options_of_conversions(options, "--to is missing");
         if (!options.report.empty())
             throw usage_error_t("--report shows conversions, and --to is missing");
+        if (!options.fixes.empty())
+            throw usage_error_t("--fixes goes with two releases, and --to is missing");
         fleet.form_alone = true;
     }
 }

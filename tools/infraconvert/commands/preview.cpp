@@ -132,7 +132,7 @@ converted_t round_trip(const converted_t &forward, const converted_t &back) {
     return both;
 }
 
-std::string verdict(const converted_t &both, const way_back_t &way) {
+std::string verdict(const converted_t &both, const judged_result_t &way) {
     if (!both.changes())
         return "reversible: a rollback gives back every byte";
     if (way.findings.empty() || count_findings(way.findings).errors == 0)
@@ -172,7 +172,7 @@ int rollback(const preview_options_t &options, job_t job) {
     const bool usable = !back.failed() || options.keep_going;
     const std::string diff = usable ? diff_of(options, view, !options.json) : "";
     const auto &[to, from] = job.request.releases;
-    way_back_t way = judge_way_back(*exact.original, *exact.result, {from, to, from});
+    judged_result_t way = judge_with_fixes(*exact.original, *exact.result, {from, to, from});
     agreed.mark(job.file, way.findings);
     if (options.mask)
         mask_findings(way.findings, exact);

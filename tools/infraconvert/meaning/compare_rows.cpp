@@ -302,6 +302,7 @@ struct ordered_t {
     const class_map_t *map;
     std::string name;
     uint32_t line;
+    bool acts;
 };
 using order_t = std::vector<ordered_t>;
 
@@ -321,7 +322,7 @@ order_t order_of(const model_t &model, const policy_t *policy) {
         traffic_t traffic = traffic_of(model, policy->type, each.name);
         if (!is_predefined(each.name) && !traffic.empty())
             order.push_back({std::move(traffic), model.class_map(policy->type, each.name),
-                             std::string(each.name), each.lines.front()});
+                             std::string(each.name), each.lines.front(), !each.actions.empty()});
     }
     return order;
 }
@@ -361,10 +362,13 @@ void compare_order(comparison_t &comparison, const order_t &old, const order_t &
                 continue;
             const ordered_t *first = same_class(now, old[i]);
             const ordered_t *second = same_class(now, old[j]);
-            if (!first || !second || first <= second)
+            // As one class the second's actions reach packets that the first took.
+            const bool one = first == second && old[i].acts && old[j].acts;
+            if (!first || !second || (first <= second && !one))
                 continue;
             const std::string words = "classes " + old[i].name + " and " + old[j].name +
-                                      " match the same packets and changed places";
+                                      " match the same packets and " +
+                                      (one ? "are one class" : "changed places");
             if (told.insert(words).second)
                 comparison.add("IC055", weight_t::error, words, {old[i].line, old[j].line},
                                {first->line, second->line});

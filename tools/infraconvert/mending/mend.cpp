@@ -67,9 +67,9 @@ bool any_of(const parts_t &some, const parts_t &all) {
                        [&](const auto &part) { return all.contains(part); });
 }
 
-// Nothing is wrong that was not wrong before, and `gone` is right again.
-bool is_better(const verdict_t &old, const verdict_t &now, const parts_t &gone) {
-    return includes(old.errors, now.errors) && !any_of(gone, now.errors) &&
+// Nothing is wrong that was not wrong before.
+bool is_better(const verdict_t &old, const verdict_t &now) {
+    return includes(old.errors, now.errors) &&
            std::all_of(now.warnings.begin(), now.warnings.end(), [&](const std::string &code) {
                return old.warnings.contains(code) || is_about_mtu(code);
            });
@@ -211,24 +211,24 @@ class after_t {
         if (now == text)
             return false;
         verdict_t then = judged(now);
-        parts_t gone;
-        std::set<std::string> codes;
-        differences_t mended;
-        for (const difference_t &difference : all) {
-            if (some && any_of(parts_of(difference), then.errors))
-                continue;
-            gone.merge(parts_of(difference));
-            codes.insert(difference.code);
-            mended.push_back(difference);
+        const auto is_gone = [&](const difference_t &difference) {
+            return !any_of(parts_of(difference), then.errors);
+        };
+        const bool does = some ? std::any_of(all.begin(), all.end(), is_gone)
+                               : std::all_of(all.begin(), all.end(), is_gone);
+        if (!does || !is_better(verdict, then))
+            return false;
+        fix_t fix = {.place = fix_place_t::after,
+                     .codes = {},
+                     .mends = {},
+                     .commands = without_needless(text, commands)};
+        for (const difference_t &difference : verdict.differences) {
+            if (difference.weight == weight_t::error && is_gone(difference)) {
+                fix.codes.insert(difference.code);
+                fix.mends.push_back(difference);
+            }
         }
-        if (mended.empty())
-            return false;
-        if (!is_better(verdict, then, gone))
-            return false;
-        fixes.push_back({.place = fix_place_t::after,
-                         .codes = codes,
-                         .mends = mended,
-                         .commands = without_needless(text, commands)});
+        fixes.push_back(std::move(fix));
         text = now;
         verdict = std::move(then);
         return true;

@@ -147,7 +147,16 @@ class line_restorer_t {
 
     // ---- any other line
 
+    // Nobody can type what stands ahead of the first stanza.
+    bool stands_nowhere(const stanza_t &stanza) {
+        if (stanza.header.text.empty())
+            why_not = "a line ahead of the first stanza cannot be typed";
+        return stanza.header.text.empty();
+    }
+
     void remove(const stanza_t &stanza, const line_t &line) {
+        if (stands_nowhere(stanza))
+            return;
         const std::string header(stanza.header.text);
         if (line.number != stanza.header.number)
             remove_line(commands, header, "  " + std::string(line.text));
@@ -191,7 +200,7 @@ class line_restorer_t {
     }
 
     void restore(const stanza_t &stanza, const line_t &line) {
-        if (is_map_line(stanza))
+        if (is_map_line(stanza) || stands_nowhere(stanza))
             return;
         const std::string header = carried_over(stanza.header.text);
         std::vector<std::string> order;
@@ -246,6 +255,8 @@ class line_restorer_t {
 
     // A command of the result in another release's spelling, with the lines below it.
     bool respell(const stanza_t &stanza, const line_t &line) {
+        if (stanza.header.text.empty())
+            return false;
         const std::string header(stanza.header.text), text(line.text), now = spelled(text);
         if (now == text)
             return false;

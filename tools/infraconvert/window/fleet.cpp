@@ -30,7 +30,7 @@ mending::mended_t look_back(const fleet_t &fleet, const conversion_request_t &th
         audited.verdict = "not reversible: the way back fails";
         return {};
     }
-    way_back_t way = judge_way_back(*conversion.original, *back.result, {from, to, from});
+    judged_result_t way = judge_with_fixes(*conversion.original, *back.result, {from, to, from});
     audited.verdict = way.verdict();
     audited.findings = std::move(way.findings);
     mark_agreed(fleet, audited);
@@ -55,11 +55,14 @@ void judge_what_is_there(const fleet_t &fleet, const shared_text_t &text, audite
                               .masked = false};
     audited.form_alone = fleet.form_alone;
     audited.changed = both.changes();
-    audited.findings =
-        fleet.form_alone ? judge_form_of(*text, from) : judge(*text, *result, {from, to});
+    judged_result_t judged = fleet.form_alone ? judged_result_t{judge_form_of(*text, from), {}}
+                                              : judge_with_fixes(*text, *result, {from, to});
+    audited.findings = std::move(judged.findings);
     mark_agreed(fleet, audited);
     if (fleet.mask)
         mask_findings(audited.findings, both);
+    if (fleet.keep_fixes && !judged.mended.fixes.empty())
+        fleet.keep_fixes(audited, judged.mended);
     if (fleet.describe)
         audited.details = fleet.describe(audited, both);
 }
