@@ -13,6 +13,7 @@ A comment in front of an example says what it is:
                                         the audit says of the two
     <!-- session FILE -->               a block with commands and what they print, one after the
                                         other beside a copy of FILE
+    <!-- finding ... -->                see finding_sections.py
 
 usage: examples.py [--write] INFRACONVERT DOCUMENT
 With --write the document is brought up to date instead.
@@ -25,6 +26,8 @@ import shutil
 import subprocess
 import sys
 import tempfile
+
+import finding_sections
 
 EXAMPLE = re.compile(r'<!-- (convert|unchanged|fails) (\S+) (\S+) (\S+)(?: accept (\S+))? -->\n+'
                      r'```\n(.*?)```\n'
@@ -122,13 +125,15 @@ def main():
     infraconvert, document = map(os.path.abspath, sys.argv[-2:])
     with open(document) as file:
         text = file.read()
-    found = sum(len(kind.findall(text)) for kind in (EXAMPLE, PAIRS, EFFECTS, JUDGED, SESSION))
+    found = sum(len(kind.findall(text)) for kind in (EXAMPLE, PAIRS, EFFECTS, JUDGED, SESSION, finding_sections.SECTION,
+                                                        finding_sections.RETIRED))
     if found == 0 or found != text.count('\n<!-- '):
         sys.exit(f'{document}: a comment is not followed by what it announces')
     actual = EXAMPLE.sub(lambda example: example_as_it_is(infraconvert, example), text)
     actual = PAIRS.sub(lambda table: pairs_as_they_are(infraconvert, table), actual)
     actual = EFFECTS.sub(lambda example: effects_as_they_are(infraconvert, example), actual)
     actual = JUDGED.sub(lambda example: judgement_as_it_is(infraconvert, example), actual)
+    actual = finding_sections.up_to_date(infraconvert, actual)
     directory = os.path.dirname(document)
     actual = SESSION.sub(lambda session: session_as_it_is(infraconvert, directory, session), actual)
     if '--write' in sys.argv:
