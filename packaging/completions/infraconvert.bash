@@ -12,13 +12,13 @@ _infraconvert() {
     previous=${COMP_WORDS[COMP_CWORD-2]}
   fi
 
-  local releases='--from --to --service --json'
+  local releases='--from --to --via --service --json'
   local conversion="$releases --keep-going --mask --log --log-dir"
   case $previous in
     --service) offered='all qos fcportsec npiv fwm assoc satmgr' ;;
     --color) offered='auto always never' ;;
     --format) offered='text json sarif' ;;
-    --from | --to | --label | --unified | -U | --output | -o | --plan | --save-plan | --log-dir | \
+    --from | --to | --via | --label | --unified | -U | --output | -o | --plan | --save-plan | --log-dir | \
       --report | --fixes | --result | --files-from | --jobs | -j) ;;
     --accept) offered=$(_infraconvert_codes 'IC[0-9]+') ;;
     *)

@@ -35,7 +35,14 @@ TEST(usage, wrong_arguments_and_unusable_inputs_say_what_to_do) {
         {{"plan"}, "missing --from RELEASE (accepted forms: 4.1(3)"},
         {{"plan", "--from", "4.1(3)"}, "missing --to RELEASE"},
         {{"plan", "--from"}, "--from"},
-        {{"plan", "--from", "4.1.3", "--to", "5.0(2)"}, "'4.1.3' is not a release"},
+        {{"plan", "--from", "4.1.3", "--to", "5.0(2)"},
+         "'4.1.3' is not a release; did you mean '4.1(3)'?"},
+        {{"plan", "--from", "4.1(2", "--to", "5.0(2)"}, "did you mean '4.1(2)'?"},
+        {{"plan", "--from", "4.1(3)", "--to", "5.0.3U2.1"}, "did you mean '5.0(3)U2(1)'?"},
+        {{"plan", "--from", "4.1(3)", "--to", "5.0"}, "did you mean 5.0(1), 5.0(2), "},
+        {{"audit", "--from", "4.1(2)", "--via", "4.1(3", "--to", "5.0(3)", "switch.cfg"},
+         "--via: '4.1(3' is not a release"},
+        {{"audit", "--from", "4.1(2)", "--via", "4.1(3)", "switch.cfg"}, "--to is missing"},
         {{"plan", "--from", "4.1(3)", "--to", "next"}, "accepted forms: 4.1(3), 5.0(3)U2(1)"},
         {{"plan", "--from", "4.1(3)", "--to", "5.0(2)", "--service", "npvi"},
          "unknown service 'npvi'; did you mean 'npiv'?"},
@@ -117,6 +124,11 @@ TEST(usage, odd_releases_are_told_but_taken) {
     const auto half = here.run({"plan", "--from", "4.1(3)K2", "--to", "5.0(2)"});
     EXPECT_EQ(half.status, 0);
     EXPECT_TRUE(contains(half.err, "warning: --from: '4.1(3)K2' is an unusual release"));
+    const auto beyond = here.run({"plan", "--from", "4.1(3)", "--to", "9.9(9)"});
+    EXPECT_EQ(beyond.status, 0);
+    EXPECT_TRUE(contains(beyond.err, "--to: 9.9(9) is newer than 6.0(1), the last release known"))
+        << beyond.err;
+    EXPECT_EQ(here.run({"plan", "--from", "4.1(3)", "--to", "6.0(1)"}).err, "");
     const auto other =
         here.run({"preview", "--from", "4.1(2)", "--to", "4.1(3)K2(1)", "switch.cfg"});
     EXPECT_EQ(other.status, 0);

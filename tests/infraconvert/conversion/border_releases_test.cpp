@@ -50,8 +50,8 @@ std::string rules_of(const std::string &release, const std::vector<std::string> 
     std::string rules;
     for (const service_t &service : services()) {
         for (const std::string &other : others) {
-            rules += other + " to it: " + route(service, {other, release}).ids() + ", back: ";
-            rules += route(service, {release, other}).ids() + '\n';
+            rules += other + " to it: " + routing_of(service, {other, release}).ids() + ", back: ";
+            rules += routing_of(service, {release, other}).ids() + '\n';
         }
     }
     return rules;

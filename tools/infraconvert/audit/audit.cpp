@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
+#include <set>
+#include <utility>
 
 namespace infraconvert {
 
@@ -58,35 +61,49 @@ void append(std::vector<finding_t> &findings, const texts_t &texts,
 
 // ---- what a conversion has to tell besides
 
+std::string lines_in_words(const converted_t &conversion, const step_t &step) {
+    const lines_t lines = split_lines(conversion.given(step));
+    std::string words;
+    for (const size_t number : step.failure->lines)
+        words += "; \"" + std::string(without_newline(lines[number - 1])) + "\" by then";
+    return words;
+}
+
 void tell_failures(const converted_t &conversion, const texts_t &texts,
                    std::vector<finding_t> &findings) {
     for (const step_t &step : conversion.steps) {
         if (!step.failure)
             continue;
+        const std::string words = std::string(step.service->name) + ": " + step.failure->reason;
         std::vector<uint32_t> lines;
         for (const size_t number : step.failure->lines)
             lines.push_back(static_cast<uint32_t>(number));
-        findings.push_back(
-            texts.finding({"IC090",
-                           meaning::weight_t::error,
-                           std::string(step.service->name) + ": " + step.failure->reason,
-                           {},
-                           lines,
-                           {}}));
+        // Behind the first hop the lines are those of a text that nobody has.
+        const bool shows = step.hop == 0;
+        findings.push_back(texts.finding({"IC090",
+                                          meaning::weight_t::error,
+                                          shows ? words : words + lines_in_words(conversion, step),
+                                          {},
+                                          shows ? lines : std::vector<uint32_t>(),
+                                          {}}));
+        if (conversion.has_stops()) {
+            const auto &[from, to] = hop_of(conversion.route, step.hop);
+            findings.back().hop = {from, to};
+        }
     }
 }
 
 void tell_version_line(const converted_t &conversion, const texts_t &texts,
                        std::vector<finding_t> &findings) {
     if (const uint32_t line =
-            meaning::other_version_line(*conversion.original, conversion.releases.from))
+            meaning::other_version_line(*conversion.original, conversion.route.front()))
         findings.push_back(
             texts.finding({"IC064", meaning::weight_t::warning, "", {}, {line}, {}}));
 }
 
 // What stands against a conversion that failed: all at once, for a converter stops at the first.
 differences_t obstacles(const converted_t &conversion) {
-    const auto &[from, to] = conversion.releases;
+    const std::string &from = conversion.route.front(), &to = conversion.route.back();
     differences_t all = meaning::judge_form(*conversion.original, from);
     std::erase_if(all, [](const difference_t &d) { return d.weight == meaning::weight_t::note; });
     const differences_t unsayable = meaning::unsayable(*conversion.original, from, to);
@@ -95,9 +112,23 @@ differences_t obstacles(const converted_t &conversion) {
 }
 
 differences_t compared(const std::string &original, const std::string &result,
-                       const std::vector<std::string> &releases) {
-    const std::vector<std::string_view> route(releases.begin(), releases.end());
-    return meaning::compare(original, result, route);
+                       const route_t &route) {
+    const std::vector<std::string_view> releases(route.begin(), route.end());
+    return meaning::compare(original, result, releases);
+}
+
+// What makes two findings the same one behind different hops: line numbers of the result move.
+using likeness_t = std::pair<std::string, std::string>;
+likeness_t likeness(const finding_t &finding) { return {finding.kind->code, finding.detail}; }
+
+std::set<likeness_t> findings_behind(size_t hops, const std::string &original,
+                                     const std::vector<shared_text_t> &stages,
+                                     const route_t &route) {
+    const route_t part(route.begin(), route.begin() + static_cast<std::ptrdiff_t>(hops) + 1);
+    std::set<likeness_t> found;
+    for (const finding_t &finding : judge(original, *stages[hops], part))
+        found.insert(likeness(finding));
+    return found;
 }
 
 } // namespace
@@ -110,18 +141,37 @@ std::vector<finding_t> audit(const converted_t &conversion, bool thorough) {
         tell_version_line(conversion, texts, findings);
     // A conversion that failed as a whole leaves nothing to compare.
     const bool compares = !conversion.failed() || conversion.changes();
-    append(findings, texts,
-           compares ? compared(*conversion.original, *conversion.result,
-                               {conversion.releases.from, conversion.releases.to})
+    std::vector<finding_t> judged;
+    append(judged, texts,
+           compares ? compared(*conversion.original, *conversion.result, conversion.route)
                     : obstacles(conversion));
+    if (compares && conversion.has_stops())
+        tell_hops(judged, *conversion.original, conversion.stages, conversion.route);
+    findings.insert(findings.end(), std::make_move_iterator(judged.begin()),
+                    std::make_move_iterator(judged.end()));
     return in_order(findings);
 }
 
 std::vector<finding_t> judge(const std::string &original, const std::string &result,
-                             const std::vector<std::string> &route) {
+                             const route_t &route) {
     std::vector<finding_t> findings;
     append(findings, {original, result}, compared(original, result, route));
     return in_order(findings);
+}
+
+void tell_hops(std::vector<finding_t> &findings, const std::string &original,
+               const std::vector<shared_text_t> &stages, const route_t &route) {
+    std::vector<finding_t *> open; // so at every hop looked at so far, from the last one on
+    for (finding_t &finding : findings) {
+        finding.hop = {route[route.size() - 2], route.back()};
+        open.push_back(&finding);
+    }
+    for (size_t hop = hops_of(route) - 1; hop > 0 && !open.empty(); hop--) {
+        const auto behind = findings_behind(hop, original, stages, route);
+        std::erase_if(open, [&](const finding_t *f) { return !behind.contains(likeness(*f)); });
+        for (finding_t *finding : open)
+            finding->hop = {route[hop - 1], route[hop]};
+    }
 }
 
 std::vector<finding_t> judge_form_of(const std::string &text, const std::string &release) {

@@ -11,13 +11,19 @@ namespace infraconvert {
 
 // Findings in the order of their severity, their codes, and the lines within. A thorough audit also
 // looks at the release that the configuration names. A conversion that failed is told with
-// everything that the original has against it.
+// everything that the original has against it. What several hops lose is told with the hop at which
+// it happens.
 std::vector<finding_t> audit(const converted_t &conversion, bool thorough);
 
 // Judges any result, however it came about. The route has the release that wrote the original and
 // the one that reads the result, and between them those through which it went.
 std::vector<finding_t> judge(const std::string &original, const std::string &result,
-                             const std::vector<std::string> &route);
+                             const route_t &route);
+
+// Names the hop of each finding: the last one before which it was not so. `findings` are those of
+// the whole route, `stages` what each hop was given and what the last one made of it.
+void tell_hops(std::vector<finding_t> &findings, const std::string &original,
+               const std::vector<shared_text_t> &stages, const route_t &route);
 
 // The form of a configuration as the release that wrote it reads it, and maps that nothing uses.
 std::vector<finding_t> judge_form_of(const std::string &text, const std::string &release);

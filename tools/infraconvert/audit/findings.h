@@ -56,6 +56,8 @@ struct finding_t {
     std::string by_hand = {}; // why there is no fix for an error; empty: there is, or nobody looked
     std::string place = {};   // first line of the stanza of its first line; empty: it has no lines
     std::optional<agreement_t> accepted = {};
+    // The two releases of the hop at which it happens, of a route with several.
+    std::vector<std::string> hop = {};
 };
 
 // A text by its lines, as it is and as it may be shown.

@@ -48,12 +48,20 @@ fix_text_t text_of(const fix_t &fix, const std::string &original) {
     return text;
 }
 
+bool has_rule(const service_t &service, const route_t &route) {
+    for (size_t hop = 0; hop < hops_of(route); hop++) {
+        if (!routing_of(service, hop_of(route, hop)).rules.empty())
+            return true;
+    }
+    return false;
+}
+
 // Where a service with a rule was left out, what it would have done is no work for fixes.
 bool runs_every_rule(const conversion_request_t &request) {
     const auto &chosen = request.services;
     return std::all_of(services().begin(), services().end(), [&](const service_t &service) {
         return std::find(chosen.begin(), chosen.end(), &service) != chosen.end() ||
-               route(service, request.releases).rules.empty();
+               !has_rule(service, request.route);
     });
 }
 
@@ -110,7 +118,7 @@ void tell_of_all(finding_t &finding, const mended_t &mended, const std::string &
 
 mended_t mend_conversion(const converted_t &conversion, const conversion_request_t &request,
                          const std::set<std::string> &codes) {
-    const std::string_view route[] = {conversion.releases.from, conversion.releases.to};
+    const std::vector<std::string_view> route(conversion.route.begin(), conversion.route.end());
     const bool failed = conversion.failed() && !request.keep_going;
     mending::mending_request_t wanted = {
         .original = *conversion.original, .result = std::nullopt, .route = route, .codes = codes};
@@ -172,7 +180,7 @@ const char *judged_result_t::verdict() const {
 }
 
 judged_result_t judge_with_fixes(const std::string &original, const std::string &result,
-                                 const std::vector<std::string> &route) {
+                                 const route_t &route) {
     judged_result_t judged = {judge(original, result, route), {}};
     const std::vector<std::string_view> releases(route.begin(), route.end());
     judged.mended = mending::mend({.original = original, .result = result, .route = releases});

@@ -36,7 +36,7 @@ struct judged_result_t {
     const char *verdict() const;
 };
 judged_result_t judge_with_fixes(const std::string &original, const std::string &result,
-                                 const std::vector<std::string> &route);
+                                 const route_t &route);
 
 // Looks for fixes where a finding is an error, and adds them. Returns what it found.
 mending::mended_t mend_findings(std::vector<finding_t> &findings, const converted_t &conversion,

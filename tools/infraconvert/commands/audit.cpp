@@ -4,7 +4,6 @@
 #include "base/errors.h"
 #include "base/messages.h"
 #include "commands/common.h"
-#include "conversion/release_check.h"
 #include "reports/audit_page.h"
 #include "reports/formats.h"
 #include "reports/unified.h"
@@ -19,7 +18,7 @@ namespace infraconvert {
 namespace {
 
 struct audit_options_t {
-    release_pair_t releases;
+    route_options_t releases;
     std::vector<std::string> services;
     bool keep_going = false;
     bool json = false, mask = false;
@@ -44,7 +43,7 @@ std::string folder_for(const std::string &folder, const std::string &file) {
 
 // "before.patch" and "after.cfg" of a configuration.
 void keep_fixes(const outputs_t &outputs, const std::string &folder, const audited_t &audited,
-                const mending::mended_t &mended, const release_pair_t &releases) {
+                const mending::mended_t &mended) {
     const std::string own = folder_for(folder, audited.file);
     std::filesystem::create_directories(own);
     const std::string original = *read_configuration(audited.file);
@@ -52,7 +51,7 @@ void keep_fixes(const outputs_t &outputs, const std::string &folder, const audit
         const lines_t before = split_lines(original), after = split_lines(mended.original);
         outputs.write(own + "/before.patch",
                       unified_diff(before, after, difference(before, after),
-                                   {.before_label = audited.file + '\t' + releases.from,
+                                   {.before_label = audited.file + '\t' + audited.route.front(),
                                     .after_label = audited.file + "\tmended",
                                     .context = 3,
                                     .color = false,
@@ -90,16 +89,11 @@ void choose_what_is_judged(const audit_options_t &options, fleet_t &fleet) {
     }
 }
 
-release_pair_t releases_of(const audit_options_t &options) {
-    if (!options.releases.to.empty() || !options.result.empty())
-        return checked_releases(options.releases);
-    check_release("--from", options.releases.from);
-    return options.releases;
-}
-
 fleet_t fleet_of(const audit_options_t &options) {
     fleet_t fleet;
-    fleet.request.releases = releases_of(options);
+    if (!options.result.empty())
+        check_release("--to", options.releases.to);
+    fleet.request.route = checked_route(options.releases);
     fleet.request.services = services_named(options.services);
     fleet.request.keep_going = options.keep_going;
     fleet.files = files_of(options.paths);
@@ -162,13 +156,13 @@ int run(const audit_options_t &options) {
     if (!options.fixes.empty()) {
         outputs.make_folder(options.fixes);
         fleet.keep_fixes = [&](const audited_t &audited, const mending::mended_t &mended) {
-            keep_fixes(outputs, options.fixes, audited, mended, fleet.request.releases);
+            keep_fixes(outputs, options.fixes, audited, mended);
         };
     }
     exceptions_t agreed(options.accept, today());
     fleet.agreed = &agreed;
     const std::vector<audited_t> results = audit_all(fleet);
-    const fleet_summary_t summary = {fleet.request.releases, results};
+    const fleet_summary_t summary = {fleet.request.route, results};
     if (!options.report.empty())
         outputs.write(options.report, report_page(summary));
     write_output(in_format(options.json ? "json" : options.format, summary));
@@ -179,7 +173,7 @@ int run(const audit_options_t &options) {
 
 std::function<int()> declare(CLI::App &arguments) {
     const auto options = std::make_shared<audit_options_t>();
-    declare_releases(arguments, options->releases);
+    declare_route(arguments, options->releases);
     declare_services(arguments, options->services);
     declare_keep_going(arguments, options->keep_going);
     const std::vector<std::string> names = format_names();

@@ -17,10 +17,46 @@ constexpr const char *all_codes = "all";
 const CLI::Validator
     not_empty([](const std::string &text) { return text.empty() ? "the name is empty" : ""; }, "");
 
-void declare_releases(CLI::App &arguments, release_pair_t &releases) {
-    arguments.add_option("--from", releases.from, "Release that wrote the configuration")
+route_t checked_route(const route_options_t &options) {
+    if (!options.from.empty())
+        check_release("--from", options.from);
+    for (const std::string &stop : options.via)
+        check_release("--via", stop);
+    if (!options.to.empty())
+        check_release("--to", options.to);
+    else if (!options.via.empty())
+        throw usage_error_t("--via goes with a conversion only, and --to is missing");
+    route_t route = {options.from};
+    route.insert(route.end(), options.via.begin(), options.via.end());
+    if (!options.to.empty())
+        route.push_back(options.to);
+    return route;
+}
+
+route_t told_route_for(const std::string &name, const std::string &configuration,
+                       const route_t &wanted) {
+    route_t route;
+    try {
+        route = route_for(configuration, wanted);
+    } catch (const input_error_t &e) {
+        throw input_error_t(name + ": " + e.what());
+    }
+    if (wanted.front().empty())
+        message(name + ": from " + route.front() + ", as its \"version\" line says");
+    return route;
+}
+
+void declare_route(CLI::App &arguments, route_options_t &route) {
+    arguments
+        .add_option("--from", route.from,
+                    "Release that wrote the configuration [as its \"version\" line says]")
         ->type_name("RELEASE");
-    arguments.add_option("--to", releases.to, "Release that will read it")->type_name("RELEASE");
+    arguments.add_option("--to", route.to, "Release that will read it")->type_name("RELEASE");
+    arguments.add_option("--via", route.via, "Releases on the way, each a step of its own")
+        ->type_name("RELEASE,...")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
 void declare_services(CLI::App &arguments, std::vector<std::string> &chosen) {
@@ -134,7 +170,8 @@ void tell_idle(const exceptions_t &exceptions) {
 }
 
 job_t read_job(const job_options_t &options) {
-    const release_pair_t releases = checked_releases(options.releases);
+    check_release("--to", options.releases.to);
+    const route_t wanted = checked_route(options.releases);
     const auto chosen = services_named(options.services);
     if (options.path.empty())
         throw usage_error_t("missing PATH of the configuration");
@@ -142,11 +179,12 @@ job_t read_job(const job_options_t &options) {
     const auto outputs = std::make_shared<outputs_t>();
     outputs->made_from(file);
     const shared_text_t text = read_configuration(file);
-    compare_with_version_line(*text, releases.from);
+    const route_t route = told_route_for(shown_name(file), *text, wanted);
+    compare_with_version_line(*text, route.front());
     return {.file = file,
             .outputs = outputs,
             .request = {.text = text,
-                        .releases = releases,
+                        .route = route,
                         .services = chosen,
                         .keep_going = options.keep_going,
                         .wants_logs = options.log,

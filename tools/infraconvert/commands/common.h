@@ -15,8 +15,23 @@ namespace infraconvert {
 // For options whose text must not be empty, such as the names of files.
 extern const CLI::Validator not_empty;
 
+// The releases of a route, as written.
+struct route_options_t {
+    std::string from; // empty: of each configuration's own version line
+    std::string to;   // empty: nowhere
+    std::vector<std::string> via;
+};
+
+// The same, checked. Throws usage_error_t.
+route_t checked_route(const route_options_t &options);
+
+// The route of this one configuration, which is told where it comes from its version line. Throws
+// input_error_t.
+route_t told_route_for(const std::string &name, const std::string &configuration,
+                       const route_t &wanted);
+
 // Arguments that commands share, each read into the option that is given.
-void declare_releases(CLI::App &arguments, release_pair_t &releases);
+void declare_route(CLI::App &arguments, route_options_t &route);
 void declare_services(CLI::App &arguments, std::vector<std::string> &services);
 void declare_path(CLI::App &arguments, std::string &path);
 // Many configurations: paths, folders, and a list of them.
@@ -35,8 +50,8 @@ void declare_mend(CLI::App &arguments, std::string &mend);
 
 // The options of a command that converts one configuration.
 struct job_options_t {
-    std::string path;                  // a configuration, a directory with it, or "-"
-    release_pair_t releases;           // as written
+    std::string path; // a configuration, a directory with it, or "-"
+    route_options_t releases;
     std::vector<std::string> services; // as written; empty: all
     bool keep_going = false;           // past services that fail
     bool json = false;

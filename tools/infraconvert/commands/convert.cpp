@@ -44,7 +44,9 @@ struct task_t {
 };
 
 convert_options_t with_plan(convert_options_t options, const plan_t &plan) {
-    options.releases = plan.releases;
+    options.releases = {.from = plan.route.front(),
+                        .to = plan.route.back(),
+                        .via = {plan.route.begin() + 1, plan.route.end() - 1}};
     options.services = plan.services;
     options.keep_going = plan.keep_going;
     options.mend = plan.mend;
@@ -83,10 +85,11 @@ void expect_outputs(const convert_options_t &options, const task_t &task) {
 
 task_t task_of(const convert_options_t &given) {
     const bool chooses = !given.releases.from.empty() || !given.releases.to.empty() ||
-                         !given.services.empty() || given.keep_going || !given.mend.empty();
+                         !given.releases.via.empty() || !given.services.empty() ||
+                         given.keep_going || !given.mend.empty();
     if (!given.plan.empty() && chooses)
         throw usage_error_t(
-            "--plan brings --from, --to, --service, --keep-going and --mend with it");
+            "--plan brings --from, --to, --via, --service, --keep-going and --mend with it");
     task_t task;
     if (!given.plan.empty())
         task.plan = read_plan(given.plan);
@@ -195,7 +198,7 @@ int run(const convert_options_t &options) {
 
 std::function<int()> declare(CLI::App &arguments) {
     const auto options = std::make_shared<convert_options_t>();
-    declare_releases(arguments, options->releases);
+    declare_route(arguments, options->releases);
     declare_services(arguments, options->services);
     declare_keep_going(arguments, options->keep_going);
     arguments

@@ -5,7 +5,6 @@
 #include "base/errors.h"
 #include "base/messages.h"
 #include "commands/common.h"
-#include "conversion/release_check.h"
 #include "reports/effects_report.h"
 #include "reports/mask.h"
 #include "reports/summary.h"
@@ -34,14 +33,14 @@ void show(const job_options_t &options, const std::string &name, const converted
           const effects_t &rows) {
     const bool failed = conversion.failed();
     if (options.json)
-        return write_output(effects_json(name, conversion.releases, failed, rows));
+        return write_output(effects_json(name, conversion.route, failed, rows));
     write_output(effects_text(rows));
     if (rows.empty())
         message(name + ": no effects: no policy-map with actions is attached");
 }
 
 int show_as_it_is(const job_options_t &options) {
-    check_release("--from", options.releases.from);
+    const route_t wanted = checked_route(options.releases);
     if (options.path.empty())
         throw usage_error_t("missing PATH of the configuration");
     if (!options.services.empty() || options.keep_going)
@@ -50,30 +49,24 @@ int show_as_it_is(const job_options_t &options) {
     const std::string file = configuration_file(options.path);
     outputs_t().made_from(file); // standard output may go elsewhere only
     const shared_text_t text = read_configuration(file);
-    compare_with_version_line(*text, options.releases.from);
-    const converted_t alone = {.releases = options.releases,
-                               .original = text,
-                               .result = text,
-                               .steps = {},
-                               .script = {},
-                               .logs = {},
-                               .masked = false};
+    const route_t route = told_route_for(shown_name(file), *text, wanted);
+    compare_with_version_line(*text, route.front());
+    const converted_t alone = {.route = route, .original = text, .result = text};
     show(options, shown_name(file), alone,
-         shown_rows(meaning::rows_of(*text, options.releases.from), alone, options.mask));
+         shown_rows(meaning::rows_of(*text, route.front()), alone, options.mask));
     return exit_done;
 }
 
 int show_change(const job_options_t &options) {
     const job_t job = read_job(options);
     const converted_t conversion = run_job(job);
-    const auto &[from, to] = conversion.releases;
     const std::string name = shown_name(job.file);
-    const std::string_view route[] = {from, to};
+    const std::vector<std::string_view> route(conversion.route.begin(), conversion.route.end());
     // Of a conversion that failed there is nothing to show but the original.
     const bool compares = !conversion.failed() || options.keep_going;
     effects_t rows = compares
                          ? meaning::changed_rows(*conversion.original, *conversion.result, route)
-                         : meaning::rows_of(*conversion.original, from);
+                         : meaning::rows_of(*conversion.original, conversion.route.front());
     show(options, name, conversion, shown_rows(std::move(rows), conversion, options.mask));
     if (conversion.failed()) {
         tell_summary(name, shown_conversion(conversion, options.mask));
@@ -90,7 +83,7 @@ int run(const job_options_t &options) {
 
 std::function<int()> declare(CLI::App &arguments) {
     const auto options = std::make_shared<job_options_t>();
-    declare_releases(arguments, options->releases);
+    declare_route(arguments, options->releases);
     declare_services(arguments, options->services);
     declare_keep_going(arguments, options->keep_going);
     declare_mask(arguments, options->mask);

@@ -13,21 +13,23 @@ namespace infraconvert {
 namespace {
 
 struct plan_options_t {
-    release_pair_t releases;
+    route_options_t releases;
     std::vector<std::string> services;
     bool json = false;
 };
 
 int run(const plan_options_t &options) {
-    const release_pair_t releases = checked_releases(options.releases);
+    check_release("--from", options.releases.from);
+    check_release("--to", options.releases.to);
+    const route_t route = checked_route(options.releases);
     const auto chosen = services_named(options.services);
-    write_output(options.json ? plan_json(chosen, releases) : plan_table(chosen, releases));
+    write_output(options.json ? plan_json(chosen, route) : plan_table(chosen, route));
     return exit_done;
 }
 
 std::function<int()> declare(CLI::App &arguments) {
     const auto options = std::make_shared<plan_options_t>();
-    declare_releases(arguments, options->releases);
+    declare_route(arguments, options->releases);
     declare_services(arguments, options->services);
     declare_json(arguments, options->json);
     return [options] { return run(*options); };

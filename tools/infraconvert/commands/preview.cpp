@@ -47,7 +47,7 @@ struct view_t {
 
 std::string diff_of(const preview_options_t &options, const view_t &view, bool may_color) {
     const converted_t &c = view.conversion;
-    unified_t format = {.before_label = label(options, 0, view.file, c.releases.from),
+    unified_t format = {.before_label = label(options, 0, view.file, c.route.front()),
                         .after_label = label(options, 1, view.file, view.after_state),
                         .context = options.context,
                         .color = may_color && wants_color(options.color),
@@ -55,9 +55,9 @@ std::string diff_of(const preview_options_t &options, const view_t &view, bool m
                         .annotation = {},
                         .margin = 0};
     if (options.explain && may_color) {
-        format.annotation = [&](const script_line_t &line) { return c.rule_of(line); };
+        format.annotation = [&](const script_line_t &line) { return c.told_rule_of(line); };
         for (const step_t &step : c.steps)
-            format.margin = std::max(format.margin, step.routing.ids().size());
+            format.margin = std::max(format.margin, c.told_rules(step).size());
     }
     return unified_diff(split_lines(*c.original), split_lines(*c.result), c.script, format);
 }
@@ -66,7 +66,7 @@ std::string diff_of(const preview_options_t &options, const view_t &view, bool m
 std::string legend(const converted_t &conversion) {
     std::string text;
     for (const step_t &step : conversion.steps) {
-        const std::string ids = step.routing.ids() + "  ";
+        const std::string ids = conversion.told_rules(step) + "  ";
         if (step.changes())
             text += ids +
                     wrapped(std::string(step.service->title) + ": " + step.routing.words(),
@@ -106,7 +106,7 @@ int preview(const preview_options_t &options, const job_t &job) {
     const std::vector<finding_t> findings =
         findings_of(conversion, job.request, job.file, agreed, options.mask);
     const std::string name = shown_name(job.file);
-    const view_t view = {shown, job.file, conversion.releases.to};
+    const view_t view = {shown, job.file, conversion.route.back()};
     if (options.json)
         write_output(preview_json({plain_name(job.file),
                                    diff_of(options, view, false),
@@ -160,19 +160,18 @@ int rollback(const preview_options_t &options, job_t job) {
     job.request.text = forward.result;
     job.mends = false;
     job.request.log_directory = logs.empty() ? "" : logs + "/back";
-    std::swap(job.request.releases.from, job.request.releases.to);
+    const route_t there = job.request.route;
+    job.request.route = way_back(there);
     const converted_t back = run_job(job);
     const converted_t back_shown = shown_conversion(back, options.mask);
     tell_summary(name + ", back again", back_shown);
 
     const converted_t exact = round_trip(forward, back);
     const converted_t both = shown_conversion(exact, options.mask);
-    const view_t view = {both, job.file,
-                         both.releases.from + ", after " + both.releases.to + " and back"};
+    const view_t view = {both, job.file, there.front() + ", after " + there.back() + " and back"};
     const bool usable = !back.failed() || options.keep_going;
     const std::string diff = usable ? diff_of(options, view, !options.json) : "";
-    const auto &[to, from] = job.request.releases;
-    judged_result_t way = judge_with_fixes(*exact.original, *exact.result, {from, to, from});
+    judged_result_t way = judge_with_fixes(*exact.original, *exact.result, there_and_back(there));
     agreed.mark(job.file, way.findings);
     if (options.mask)
         mask_findings(way.findings, exact);
@@ -205,7 +204,7 @@ int run(const preview_options_t &options) {
 
 std::function<int()> declare(CLI::App &arguments) {
     const auto options = std::make_shared<preview_options_t>();
-    declare_releases(arguments, options->releases);
+    declare_route(arguments, options->releases);
     declare_services(arguments, options->services);
     declare_keep_going(arguments, options->keep_going);
     arguments

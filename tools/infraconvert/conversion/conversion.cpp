@@ -6,18 +6,19 @@
 #include "conversion/logs.h"
 
 #include <algorithm>
+#include <set>
 
 namespace infraconvert {
 
 namespace {
 
 step_t step_of(const service_t &service, const release_pair_t &releases, const call_step_t &call,
-               const std::string &original) {
-    step_t step{&service, route(service, releases), {}, {}};
+               const std::string &given) {
+    step_t step{&service, 0, routing_of(service, releases), {}, {}};
     if (!call.came_back())
         step.failure = failure_t{.reason = "the converter " + call.trouble};
     else if (call.status != 0)
-        step.failure = explain_failure(call.log, original);
+        step.failure = explain_failure(call.log, given);
     return step;
 }
 
@@ -52,6 +53,16 @@ std::string converted_t::rule_of(const script_line_t &line) const {
     return line.step < 0 ? "-" : steps[static_cast<size_t>(line.step)].routing.ids();
 }
 
+std::string converted_t::told_rule_of(const script_line_t &line) const {
+    const bool of_service = line.step >= 0 && line.step != fix_step;
+    return of_service ? told_rules(steps[static_cast<size_t>(line.step)]) : rule_of(line);
+}
+
+std::string converted_t::told_rules(const step_t &step) const {
+    const std::string at = has_stops() ? "step " + std::to_string(step.hop + 1) + ' ' : "";
+    return at + step.routing.ids();
+}
+
 namespace {
 
 // Takes the logs along that the request asks for. `last` is the text that they end with, also when
@@ -70,46 +81,74 @@ void take_logs(const logs_t &logs, const conversion_request_t &request, const st
         keep_logs(logs, request.log_directory, used, *request.outputs);
 }
 
+// A conversion under way.
+class journey_t {
+  public:
+    explicit journey_t(const conversion_request_t &r)
+        : request(r), history(r.text), text(r.edited ? r.edited : r.text) {
+        conversion.route = request.route;
+        conversion.original = conversion.result = request.text;
+        conversion.stages = {text};
+        if (request.edited)
+            history.record(fix_step, text);
+    }
+
+    converted_t run() {
+        for (size_t hop = 0; hop < hops_of(request.route) && counts(); hop++)
+            make_hop(hop);
+        if (counts() && request.typed) {
+            text = std::make_shared<const std::string>(request.typed(*text));
+            history.record(fix_step, text);
+        }
+        if (counts())
+            conversion.result = text;
+        conversion.script = counts() ? history.script() : history_t(request.text).script();
+        take_logs(logs, request, *text, conversion);
+        return std::move(conversion);
+    }
+
+  private:
+    bool counts() const { return request.keep_going || !conversion.failed(); }
+
+    void make_hop(size_t hop) {
+        const release_pair_t releases = hop_of(request.route, hop);
+        const shared_text_t given = text;
+        const bool wants_logs = request.wants_logs || !request.log_directory.empty();
+        const call_result_t call = call_installer({given, releases, request.services, wants_logs});
+        for (size_t i = 0; i < request.services.size(); i++) {
+            text = call.steps[i].after;
+            step_t step = step_of(*request.services[i], releases, call.steps[i], *given);
+            step.hop = hop;
+            step.changed = history.record(static_cast<int>(conversion.steps.size()), text);
+            conversion.steps.push_back(std::move(step));
+        }
+        conversion.stages.push_back(text);
+        for (const auto &[name, log] : call.logs)
+            logs[folder_of(hop) + name] = log;
+    }
+
+    // The services log under the same names on every hop.
+    std::string folder_of(size_t hop) const {
+        return conversion.has_stops() ? "step" + std::to_string(hop + 1) + '/' : "";
+    }
+
+    const conversion_request_t &request;
+    converted_t conversion;
+    history_t history;
+    shared_text_t text;
+    logs_t logs;
+};
+
 } // namespace
 
-converted_t run_conversion(const conversion_request_t &request) {
-    converted_t conversion = {.releases = request.releases,
-                              .original = request.text,
-                              .result = request.text,
-                              .steps = {},
-                              .script = {},
-                              .logs = {},
-                              .masked = false};
-    const bool wants_logs = request.wants_logs || !request.log_directory.empty();
-    history_t history(request.text);
-    shared_text_t text = request.edited ? request.edited : request.text;
-    if (request.edited)
-        history.record(fix_step, text);
-    const shared_text_t given = text;
-    const call_result_t call =
-        call_installer({given, request.releases, request.services, wants_logs});
-    for (size_t i = 0; i < request.services.size(); i++) {
-        text = call.steps[i].after;
-        step_t step = step_of(*request.services[i], request.releases, call.steps[i], *given);
-        step.changed = history.record(static_cast<int>(i), text);
-        conversion.steps.push_back(std::move(step));
-    }
-    const bool counts = request.keep_going || !conversion.failed();
-    if (counts && request.typed) {
-        text = std::make_shared<const std::string>(request.typed(*text));
-        history.record(fix_step, text);
-    }
-    if (counts)
-        conversion.result = text;
-    conversion.script = counts ? history.script() : history_t(request.text).script();
-    take_logs(call.logs, request, *text, conversion);
-    return conversion;
-}
+converted_t run_conversion(const conversion_request_t &request) { return journey_t(request).run(); }
 
 mask_t mask_of(const converted_t &conversion) {
     mask_t mask;
-    mask.learn(*conversion.original);
-    mask.learn(*conversion.result);
+    std::set<shared_text_t> texts(conversion.stages.begin(), conversion.stages.end());
+    texts.insert({conversion.original, conversion.result});
+    for (const shared_text_t &text : texts)
+        mask.learn(*text);
     return mask;
 }
 

@@ -1,11 +1,13 @@
-// The conversion of one configuration by several services, one after the other as the installer
-// does it, each in a process of its own and on a private copy.
+// The conversion of one configuration along a route: for each hop several services, one after the
+// other as the installer does it, on a private copy. Each hop starts from a fresh state of the
+// library, as on a switch that was started anew with its release.
 #pragma once
 
 #include "base/diff.h"
 #include "base/files.h"
 #include "base/outputs.h"
 #include "conversion/reasons.h"
+#include "conversion/route.h"
 #include "conversion/services.h"
 #include "secrets/mask.h"
 
@@ -18,15 +20,15 @@ namespace infraconvert {
 
 struct conversion_request_t {
     shared_text_t text;
-    release_pair_t releases;
-    std::vector<const service_t *> services;
+    route_t route;                           // at least two releases
+    std::vector<const service_t *> services; // for each hop
     bool keep_going = false;   // the result of those that succeed counts even when others fail
     bool wants_logs = false;   // returns them
     std::string log_directory; // where to keep them; empty: nowhere
     std::shared_ptr<const outputs_t> outputs = {}; // writes them
     bool mask_logs = false;                        // hides the secrets in them
-    // Fixes around the services: the text as edited before them, null for `text` as it is, and what
-    // becomes of theirs afterwards.
+    // Fixes around the route: the text as edited before it, null for `text` as it is, and what
+    // becomes of its result afterwards.
     shared_text_t edited = {};
     std::function<std::string(const std::string &)> typed = {};
 };
@@ -34,9 +36,10 @@ struct conversion_request_t {
 // The step of a line that a fix changed, not a service.
 constexpr int fix_step = 1 << 20;
 
-// What one service did.
+// What one service did on one hop.
 struct step_t {
     const service_t *service;
+    size_t hop; // from 0
     routing_t routing;
     count_t changed;
     std::optional<failure_t> failure;
@@ -47,19 +50,27 @@ struct step_t {
 };
 
 struct converted_t {
-    release_pair_t releases;
+    route_t route = {};
     shared_text_t original, result; // the same when a service failed and nothing was to keep going
-    std::vector<step_t> steps;
-    script_t script;  // from the original to the result
-    std::string logs; // for people to read, when wanted
+    std::vector<step_t> steps = {}; // hop by hop; none behind a hop that ended the way
+    // What each hop was given, and behind them what the last one made of it.
+    std::vector<shared_text_t> stages = {};
+    script_t script = {};  // from the original to the result
+    std::string logs = {}; // for people to read, when wanted
 
     bool masked = false; // as they are shown, not as they are
 
     bool failed() const;
+    bool has_stops() const { return hops_of(route) > 1; }
+    // The text in which the step's failure names lines.
+    const std::string &given(const step_t &step) const { return *stages[step.hop]; }
     count_t changes_of_fixes() const;
     bool changes() const { return *original != *result; }
     // The rule that a script line owes its change to, or "fix"; "-" when no step is known.
     std::string rule_of(const script_line_t &line) const;
+    // The same with the step of the route, when it has several: "step 2 IC-QOS-04".
+    std::string told_rule_of(const script_line_t &line) const;
+    std::string told_rules(const step_t &step) const;
 };
 
 // Runs the conversion. What a converter cannot do is a failure in its step. Throws run_error_t when

@@ -50,8 +50,10 @@ std::string readable_logs(const logs_t &logs, const mask_t *mask) {
 void keep_logs(const logs_t &logs, const fs::path &destination, const mask_t *mask,
                const outputs_t &outputs) {
     outputs.make_folder(destination);
-    for (const auto &[name, log] : logs)
+    for (const auto &[name, log] : logs) {
+        outputs.make_folder((destination / name).parent_path());
         outputs.write(destination / name, mask ? shown_log(log, mask) : log);
+    }
 }
 
 } // namespace infraconvert

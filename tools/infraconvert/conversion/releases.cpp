@@ -4,11 +4,14 @@
 #include "conversion/releases.h"
 
 #include "base/errors.h"
+#include "base/lines.h"
 #include "base/messages.h"
-#include "conversion/release_check.h"
+#include "conversion/border_releases.h"
 #include "engine/release.h"
 
+#include <iterator>
 #include <regex>
+#include <vector>
 
 namespace infraconvert {
 
@@ -17,9 +20,17 @@ namespace {
 constexpr const char *accepted_forms = "accepted forms: 4.1(3), 5.0(3)U2(1), 4.1(3)K2(1)";
 
 // Numbers of at most nine digits fit the converters' 32 bits.
+constexpr const char *release_form = R"(\d{1,9}\.\d{1,9}\(\d{1,9}[a-z]*\))";
+constexpr const char *train_form = R"([A-Z]\d{1,9}\(\d{1,9}[a-z]*\))";
+
 const std::regex &complete_release() {
-    static const std::regex form(
-        R"(\d{1,9}\.\d{1,9}\(\d{1,9}[a-z]*\)([A-Z]\d{1,9}\(\d{1,9}[a-z]*\))?)");
+    static const std::regex form(std::string(release_form) + "(" + train_form + ")?");
+    return form;
+}
+
+// A release with something behind it, of which nobody knows what it is.
+const std::regex &release_and_more() {
+    static const std::regex form(std::string(release_form) + "[^]*");
     return form;
 }
 
@@ -31,9 +42,57 @@ engine::release_t as_read(const std::string &text) {
     return release;
 }
 
-bool readable(const std::string &text) {
-    const engine::release_t release = as_read(text);
-    return release.major >= 0 && release.minor >= 0 && release.patch >= 0;
+bool is_complete(const std::string &text) { return std::regex_match(text, complete_release()); }
+
+// The fields in the order in which releases follow one another.
+auto rank(const std::string &text) {
+    engine::release_t k, u;
+    engine::read_release(k, engine::release_format::k_train, text.c_str());
+    engine::read_release(u, engine::release_format::product, text.c_str());
+    return std::tuple(k.major, k.minor, k.patch, k.kesto_major, k.kesto_minor, u.product,
+                      u.subversion);
+}
+
+// The numbers and the train of a text that is no release, in the form of one; empty when they do
+// not make one.
+std::string respelled(const std::string &text) {
+    static const std::regex parts(
+        R"(\D*(\d{1,9})\D+(\d{1,9})\D+(\d{1,9})([a-z]*)[^A-Za-z\d]*(([A-Z])(\d{1,9})(\D+(\d{1,9}[a-z]*))?)?\D*)");
+    std::smatch part;
+    if (!std::regex_match(text, part, parts))
+        return "";
+    const std::string release =
+        part.str(1) + '.' + part.str(2) + '(' + part.str(3) + part.str(4) + ')';
+    if (!part[5].matched)
+        return release;
+    return release + part.str(6) + part.str(7) + '(' + (part[9].matched ? part.str(9) : "1") + ')';
+}
+
+// "5.0(1), 5.0(2) or 5.0(3)": the releases known here that begin like this.
+std::string releases_of(const std::string &beginning) {
+    std::vector<std::string> known;
+    for (const std::string release : border_releases) {
+        if (release.starts_with(beginning + '('))
+            known.push_back(release);
+    }
+    std::string list;
+    for (size_t i = 0; i < known.size(); i++)
+        list += (i == 0 ? "" : i + 1 < known.size() ? ", " : " or ") + known[i];
+    return list;
+}
+
+std::string suggestion_for(const std::string &text) {
+    if (const std::string likely = respelled(text); !likely.empty())
+        return "; did you mean '" + likely + "'?";
+    const std::string list = releases_of(text);
+    return list.empty() ? "" : "; did you mean " + list + "?";
+}
+
+void warn_beyond_the_last(const char *option, const std::string &text) {
+    const std::string last = *std::rbegin(border_releases);
+    if (is_older(last, text))
+        message(std::string("warning: ") + option + ": " + text + " is newer than " + last +
+                ", the last release known here; its rules are the last known, and they are used");
 }
 
 } // namespace
@@ -41,35 +100,74 @@ bool readable(const std::string &text) {
 void check_release(const char *option, const std::string &text) {
     if (text.empty())
         throw usage_error_t(std::string("missing ") + option + " RELEASE (" + accepted_forms + ")");
-    if (!readable(text))
-        throw usage_error_t(std::string(option) + ": '" + text +
-                            "' is not a release that a converter can read; " + accepted_forms);
-    if (!std::regex_match(text, complete_release()))
+    if (!std::regex_match(text, release_and_more()))
+        throw usage_error_t(std::string(option) + ": '" + text + "' is not a release" +
+                            suggestion_for(text) + " (" + accepted_forms + ")");
+    if (!is_complete(text))
         message(std::string("warning: ") + option + ": '" + text +
-                "' is an unusual release; the converters read it only as far as they know it (" +
-                accepted_forms + ")");
+                "' is an unusual release; the converters read it only as far as they know it" +
+                suggestion_for(text) + " (" + accepted_forms + ")");
+    warn_beyond_the_last(option, text);
 }
 
-release_pair_t checked_releases(const release_pair_t &written) {
-    check_release("--from", written.from);
-    check_release("--to", written.to);
-    return written;
+bool is_older(const std::string &one, const std::string &other) { return rank(one) < rank(other); }
+
+namespace {
+
+// The word behind each "version" that begins a line, and the number of the line.
+struct version_line_t {
+    std::string release;
+    size_t number;
+};
+
+std::vector<version_line_t> version_lines(const std::string &configuration) {
+    constexpr std::string_view keyword = "version ";
+    std::vector<version_line_t> found;
+    size_t number = 0;
+    for (const std::string_view line : split_lines(configuration)) {
+        number++;
+        if (!line.starts_with(keyword))
+            continue;
+        const size_t end = line.find_first_of(" \r\n", keyword.size());
+        found.push_back({std::string(line.substr(keyword.size(), end - keyword.size())), number});
+    }
+    return found;
+}
+
+[[noreturn]] void refuse_version_line(const std::string &problem) {
+    throw input_error_t(problem + "; name the release with --from");
+}
+
+} // namespace
+
+std::string release_of_version_line(const std::string &configuration) {
+    const std::vector<version_line_t> lines = version_lines(configuration);
+    if (lines.empty())
+        refuse_version_line("no \"version\" line says which release wrote it");
+    const version_line_t &first = lines.front();
+    if (!is_complete(first.release)) // not shown: what it is, nobody knows
+        refuse_version_line("the \"version\" line " + std::to_string(first.number) +
+                            " does not name a release");
+    for (const version_line_t &line : lines) {
+        if (line.release != first.release)
+            refuse_version_line("the \"version\" lines " + std::to_string(first.number) + " and " +
+                                std::to_string(line.number) + " contradict one another");
+    }
+    return first.release;
 }
 
 void compare_with_version_line(const std::string &configuration, const std::string &from) {
-    const std::string start = "\nversion ";
-    const size_t line = configuration.starts_with(start.substr(1)) ? 0 : configuration.find(start);
-    if (line == configuration.npos)
+    const std::vector<version_line_t> lines = version_lines(configuration);
+    if (lines.empty())
         return;
-    const size_t word = configuration.find(' ', line) + 1;
-    const std::string version =
-        configuration.substr(word, configuration.find_first_of(" \r\n", word) - word);
-    if (!readable(version) || engine::triple(as_read(version)) == engine::triple(as_read(from)))
+    const std::string &version = lines.front().release;
+    const engine::release_t wrote = as_read(version);
+    if (wrote.patch < 0 || engine::triple(wrote) == engine::triple(as_read(from)))
         return;
     // Not a word that merely begins like a release: what it is, nobody knows.
-    const bool complete = std::regex_match(version, complete_release());
     message("warning: the configuration says that " +
-            (complete ? "release " + version : "another release") + " wrote it, not " + from);
+            (is_complete(version) ? "release " + version : "another release") + " wrote it, not " +
+            from);
 }
 
 } // namespace infraconvert

@@ -9,9 +9,18 @@ struct release_pair_t {
     std::string from, to;
 };
 
-// The same pair. Throws usage_error_t for a text that is missing or that no converter can read; a
-// text that they read only in part is told to the user in a message.
-release_pair_t checked_releases(const release_pair_t &written);
+// Checks the release that an option gives. Throws usage_error_t for a text that is missing or that
+// is no release, with what may have been meant; a text of which the converters read a part only,
+// and a release beyond the last one that a rule knows of, are told to the user in a message.
+void check_release(const char *option, const std::string &text);
+
+// True when `one` came out before `other`. The K and U releases of a release are newer than it and
+// older than the next.
+bool is_older(const std::string &one, const std::string &other);
+
+// The release that the configuration itself names as its writer. Throws input_error_t when there is
+// none, or more than one.
+std::string release_of_version_line(const std::string &configuration);
 
 // Tells the user when the configuration itself names another release than `from` as its writer.
 void compare_with_version_line(const std::string &configuration, const std::string &from);

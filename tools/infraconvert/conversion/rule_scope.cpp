@@ -12,7 +12,7 @@ namespace infraconvert {
 namespace {
 
 bool applies(const service_t &service, const engine::rule_t &rule, const release_pair_t &releases) {
-    const routing_t routing = route(service, releases);
+    const routing_t routing = routing_of(service, releases);
     return std::find(routing.rules.begin(), routing.rules.end(), &rule) != routing.rules.end();
 }
 

@@ -25,7 +25,7 @@ constexpr const char *same_text = "the two releases are the same";
 constexpr const char *same_release = "the two releases are the same to this converter";
 
 // A service and its converter, whose questions about a pair of releases are asked of state that the
-// converter has once. Whoever asks them comes through route(), which lets in one at a time.
+// converter has once. Whoever asks them comes through routing_of(), which lets in one at a time.
 struct converter_t {
     service_t service;
     // Reads both releases into the converter. Returns why nothing can apply, or null.
@@ -135,7 +135,7 @@ std::vector<const service_t *> services_named(const std::vector<std::string> &na
     return result;
 }
 
-routing_t route(const service_t &service, const release_pair_t &releases) {
+routing_t routing_of(const service_t &service, const release_pair_t &releases) {
     const auto asked =
         std::find_if(converters().begin(), converters().end(),
                      [&](const converter_t &c) { return c.service.uuid == service.uuid; });

@@ -20,7 +20,7 @@ struct service_t {
     const char *platform_name; // on the switch
     uint32_t uuid;
     const char *log_name;                  // of its log file
-    std::span<const engine::rule_t> rules; // which of them apply is asked with route()
+    std::span<const engine::rule_t> rules; // which of them apply is asked with routing_of()
 };
 
 // All services, in the order in which they run.
@@ -42,6 +42,6 @@ struct routing_t {
 };
 
 // Asks the converter. Threads may ask at the same time.
-routing_t route(const service_t &service, const release_pair_t &releases);
+routing_t routing_of(const service_t &service, const release_pair_t &releases);
 
 } // namespace infraconvert

@@ -9,19 +9,20 @@ namespace {
 using json = nlohmann::ordered_json;
 
 json configuration_json(const audited_t &audited) {
-    return {{"path", audited.file},
-            {"state", audited.state()},
-            {"problem", audited.problem.empty() ? json(nullptr) : json(audited.problem)},
-            {"services", audited.services},
-            {"findings", findings_json(audited.findings)}};
+    json document = {{"path", audited.file},
+                     {"state", audited.state()},
+                     {"problem", audited.problem.empty() ? json(nullptr) : json(audited.problem)}};
+    add_route(document, audited.route);
+    document["services"] = audited.services;
+    document["findings"] = findings_json(audited.findings);
+    return document;
 }
 
 } // namespace
 
 std::string audit_json(const fleet_summary_t &summary) {
     json document = document_of("audit");
-    document["from"] = summary.releases.from;
-    document["to"] = summary.releases.to.empty() ? json(nullptr) : json(summary.releases.to);
+    add_route(document, summary.route);
     document["states"] = summary.states;
     document["codes"] = codes_json(summary);
     document["configurations"] = json::array();

@@ -127,8 +127,8 @@ json rule_words() {
 }
 
 json summary_json(const fleet_summary_t &summary) {
-    json document = {{"from", summary.releases.from},
-                     {"to", summary.releases.to},
+    json document = {{"from", summary.route.front()},
+                     {"to", summary.route.back()},
                      {"tool_version", INFRACONVERT_VERSION},
                      {"date", now()},
                      {"rules", rule_words()},

@@ -31,13 +31,19 @@ json routing_json(const routing_t &routing) {
     return rules;
 }
 
-json failure_json(const step_t &step, const lines_t &original) {
+json hop_json(const route_t &route, size_t hop) {
+    const auto &[from, to] = hop_of(route, hop);
+    return {from, to};
+}
+
+json failure_json(const step_t &step, const converted_t &conversion) {
     if (!step.failure)
         return nullptr;
+    const lines_t given = split_lines(conversion.given(step));
     json lines = json::array();
     for (const size_t number : step.failure->lines)
         lines.push_back(
-            {{"number", number}, {"text", std::string(without_newline(original[number - 1]))}});
+            {{"number", number}, {"text", std::string(without_newline(given[number - 1]))}});
     json log = nullptr;
     if (!step.failure->log_line.empty())
         log = {{"file", step.service->log_name},
@@ -47,7 +53,6 @@ json failure_json(const step_t &step, const lines_t &original) {
 }
 
 json steps_json(const converted_t &conversion) {
-    const lines_t original = split_lines(*conversion.original);
     json steps = json::array();
     for (const step_t &step : conversion.steps) {
         json entry = service_json(*step.service);
@@ -56,7 +61,9 @@ json steps_json(const converted_t &conversion) {
         entry["state"] = step.state();
         entry["added"] = step.changed.added;
         entry["removed"] = step.changed.removed;
-        entry["failure"] = failure_json(step, original);
+        entry["failure"] = failure_json(step, conversion);
+        if (conversion.has_stops())
+            entry["hop"] = hop_json(conversion.route, step.hop);
         steps.push_back(entry);
     }
     return steps;
@@ -75,11 +82,14 @@ json change_json(const converted_t &conversion, const script_line_t &line,
     const bool removed = line.edit == line_edit_t::remove;
     const bool service_did = line.step >= 0 && line.step != fix_step;
     const step_t *step = service_did ? &conversion.steps[static_cast<size_t>(line.step)] : nullptr;
-    return {{"edit", removed ? "remove" : "add"},
-            {"line", (removed ? line.before : line.after) + 1},
-            {"text", std::string(without_newline(content))},
-            {"service", step ? json(step->service->name) : json(nullptr)},
-            {"rule", line.step >= 0 ? json(conversion.rule_of(line)) : json(nullptr)}};
+    json change = {{"edit", removed ? "remove" : "add"},
+                   {"line", (removed ? line.before : line.after) + 1},
+                   {"text", std::string(without_newline(content))},
+                   {"service", step ? json(step->service->name) : json(nullptr)},
+                   {"rule", line.step >= 0 ? json(conversion.rule_of(line)) : json(nullptr)}};
+    if (step && conversion.has_stops())
+        change["hop"] = hop_json(conversion.route, step->hop);
+    return change;
 }
 
 json changes_json(const converted_t &conversion) {
@@ -97,30 +107,33 @@ json changes_json(const converted_t &conversion) {
 
 json conversion_json(const json_conversion_t &conversion) {
     const converted_t &exact = conversion.exact;
-    return {{"from", exact.releases.from},
-            {"to", exact.releases.to},
-            {"failed", exact.failed()},
-            {"changed", exact.changes()},
-            {"input", text_json(*exact.original, conversion.shown.masked)},
-            {"result", text_json(*exact.result, conversion.shown.masked)},
-            {"services", steps_json(conversion.shown)},
-            {"changes", changes_json(conversion.shown)}};
+    json document;
+    add_route(document, exact.route);
+    document["failed"] = exact.failed();
+    document["changed"] = exact.changes();
+    document["input"] = text_json(*exact.original, conversion.shown.masked);
+    document["result"] = text_json(*exact.result, conversion.shown.masked);
+    document["services"] = steps_json(conversion.shown);
+    document["changes"] = changes_json(conversion.shown);
+    return document;
 }
 
 } // namespace
 
-std::string plan_json(const std::vector<const service_t *> &chosen,
-                      const release_pair_t &releases) {
+std::string plan_json(const std::vector<const service_t *> &chosen, const route_t &route) {
     json document = document_of("plan");
-    document["from"] = releases.from;
-    document["to"] = releases.to;
+    add_route(document, route);
     document["services"] = json::array();
-    for (const service_t *service : chosen) {
-        const routing_t routing = route(*service, releases);
-        json entry = service_json(*service);
-        entry["rules"] = routing_json(routing);
-        entry["no_rule_because"] = or_null(routing.why_none);
-        document["services"].push_back(entry);
+    for (size_t hop = 0; hop < hops_of(route); hop++) {
+        for (const service_t *service : chosen) {
+            const routing_t routing = routing_of(*service, hop_of(route, hop));
+            json entry = service_json(*service);
+            entry["rules"] = routing_json(routing);
+            entry["no_rule_because"] = or_null(routing.why_none);
+            if (hops_of(route) > 1)
+                entry["hop"] = hop_json(route, hop);
+            document["services"].push_back(entry);
+        }
     }
     return printed(document);
 }

@@ -10,8 +10,7 @@
 
 namespace infraconvert {
 
-std::string plan_json(const std::vector<const service_t *> &services,
-                      const release_pair_t &releases);
+std::string plan_json(const std::vector<const service_t *> &services, const route_t &route);
 
 // A conversion, whose sizes and digests count, and the same with the texts that are shown.
 struct json_conversion_t {

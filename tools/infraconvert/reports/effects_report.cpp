@@ -172,15 +172,14 @@ std::string effects_text(const effects_t &rows) {
     return text;
 }
 
-std::string effects_json(const std::string &path, const release_pair_t &releases, bool failed,
+std::string effects_json(const std::string &path, const route_t &route, bool failed,
                          const effects_t &rows) {
     const auto or_null = [](const std::string &word) {
         return word.empty() ? json(nullptr) : json(word);
     };
     json document = document_of("effects");
     document["path"] = path;
-    document["from"] = releases.from;
-    document["to"] = or_null(releases.to);
+    add_route(document, route);
     document["failed"] = failed;
     document["rows"] = json::array();
     for (const auto &[row, change] : rows)

@@ -42,7 +42,7 @@ json fixes_json(const std::vector<fix_text_t> &fixes) {
 
 json findings_json(const std::vector<finding_t> &findings) {
     json list = json::array();
-    for (const finding_t &finding : findings)
+    for (const finding_t &finding : findings) {
         list.push_back(
             {{"code", finding.kind->code},
              {"severity", severity_name(finding.kind->severity)},
@@ -54,6 +54,9 @@ json findings_json(const std::vector<finding_t> &findings) {
              {"accepted", accepted_json(finding)},
              {"fixes", fixes_json(finding.fixes)},
              {"by_hand", finding.by_hand.empty() ? json(nullptr) : json(finding.by_hand)}});
+        if (!finding.hop.empty())
+            list.back()["hop"] = finding.hop;
+    }
     return list;
 }
 

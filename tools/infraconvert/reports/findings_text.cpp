@@ -1,6 +1,7 @@
 #include "reports/findings_text.h"
 
 #include "base/messages.h"
+#include "conversion/route.h"
 
 #include <algorithm>
 #include <set>
@@ -33,8 +34,10 @@ std::string lines_text(char mark, const std::vector<evidence_t> &lines) {
 
 std::string finding_text(const finding_t &finding) {
     std::string text;
-    if (!finding.detail.empty())
-        text += "    " + wrapped(finding.detail, 4) + '\n';
+    const std::string hop = finding.hop.empty() ? "" : "from " + route_text(finding.hop) + ":";
+    const std::string blank = hop.empty() || finding.detail.empty() ? "" : " ";
+    if (!hop.empty() || !finding.detail.empty())
+        text += "    " + wrapped(hop + blank + finding.detail, 4) + '\n';
     return text + lines_text('-', finding.before) + lines_text('+', finding.after);
 }
 

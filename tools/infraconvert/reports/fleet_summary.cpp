@@ -4,8 +4,8 @@
 
 namespace infraconvert {
 
-fleet_summary_t::fleet_summary_t(const release_pair_t &pair, const std::vector<audited_t> &audited)
-    : releases(pair), results(audited) {
+fleet_summary_t::fleet_summary_t(const route_t &way, const std::vector<audited_t> &audited)
+    : route(way), results(audited) {
     for (const audited_t &each : results) {
         states[each.state()]++;
         std::string last;
@@ -23,7 +23,7 @@ std::string fleet_summary_t::table() const {
     constexpr size_t state_width = 11, code_width = 8, severity_width = 9, count_width = 10;
     std::string text = "infraconvert: " + std::to_string(results.size()) +
                        (results.size() == 1 ? " configuration, " : " configurations, ") +
-                       releases.from + (releases.to.empty() ? "" : " to " + releases.to) + ":\n";
+                       route_text(route) + ":\n";
     for (const char *state : {"checked", "unchanged", "changed", "failed", "unusable"}) {
         if (states.contains(state))
             text += "  " + column(state, state_width) + std::to_string(states.at(state)) + '\n';

@@ -11,7 +11,7 @@ namespace infraconvert {
 
 struct fleet_summary_t {
     // `audited` must outlive the object.
-    fleet_summary_t(const release_pair_t &pair, const std::vector<audited_t> &audited);
+    fleet_summary_t(const route_t &way, const std::vector<audited_t> &audited);
 
     // For people: states, and findings by code.
     std::string table() const;
@@ -20,7 +20,7 @@ struct fleet_summary_t {
         const finding_kind_t *kind = nullptr;
         size_t findings = 0, files = 0;
     };
-    release_pair_t releases;
+    route_t route; // without its first release where each configuration has its own
     const std::vector<audited_t> &results;
     std::map<std::string, size_t> states;
     std::map<std::string, code_count_t> codes;

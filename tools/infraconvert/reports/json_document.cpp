@@ -15,6 +15,14 @@ nlohmann::ordered_json document_of(const char *command) {
 }
 
 // A configuration may hold bytes that are no UTF-8; they show as replacement characters.
+void add_route(nlohmann::ordered_json &document, const route_t &route) {
+    using json = nlohmann::ordered_json;
+    const bool knows_first = !route.empty() && !route.front().empty();
+    document["from"] = knows_first ? json(route.front()) : json(nullptr);
+    document["to"] = hops_of(route) > 0 ? json(route.back()) : json(nullptr);
+    document["route"] = knows_first ? json(route) : json(nullptr);
+}
+
 std::string printed_as_is(const nlohmann::ordered_json &document) {
     return document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
 }

@@ -11,6 +11,10 @@ converted_t shown_conversion(converted_t conversion, bool mask) {
     conversion.original = std::make_shared<const std::string>(masked_text(*conversion.original));
     conversion.result = std::make_shared<const std::string>(masked_text(*conversion.result));
     conversion.masked = true;
+    if (conversion.failed()) {
+        for (shared_text_t &stage : conversion.stages)
+            stage = std::make_shared<const std::string>(masked_text(*stage));
+    }
     for (step_t &step : conversion.steps) {
         if (!step.failure)
             continue;

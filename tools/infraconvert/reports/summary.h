@@ -11,7 +11,6 @@ namespace infraconvert {
 void tell_summary(const std::string &name, const converted_t &conversion);
 
 // The same of a rule of each service, for plan.
-std::string plan_table(const std::vector<const service_t *> &services,
-                       const release_pair_t &releases);
+std::string plan_table(const std::vector<const service_t *> &services, const route_t &route);
 
 } // namespace infraconvert

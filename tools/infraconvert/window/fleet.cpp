@@ -20,17 +20,17 @@ void mark_agreed(const fleet_t &fleet, audited_t &audited) {
 // Converts the result back, and judges the whole way.
 mending::mended_t look_back(const fleet_t &fleet, const conversion_request_t &there,
                             const converted_t &conversion, audited_t &audited) {
-    const auto &[from, to] = there.releases;
     conversion_request_t request = there;
     request.text = conversion.result;
-    request.releases = {to, from};
+    request.route = way_back(there.route);
     const converted_t back = run_conversion(request);
     if (back.failed() && !there.keep_going) {
         audited.failed = true;
         audited.verdict = "not reversible: the way back fails";
         return {};
     }
-    judged_result_t way = judge_with_fixes(*conversion.original, *back.result, {from, to, from});
+    judged_result_t way =
+        judge_with_fixes(*conversion.original, *back.result, there_and_back(there.route));
     audited.verdict = way.verdict();
     audited.findings = std::move(way.findings);
     mark_agreed(fleet, audited);
@@ -44,19 +44,16 @@ mending::mended_t look_back(const fleet_t &fleet, const conversion_request_t &th
 
 // A result that was not made here, or the file as it is.
 void judge_what_is_there(const fleet_t &fleet, const shared_text_t &text, audited_t &audited) {
-    const auto &[from, to] = fleet.request.releases;
     const shared_text_t result = fleet.form_alone ? text : fleet.result;
-    const converted_t both = {.releases = fleet.request.releases,
+    const converted_t both = {.route = audited.route,
                               .original = text,
                               .result = result,
-                              .steps = {},
-                              .script = difference(split_lines(*text), split_lines(*result)),
-                              .logs = {},
-                              .masked = false};
+                              .script = difference(split_lines(*text), split_lines(*result))};
     audited.form_alone = fleet.form_alone;
     audited.changed = both.changes();
-    judged_result_t judged = fleet.form_alone ? judged_result_t{judge_form_of(*text, from), {}}
-                                              : judge_with_fixes(*text, *result, {from, to});
+    judged_result_t judged = fleet.form_alone
+                                 ? judged_result_t{judge_form_of(*text, audited.route.front()), {}}
+                                 : judge_with_fixes(*text, *result, audited.route);
     audited.findings = std::move(judged.findings);
     mark_agreed(fleet, audited);
     if (fleet.mask)
@@ -69,7 +66,9 @@ void judge_what_is_there(const fleet_t &fleet, const shared_text_t &text, audite
 
 void look_at(const fleet_t &fleet, audited_t &audited) try {
     conversion_request_t request = fleet.request;
+    audited.route = request.route;
     request.text = read_configuration(audited.file);
+    request.route = audited.route = route_for(*request.text, request.route);
     if (fleet.result || fleet.form_alone)
         return judge_what_is_there(fleet, request.text, audited);
     const converted_t conversion = run_conversion(request);

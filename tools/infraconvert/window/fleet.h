@@ -13,6 +13,7 @@ namespace infraconvert {
 // What became of one configuration.
 struct audited_t {
     std::string file;
+    route_t route;          // of this one; of a problem, as far as it is known
     std::string problem;    // why it could not be looked at; empty: it was
     int problem_status = 0; // exit status that the problem asks for
     bool failed = false;    // the conversion did
@@ -34,7 +35,7 @@ struct fleet_t {
     conversion_request_t request; // its text is each file's in turn
     bool rollback = false;        // judge the way there and back
     shared_text_t result = {};    // judge this one instead of converting the only file
-    bool form_alone = false; // judge the files as they are; the request has no release to go to
+    bool form_alone = false;      // judge the files as they are; the request goes nowhere
     size_t jobs = 1;
     bool mask = false;              // secrets in the findings
     exceptions_t *agreed = nullptr; // marks what was agreed on

@@ -18,7 +18,7 @@ constexpr int version = 1;
 plan_t plan_from(const json &document) {
     if (document.at("kind") != kind || document.at("format_version") != version)
         throw input_error_t("it is of another kind or of a later version");
-    return {.releases = {document.at("from"), document.at("to")},
+    return {.route = document.at("route"),
             .services = document.at("services"),
             .keep_going = document.at("keep_going"),
             .mend = document.value("mend", ""),
@@ -31,7 +31,7 @@ plan_t plan_from(const json &document) {
 
 plan_t plan_of(const converted_t &conversion, const std::string &file, bool keep_going,
                const std::string &mend) {
-    plan_t plan = {.releases = conversion.releases,
+    plan_t plan = {.route = conversion.route,
                    .services = {},
                    .keep_going = keep_going,
                    .mend = mend,
@@ -46,8 +46,7 @@ plan_t plan_of(const converted_t &conversion, const std::string &file, bool keep
 std::string plan_text(const plan_t &plan) {
     json document = {{"kind", kind},
                      {"format_version", version},
-                     {"from", plan.releases.from},
-                     {"to", plan.releases.to},
+                     {"route", plan.route},
                      {"services", plan.services},
                      {"keep_going", plan.keep_going},
                      {"mend", plan.mend},

@@ -10,7 +10,7 @@
 namespace infraconvert {
 
 struct plan_t {
-    release_pair_t releases;
+    route_t route;
     std::vector<std::string> services;
     bool keep_going = false;
     std::string mend; // as the option; empty: nothing is mended
