@@ -23,16 +23,17 @@ _infraconvert() {
     --accept) offered=$(_infraconvert_codes 'IC[0-9]+') ;;
     *)
       if [ "$COMP_CWORD" -eq 1 ]; then
-        offered='plan preview convert audit effects explain --help --version'
+        offered='plan preview convert audit effects explain help --help --version -V'
       else
         case $command in
           plan) offered="$releases --help" ;;
-          preview) offered="$conversion --unified --label --color --explain --rollback --exit-code
+          preview) offered="$conversion --unified --label --color --word-diff --explain --rollback --exit-code
                             --save-plan --accept --mend --help" ;;
           convert) offered="$conversion --output --backup --plan --accept --mend --help" ;;
           audit) offered="$releases --keep-going --mask --format --report --result --fixes --rollback --accept
                           --files-from --jobs --help" ;;
           effects) offered="$releases --keep-going --mask --help" ;;
+          help) offered='plan preview convert audit effects explain' ;;
           explain) offered="--json --help $(_infraconvert_codes 'IC[A-Z0-9-]+')" ;;
         esac
         # A path is wanted far more often than an option.

@@ -30,13 +30,14 @@ check() {
   grep -qFe "$word" <<<"$man_page" || missing "man page" "${words[*]}"
 }
 
-options() { grep -oE '^ +(-., *)?--[a-z-]+' | grep -oE -e '--[a-z-]+' | sort -u; }
-commands=$("$infraconvert" --help | sed -n '/^Subcommands:/,$s/^  \([a-z]\+\).*/\1/p')
+options() { grep -oE '^  (-., *)?--[a-z-]+' | grep -oE -e '--[a-z-]+' | sort -u; }
+commands=$("$infraconvert" --help | sed -n '/^Commands:/,$s/^  \([a-z]\+\).*/\1/p')
 [ -n "$commands" ]
 
 for option in $("$infraconvert" --help | options); do check "$option"; done
 for command in $commands; do
   check "$command"
+  [ "$command" != help ] || continue # its help is that of the program
   for option in $("$infraconvert" "$command" --help | options); do check "$command" "$option"; done
 done
 for service in $("$infraconvert" plan --from '4.1(2)' --to '4.1(3)' | awk 'NR > 1 { print $1 }'); do

@@ -2,13 +2,11 @@
 
 #include "base/errors.h"
 #include "base/interruption.h"
-#include "base/lines.h"
 #include "base/messages.h"
 #include "base/suggest.h"
 #include "commands/effects.h"
+#include "commands/help.h"
 #include "reports/command_json.h"
-
-#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <map>
@@ -19,43 +17,6 @@ namespace {
 
 constexpr const command_t *commands[] = {&plan_command,  &preview_command, &convert_command,
                                          &audit_command, &effects_command, &explain_command};
-
-constexpr const char *about =
-    "Converts the saved configuration of a switch between software releases.\n"
-    "\n"
-    "Examples:\n"
-    "  infraconvert plan --from '4.0(1)' --to '4.1(3)'\n"
-    "  infraconvert preview --from '4.0(1)' --to '4.1(3)' switch.cfg\n"
-    "  infraconvert audit --from '4.0(1)' --to '4.1(3)' switch.cfg\n"
-    "  infraconvert convert --from '4.0(1)' --to '4.1(3)' --backup switch.cfg\n"
-    "\n"
-    "infraconvert COMMAND --help tells about a command.\n";
-
-// Behind what the program's help says about itself.
-std::string exit_status_help() {
-    std::string text = "\nExit status, the first that applies:\n";
-    for (const exit_status_t &status : exit_statuses)
-        text += "  " + std::to_string(status.number) + "  " + status.meaning + '\n';
-    return text;
-}
-
-std::string indented(const std::string &lines) {
-    std::string text;
-    for (const std::string_view line : split_lines(lines))
-        text += "  " + std::string(line);
-    return text;
-}
-
-// Help of the command at hand, examples first; without one, of the program.
-std::string help(CLI::App &arguments) {
-    for (const command_t *command : commands) {
-        CLI::App *own = arguments.get_subcommand(command->name);
-        if (arguments.got_subcommand(own))
-            own->description(std::string(command->summary) + ".\n\nExamples:\n" +
-                             indented(command->examples));
-    }
-    return arguments.help();
-}
 
 // The names that may stand where a word was not understood.
 std::vector<std::string> names_like(const CLI::App &arguments, const std::string &word) {
@@ -79,13 +40,16 @@ std::string usage_problem(const CLI::App &arguments, const CLI::ParseError &erro
     std::vector<std::string> words = at.remaining();
     std::stable_partition(words.begin(), words.end(),
                           [](const std::string &word) { return word.starts_with("-"); });
+    const std::string next = "\ninfraconvert help" + (chosen.empty() ? "" : ' ' + at.get_name()) +
+                             " shows what there is";
     if (words.empty())
-        return error.what();
+        return error.what() + next;
     const std::string word = words[0].substr(0, words[0].find('='));
     const char *kind = word.starts_with("-") ? "unknown option '"
                        : chosen.empty()      ? "unknown command '"
                                              : "one argument too many: '";
-    return kind + word + "'" + suggestion(word, names_like(at, word));
+    const std::string meant = suggestion(word, names_like(at, word));
+    return kind + word + "'" + (meant.empty() ? next : meant);
 }
 
 int report(const std::string &command, bool json, const std::string &error, int exit_status) {
@@ -109,20 +73,33 @@ int run(const CLI::App &command, const std::function<int()> &run_command) try {
     return report(command.get_name(), wants_json(command), e.what(), exit_trouble);
 }
 
-int parse_and_run(int argc, char **argv) {
-    CLI::App arguments(about + exit_status_help(), "infraconvert");
-    arguments.get_formatter()->column_width(26);
-    arguments.set_version_flag("--version", "infraconvert " INFRACONVERT_VERSION);
-    arguments.require_subcommand(0, 1);
-    std::map<const CLI::App *, std::function<int()>> run_of;
-    for (const command_t *command : commands) {
-        CLI::App *own = arguments.add_subcommand(command->name, command->summary);
-        run_of[own] = command->declare(*own);
+class program_t {
+  public:
+    program_t() : arguments("", "infraconvert") {
+        arguments.formatter(help_formatter());
+        arguments.set_help_flag("-h,--help",
+                                "Show this help; behind a command, that of the command");
+        arguments.set_version_flag("-V,--version", "infraconvert " INFRACONVERT_VERSION,
+                                   "Show the version");
+        arguments.require_subcommand(0, 1);
+        for (const command_t *command : commands) {
+            CLI::App *own =
+                arguments.add_subcommand(command->name, command->summary)->group("Commands");
+            run_of[own] = command->declare(*own);
+        }
+        declare_help();
     }
-    try {
+
+    int run_with(int argc, char **argv) try {
         arguments.parse(argc, argv);
+        const auto chosen = arguments.get_subcommands();
+        if (!chosen.empty())
+            return run(*chosen[0], run_of[chosen[0]]);
+        message_lines(help(arguments, commands, ""));
+        return exit_usage;
     } catch (const CLI::CallForHelp &) {
-        write_output(help(arguments));
+        const auto chosen = arguments.get_subcommands();
+        write_output(help(arguments, commands, chosen.empty() ? "" : chosen[0]->get_name()));
         return exit_done;
     } catch (const CLI::CallForVersion &) {
         write_output("infraconvert " INFRACONVERT_VERSION "\n");
@@ -131,12 +108,22 @@ int parse_and_run(int argc, char **argv) {
         message(usage_problem(arguments, e));
         return exit_usage;
     }
-    const auto chosen = arguments.get_subcommands();
-    if (!chosen.empty())
-        return run(*chosen[0], run_of[chosen[0]]);
-    message_lines(arguments.help());
-    return exit_usage;
-}
+
+  private:
+    void declare_help() {
+        CLI::App *own =
+            arguments.add_subcommand("help", "Show the help of a command")->group("Commands");
+        own->add_option("COMMAND", topic)->type_name("");
+        run_of[own] = [this] {
+            write_output(help(arguments, commands, topic));
+            return exit_done;
+        };
+    }
+
+    CLI::App arguments;
+    std::map<const CLI::App *, std::function<int()>> run_of;
+    std::string topic;
+};
 
 } // namespace
 } // namespace infraconvert
@@ -144,7 +131,7 @@ int parse_and_run(int argc, char **argv) {
 int main(int argc, char **argv) {
     infraconvert::handle_interruptions();
     try {
-        return infraconvert::parse_and_run(argc, argv);
+        return infraconvert::program_t().run_with(argc, argv);
     } catch (const infraconvert::interrupted_t &) { // the last who writes a file ends the command
         for (;;)
             pause();

@@ -254,4 +254,24 @@ TEST_F(preview_t, a_change_of_a_fix_has_no_service) {
     EXPECT_NE(std::find(changes.begin(), changes.end(), of_fix), changes.end()) << changes.dump(1);
 }
 
+TEST_F(preview_t, words_that_change_stand_within_their_lines) {
+    here.write("words.cfg", "a\nclass-map voice\n  match cos 5\nport-security activate vsan 2\n"
+                            "vlan 10\n  fcoe\n  name storage\nnpiv enable");
+    const arguments_t words = {"--service", "qos,fcportsec,npiv", "--word-diff", "-U",
+                               "1",         "words.cfg"};
+    const auto told = here.run(preview(words));
+    EXPECT_EQ(told.out, "--- words.cfg\t4.1(2)\n+++ words.cfg\t5.0(2)\n@@ -1,5 +1,5 @@\na\n"
+                        "class-map {+type qos+} voice\n  match cos 5\n"
+                        "[-port-security-]{+fc-port-security+} activate vsan 2\nvlan 10\n"
+                        "@@ -7,2 +7,2 @@\n  name storage\n{+feature+} npiv [-enable-]\n")
+        << told.err;
+    arguments_t both = words;
+    both.push_back("--explain");
+    EXPECT_EQ(here.run(preview(both)).status, 2);
+    EXPECT_TRUE(contains(here.run(preview(both)).err, "lines have rules, words have none"));
+    both.back() = "--color=always";
+    EXPECT_TRUE(contains(here.run(preview(both)).out,
+                         "\033[32m{+feature+}\033[0m npiv \033[31m[-enable-]\033[0m\n"));
+}
+
 } // namespace

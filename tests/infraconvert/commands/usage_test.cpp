@@ -105,17 +105,34 @@ TEST(usage, wrong_arguments_and_unusable_inputs_say_what_to_do) {
     EXPECT_EQ(here.read("taken.cfg"), "npiv enable\n");
 }
 
-TEST(usage, help_leads_with_examples) {
+TEST(usage, help_leads_with_examples_and_fits_on_a_screen) {
     const workspace_t here;
-    for (const char *command : {"", "plan", "preview", "convert", "explain"}) {
-        const auto result = here.run(*command ? arguments_t{command, "--help"} : arguments_t{"-h"});
-        EXPECT_EQ(result.status, 0);
-        const size_t example = result.out.find("  infraconvert " + std::string(command));
-        EXPECT_LT(example, result.out.find("Usage: infraconvert")) << result.out;
-        EXPECT_EQ(result.err, "");
+    const std::string program = here.run({"--help"}).out;
+    EXPECT_TRUE(contains(program, "\n  2  the arguments are wrong\n  1  a "));
+    std::istringstream commands(program.substr(program.find("\nCommands:\n") + 11));
+    std::vector<std::string> names = {""};
+    for (std::string line; std::getline(commands, line);) {
+        if (line.starts_with("  ") && line[2] != ' ')
+            names.push_back(line.substr(2, line.find(' ', 2) - 2));
     }
-    EXPECT_TRUE(contains(here.run({"--help"}).out, "\n  2  the arguments are wrong\n  1  a "));
-    EXPECT_TRUE(here.run({"--version"}).out.starts_with("infraconvert 1."));
+    ASSERT_GT(names.size(), 6U);
+    for (const std::string &name : names) {
+        const auto result = here.run({"help", name});
+        EXPECT_EQ(result.status, 0);
+        if (name != "help") {
+            EXPECT_EQ(result.out,
+                      here.run(name.empty() ? arguments_t{"-h"} : arguments_t{name, "-h"}).out);
+            EXPECT_LT(result.out.find("  infraconvert " + name),
+                      result.out.find("Usage: infraconvert"));
+        }
+        std::istringstream screen(result.out);
+        size_t height = 0;
+        for (std::string line; std::getline(screen, line); height++)
+            EXPECT_LE(line.size(), 80U) << line;
+        EXPECT_LE(height, 40U) << result.out;
+    }
+    EXPECT_EQ(here.run({"-V"}).out, here.run({"--version"}).out);
+    EXPECT_TRUE(contains(here.run({"help", "previw"}).err, "did you mean 'preview'?"));
 }
 
 TEST(usage, odd_releases_are_told_but_taken) {

@@ -212,10 +212,9 @@ const command_t audit_command = {
     .name = "audit",
     .summary = "Find what a conversion loses or changes, or what a release would not read",
     .examples = "infraconvert audit --from '4.0(1)' --to '4.1(3)' switch.cfg\n"
-                "infraconvert audit --from '4.0(1)' --to '4.1(3)' --report window.html "
-                "configurations/\n"
+                "infraconvert audit --from '4.0(1)' --to '4.1(3)' --report w.html sites/\n"
                 "infraconvert audit --from '4.0(1)' --to '4.1(3)' --format sarif *.cfg\n"
-                "infraconvert audit --from '4.0(1)' --to '4.1(3)' --result mended.cfg switch.cfg\n"
+                "infraconvert audit --from '4.0(1)' --to '4.1(3)' --result b.cfg a.cfg\n"
                 "infraconvert audit --from '4.1(3)' switch.cfg\n"
                 "infraconvert explain IC041\n",
     .declare = declare,

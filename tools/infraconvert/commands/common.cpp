@@ -63,17 +63,15 @@ void declare_services(CLI::App &arguments, std::vector<std::string> &chosen) {
     std::string names;
     for (const service_t &service : services())
         (names += names.empty() ? "" : ", ") += service.name;
-    arguments.add_option("--service", chosen, "Only this service: " + names)
-        ->type_name("NAME|all")
+    arguments.add_option("--service", chosen, "Only these: " + names)
+        ->type_name("NAME,...")
         ->delimiter(',')
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
 void declare_path(CLI::App &arguments, std::string &path) {
-    arguments
-        .add_option("PATH", path,
-                    "Configuration, directory that holds ascii/system.cfg, or - for standard input")
+    arguments.add_option("PATH", path, "Configuration, directory with ascii/system.cfg, or -")
         ->type_name("")
         ->check(not_empty);
 }
@@ -124,22 +122,19 @@ void declare_logs(CLI::App &arguments, bool &log, std::string &log_dir) {
 }
 
 void declare_mask(CLI::App &arguments, bool &mask) {
-    arguments.add_flag(
-        "--mask", mask,
-        "Hide passwords, keys and community strings in what is shown and in kept logs");
+    arguments.add_flag("--mask", mask, "Hide passwords, keys and the like in what is shown");
 }
 
 void declare_keep_going(CLI::App &arguments, bool &keep_going) {
-    arguments.add_flag(
-        "--keep-going", keep_going,
-        "Use what the others make of it when a service fails, as the installer does");
+    arguments.add_flag("--keep-going", keep_going,
+                       "Go on past a service that fails, as the installer does");
 }
 
 void declare_mend(CLI::App &arguments, std::string &mend) {
     arguments
         .add_flag(std::string("--mend{") + all_codes + "}", mend,
-                  "Mend what would be lost, as far as there are fixes (infraconvert audit shows "
-                  "them): all, or findings with these codes")
+                  "Mend what would be lost, where audit shows fixes: all, or of "
+                  "findings with these codes")
         ->type_name("=CODE,...");
 }
 

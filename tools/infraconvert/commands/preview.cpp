@@ -25,6 +25,7 @@ struct preview_options_t : job_options_t {
     size_t context = 3;
     std::vector<std::string> labels; // of the original, of the result
     bool explain = false;
+    bool words = false;
     bool rollback = false;
     bool exit_code = false;
     std::string save_plan;           // empty: nowhere
@@ -52,6 +53,7 @@ std::string diff_of(const preview_options_t &options, const view_t &view, bool m
                         .context = options.context,
                         .color = may_color && wants_color(options.color),
                         .visible = may_color && is_terminal(),
+                        .words = may_color && options.words,
                         .annotation = {},
                         .margin = 0};
     if (options.explain && may_color) {
@@ -196,6 +198,9 @@ int run(const preview_options_t &options) {
     }
     if (options.rollback && (options.explain || !options.save_plan.empty()))
         throw usage_error_t("--rollback goes neither with --explain nor with --save-plan");
+    if (options.words && options.explain)
+        throw usage_error_t(
+            "--word-diff does not go with --explain: lines have rules, words have none");
     const job_t job = read_job(options);
     if (!options.save_plan.empty())
         job.outputs->expect("--save-plan", options.save_plan);
@@ -220,6 +225,7 @@ std::function<int()> declare(CLI::App &arguments) {
         .add_option("--color", options->color, "Colours: auto (on a terminal), always or never")
         ->type_name("WHEN")
         ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
+    arguments.add_flag("--word-diff", options->words, "Show what changes within lines");
     arguments.add_flag("--explain", options->explain,
                        "Name the rule behind each changed line in a margin");
     arguments.add_flag("--rollback", options->rollback,
@@ -248,8 +254,7 @@ const command_t preview_command = {
     .examples = "infraconvert preview --from '4.0(1)' --to '4.1(3)' switch.cfg\n"
                 "infraconvert preview --from '4.0(1)' --to '4.1(3)' --explain switch.cfg\n"
                 "infraconvert preview --from '4.0(1)' --to '4.1(3)' --rollback switch.cfg\n"
-                "infraconvert preview --from '4.0(1)' --to '4.1(3)' --save-plan window.json "
-                "switch.cfg\n",
+                "infraconvert preview --from '4.0(1)' --to '4.1(3)' --save-plan w.json a.cfg\n",
     .declare = declare,
 };
 

@@ -2,6 +2,7 @@
 
 #include "base/messages.h"
 #include "base/quoting.h"
+#include "reports/word_diff.h"
 
 #include <algorithm>
 
@@ -67,8 +68,23 @@ class writer_t {
         line("", cyan,
              "@@ -" + range(first.before, before_count) + " +" + range(first.after, after_count) +
                  " @@\n");
+        if (format.words)
+            return write_words(hunk);
         for (size_t i = hunk.first; i < hunk.end; i++)
             write_script_line(script[i]);
+    }
+
+    void write_words(const hunk_t &hunk) {
+        for (size_t i = hunk.first; i < hunk.end;) {
+            lines_t removed, added;
+            for (; i < hunk.end && script[i].edit == line_edit_t::remove; i++)
+                removed.push_back(before[script[i].before]);
+            for (; i < hunk.end && script[i].edit == line_edit_t::add; i++)
+                added.push_back(after[script[i].after]);
+            text += word_diff(removed, added, {format.color, format.visible});
+            for (; i < hunk.end && script[i].edit == line_edit_t::keep; i++)
+                line("", plain, before[script[i].before]);
+        }
     }
 
     void write_script_line(const script_line_t &l) {

@@ -13,6 +13,7 @@ struct unified_t {
     size_t context = 3; // unchanged lines around each change
     bool color = false;
     bool visible = false; // control bytes of the lines
+    bool words = false;   // what changes within lines, for people; goes with no margin
     // Text for the margin left of a changed line, cut or padded to `margin` characters. Without a
     // margin the diff is as patch takes it.
     std::function<std::string(const script_line_t &)> annotation;
