@@ -48,8 +48,7 @@ route_t told_route_for(const std::string &name, const std::string &configuration
 
 void declare_route(CLI::App &arguments, route_options_t &route) {
     arguments
-        .add_option("--from", route.from,
-                    "Release that wrote the configuration [as its \"version\" line says]")
+        .add_option("--from", route.from, "Release that wrote it [what its \"version\" line says]")
         ->type_name("RELEASE");
     arguments.add_option("--to", route.to, "Release that will read it")->type_name("RELEASE");
     arguments.add_option("--via", route.via, "Releases on the way, each a step of its own")
@@ -78,14 +77,12 @@ void declare_path(CLI::App &arguments, std::string &path) {
 
 void declare_paths(CLI::App &arguments, paths_t &paths) {
     arguments
-        .add_option("PATH", paths.given,
-                    "Configurations, - for standard input, and directories: one that holds "
-                    "ascii/system.cfg stands for it, any other for the configurations below it")
+        .add_option("PATH", paths.given, "Configurations, directories with configurations, or -")
         ->type_name("")
         ->check(not_empty);
     arguments
         .add_option("--files-from", paths.list,
-                    "Also the paths in this file, one a line; - reads them from standard input")
+                    "Also the paths in this file, or on standard input: -")
         ->type_name("FILE")
         ->check(not_empty);
 }
@@ -93,8 +90,7 @@ void declare_paths(CLI::App &arguments, paths_t &paths) {
 void declare_jobs(CLI::App &arguments, size_t &jobs) {
     jobs = usual_jobs();
     arguments
-        .add_option("-j,--jobs", jobs,
-                    "Configurations that are looked at at a time [" + std::to_string(jobs) + "]")
+        .add_option("-j,--jobs", jobs, "Configurations at a time [" + std::to_string(jobs) + "]")
         ->type_name("N")
         ->check(CLI::Range(size_t{1}, size_t{256}).description(""));
 }
@@ -102,8 +98,8 @@ void declare_jobs(CLI::App &arguments, size_t &jobs) {
 void declare_accept(CLI::App &arguments, std::vector<std::string> &accept) {
     arguments
         .add_option("--accept", accept,
-                    "Findings that are agreed on and stop nothing: with this code, or as the lines "
-                    "of @FILE say (infraconvert audit --format accept writes such a file)")
+                    "Findings that stop nothing: with this code, or in @FILE, "
+                    "which infraconvert audit --format accept writes")
         ->type_name("CODE|@FILE")
         ->delimiter(',')
         ->allow_extra_args(false)

@@ -129,6 +129,7 @@ exit_status:
 import json
 import os
 import shutil
+import subprocess
 import tempfile
 
 from ansible.module_utils.basic import AnsibleModule
@@ -195,13 +196,14 @@ class Conversion:
 
     def run(self, command, options, original=None):
         """What the command tells; fails when it tells nothing, or what kept it from its work."""
-        status, out, err = self.module.run_command(
-            [self.params['executable'], command] + options, data=original, binary_data=True, encoding=None,
-            handle_exceptions=False)
+        # Unlike the module's own way to run something, this bears a command that ends before it has read its input.
+        done = subprocess.run([self.params['executable'], command] + options, input=original or b'',
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
+        status = done.returncode
         try:
-            told = json.loads(out)
+            told = json.loads(done.stdout.decode())
         except ValueError:
-            self.fail(err.decode(errors='replace').strip() or 'the command ended with status %d' % status,
+            self.fail(done.stderr.decode(errors='replace').strip() or 'the command ended with status %d' % status,
                       exit_status=status)
         if 'error' in told:
             self.fail('%s; %s' % (told['error'], NEXT_STEPS.get(status, '')), exit_status=status)
