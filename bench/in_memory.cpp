@@ -15,6 +15,7 @@
 #include <benchmark/benchmark.h>
 
 #include <fstream>
+#include <functional>
 #include <sstream>
 
 namespace {
@@ -27,16 +28,20 @@ struct case_t {
 struct converter_t {
     uint32_t service;
     engine::engine_t &engine;
-    syserr_t (*routing)();
+    std::function<syserr_t()> passes;
 };
 
+converter_t converter(uint32_t service, const engine::conversion_t &conversion) {
+    return {service, conversion.engine, [&] { return engine::route(conversion); }};
+}
+
 const converter_t converters[] = {
-    {SRVUUID_IPQOS_MGR, qoscnv_conversion.engine, qoscnv_conversion.routing},
-    {SRVUUID_PSM, fcportsec_conversion.engine, fcportsec_conversion.routing},
-    {SRVUUID_NPIVP, npiv_conversion.engine, npiv_conversion.routing},
-    {SRVUUID_FWM, fwmcnv_conversion.engine, fwmcnv_conversion.routing},
-    {SRVUUID_ASSOC_MGR, assoc_engine, assoc_rules[0].pipeline},
-    {SRVUUID_SATMGR, satcnv_conversion.engine, satcnv_conversion.routing},
+    converter(SRVUUID_IPQOS_MGR, qoscnv_conversion),
+    converter(SRVUUID_PSM, fcportsec_conversion),
+    converter(SRVUUID_NPIVP, npiv_conversion),
+    converter(SRVUUID_FWM, fwmcnv_conversion),
+    {SRVUUID_ASSOC_MGR, assoc_engine, [] { return engine::run_rules(assoc_rules); }},
+    converter(SRVUUID_SATMGR, satcnv_conversion),
 };
 
 void convert(benchmark::State &state, const case_t &c, const converter_t &converter) {
@@ -47,7 +52,7 @@ void convert(benchmark::State &state, const case_t &c, const converter_t &conver
         engine::read_ascii_file(e, c.directory.c_str());
         const uint32_t size = e.text->size();
         state.ResumeTiming();
-        if (converter.routing() != 0)
+        if (converter.passes() != 0)
             state.SkipWithError("conversion failed");
         state.SetBytesProcessed(state.bytes_processed() + size);
     }

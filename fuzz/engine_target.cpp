@@ -33,14 +33,14 @@ struct model_t {
 
     size_t end(size_t from) const { return std::min(text.find('\0', from), text.size()); }
 
-    position find(std::string_view wanted, size_t from) const {
+    position_t find(std::string_view wanted, size_t from) const {
         if (from >= text.size())
             return nowhere;
         const size_t found = std::string_view(text).substr(0, end(from)).find(wanted, from);
-        return found == text.npos ? nowhere : static_cast<position>(found);
+        return found == text.npos ? nowhere : static_cast<position_t>(found);
     }
 
-    void erase(position from, uint32_t size) {
+    void erase(position_t from, uint32_t size) {
         const auto in_front = static_cast<uint32_t>(-static_cast<int32_t>(from));
         if (static_cast<int32_t>(from) < 0) {
             size = size > in_front ? size - in_front : 0;
@@ -50,7 +50,7 @@ struct model_t {
             text.erase(from, size);
     }
 
-    bool insert(position at, std::string_view inserted) {
+    bool insert(position_t at, std::string_view inserted) {
         if (at > text.size() || text.size() + inserted.size() + 2 > room ||
             inserted.find(end_marker) != inserted.npos)
             return false;
@@ -62,7 +62,7 @@ struct model_t {
         bool removed = true;
         while (removed) {
             removed = false;
-            for (position at = 0; (at = find(wanted, at)) != nowhere; removed = true) {
+            for (position_t at = 0; (at = find(wanted, at)) != nowhere; removed = true) {
                 const size_t size = text.size();
                 erase(at - before, static_cast<uint32_t>(wanted.size()) + before + after);
                 if (text.size() == size)
@@ -73,14 +73,14 @@ struct model_t {
 
     // False, with nothing of value in the text, where there is no room.
     bool replace_all(std::string_view wanted, std::string_view replacement) {
-        for (position at = 0; (at = find(wanted, at)) != nowhere;) {
+        for (position_t at = 0; (at = find(wanted, at)) != nowhere;) {
             text.replace(at, wanted.size(), replacement);
-            at += static_cast<position>(replacement.size());
+            at += static_cast<position_t>(replacement.size());
         }
         return text.size() + 2 <= room;
     }
 
-    std::string line(position from, uint32_t length) const {
+    std::string line(position_t from, uint32_t length) const {
         if (from > text.size())
             return "";
         const std::string whole = text + end_marker;
@@ -88,18 +88,18 @@ struct model_t {
         return whole.substr(from, std::min<size_t>(length, newline - from));
     }
 
-    position prevline(position from, position first) const {
+    position_t prevline(position_t from, position_t first) const {
         const size_t before = std::min<size_t>(from, text.size());
         if (before <= first)
             return first;
         const size_t newline = std::string_view(text).substr(first, before - first).rfind('\n');
-        return newline == text.npos ? first : first + static_cast<position>(newline) + 1;
+        return newline == text.npos ? first : first + static_cast<position_t>(newline) + 1;
     }
 
-    bool nextstanza(position at) const { return at < text.size() && isalpha(text[at]); }
+    bool nextstanza(position_t at) const { return at < text.size() && isalpha(text[at]); }
 
-    position goto_nextstanza(position from) const {
-        for (position at = from; (at = find("\n", at)) != nowhere;) {
+    position_t goto_nextstanza(position_t from) const {
+        for (position_t at = from; (at = find("\n", at)) != nowhere;) {
             if (nextstanza(++at))
                 return at;
         }
@@ -108,21 +108,21 @@ struct model_t {
 };
 
 // A byte as a position: near the start, near the end, in front of the text, or far away.
-position position_of(uint8_t byte, const model_t &model) {
-    const auto size = static_cast<position>(model.text.size());
+position_t position_of(uint8_t byte, const model_t &model) {
+    const auto size = static_cast<position_t>(model.text.size());
     if (byte < 200)
         return byte % (size + 3);
     if (byte < 240)
-        return size - std::min(size, position{byte} - 200);
-    return byte < 250 ? -(position{byte} - 239) : nowhere - (255 - position{byte}) * 1000;
+        return size - std::min(size, position_t{byte} - 200);
+    return byte < 250 ? -(position_t{byte} - 239) : nowhere - (255 - position_t{byte}) * 1000;
 }
 
-bool is_in_reach(position at, const model_t &model) { return at <= model.text.size(); }
+bool is_in_reach(position_t at, const model_t &model) { return at <= model.text.size(); }
 
 // Carries out one operation on both and compares what they answer. Returns false after a refused
 // edit, which ends a conversion.
 bool operate(model_t &model, uint8_t which, uint8_t where, uint8_t argument) {
-    const position at = position_of(where, model);
+    const position_t at = position_of(where, model);
     const char *word = words[argument % std::size(words)];
     const char *other = words[argument / std::size(words) % std::size(words)];
     switch (which % 9) {
@@ -167,7 +167,7 @@ bool operate(model_t &model, uint8_t which, uint8_t where, uint8_t argument) {
                     "the next stanza is found");
         return true;
     default: {
-        const position first = model.find("\na", 0);
+        const position_t first = model.find("\na", 0);
         search_ahead_t header(e, "\na"), other_header(e, "ab");
         fuzz::claim(file_start_section(e, "file_start_section", "fuzz", {&header, &other_header}) ==
                         (first == nowhere ? model.find("ab", 0) : first),

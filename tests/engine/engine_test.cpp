@@ -19,20 +19,20 @@ using namespace engine;
 
 TEST(releases, a_text_sets_the_fields_that_it_supplies) {
     struct {
-        release_format format;
+        release_format_t format;
         const char *text;
         release_t expected;
     } const rows[] = {
-        {release_format::product, "5.0(3)U2(1)", {5, 0, 3, 9, 9, 'U', 2}},
-        {release_format::product, "4.1(3)", {4, 1, 3, 9, 9, 'x', 9}},
-        {release_format::product, "4.1", {4, 1, 9, 9, 9, 'x', 9}},
-        {release_format::k_train, "4.1(3)K2(1)", {4, 1, 3, 2, 1, 'x', 9}},
-        {release_format::k_train, "4.1(3)K2", {4, 1, 3, 2, 9, 'x', 9}},
-        {release_format::k_train, "4.1(3u)K2(1u)", {4, 1, 3, 9, 9, 'x', 9}},
-        {release_format::k_train_or_u, "4.1(3u)K2(1u)", {4, 1, 3, 2, 1, 'x', 9}},
-        {release_format::k_train_or_u, "4.1(3)K2(1)", {4, 1, 3, 2, 1, 'x', 9}},
-        {release_format::k_train, "4294967300.1(3)", {4, 1, 3, 9, 9, 'x', 9}},
-        {release_format::k_train, "next", {9, 9, 9, 9, 9, 'x', 9}},
+        {release_format_t::product, "5.0(3)U2(1)", {5, 0, 3, 9, 9, 'U', 2}},
+        {release_format_t::product, "4.1(3)", {4, 1, 3, 9, 9, 'x', 9}},
+        {release_format_t::product, "4.1", {4, 1, 9, 9, 9, 'x', 9}},
+        {release_format_t::k_train, "4.1(3)K2(1)", {4, 1, 3, 2, 1, 'x', 9}},
+        {release_format_t::k_train, "4.1(3)K2", {4, 1, 3, 2, 9, 'x', 9}},
+        {release_format_t::k_train, "4.1(3u)K2(1u)", {4, 1, 3, 9, 9, 'x', 9}},
+        {release_format_t::k_train_or_u, "4.1(3u)K2(1u)", {4, 1, 3, 2, 1, 'x', 9}},
+        {release_format_t::k_train_or_u, "4.1(3)K2(1)", {4, 1, 3, 2, 1, 'x', 9}},
+        {release_format_t::k_train, "4294967300.1(3)", {4, 1, 3, 9, 9, 'x', 9}},
+        {release_format_t::k_train, "next", {9, 9, 9, 9, 9, 'x', 9}},
     };
     for (const auto &row : rows) {
         release_t r = {9, 9, 9, 9, 9, 'x', 9};
@@ -116,7 +116,7 @@ TEST(scan, numbers_are_limited_to_32_bits) {
 
 TEST(edits, deletions_are_cut_to_the_text) {
     struct {
-        position from;
+        position_t from;
         uint32_t size;
         const char *result;
     } const rows[] = {
@@ -126,8 +126,8 @@ TEST(edits, deletions_are_cut_to_the_text) {
         {7, 1, "abcdefg"},
         {99, 1, "abcdefg"},
         {2, UINT32_MAX, "ab"},
-        {position(-2), 5, "defg\n"},
-        {position(-2), 2, "abcdefg\n"},
+        {position_t(-2), 5, "defg\n"},
+        {position_t(-2), 2, "abcdefg\n"},
     };
     for (const auto &row : rows) {
         const std::string before =

@@ -12,7 +12,7 @@
 
 #include <gtest/gtest.h>
 
-using engine::position;
+using engine::position_t;
 
 namespace {
 
@@ -22,17 +22,17 @@ struct names_t {
     const char *log;
     void (*log_init)(), (*log_cleanup)();
     syserr_t (*read_ascii_file)(const char *);
-    void (*delete_text)(position, uint32_t);
-    bool (*insert_text)(position, std::string_view);
+    void (*delete_text)(position_t, uint32_t);
+    bool (*insert_text)(position_t, std::string_view);
     // Null where the instance has none.
     syserr_t (*write_ascii_file)(const char *) = nullptr;
     void (*print_ascii_file)() = nullptr;
     syserr_t (*remove_regexp)(const char *, uint32_t, uint32_t) = nullptr;
     syserr_t (*remove_substring)(const char *) = nullptr;
-    position (*nextline)(position) = nullptr;
-    bool (*nextstanza)(position) = nullptr;
-    position (*goto_nextstanza)(position) = nullptr;
-    std::string (*getline)(position, uint32_t) = nullptr;
+    position_t (*nextline)(position_t) = nullptr;
+    bool (*nextstanza)(position_t) = nullptr;
+    position_t (*goto_nextstanza)(position_t) = nullptr;
+    std::string (*getline)(position_t, uint32_t) = nullptr;
 };
 
 const names_t instances[] = {

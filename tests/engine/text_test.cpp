@@ -12,7 +12,7 @@
 namespace {
 
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 
 // Every operation in its plainest form.
 struct plain_text_t {
@@ -20,40 +20,40 @@ struct plain_text_t {
     uint32_t capacity;
 
     uint32_t size() const { return static_cast<uint32_t>(bytes.size()); }
-    char at(position at) const {
+    char at(position_t at) const {
         return at < size() ? bytes[at] : at == size() ? engine::end_marker : '\0';
     }
-    position end(position from) const {
-        return static_cast<position>(std::min(bytes.find('\0', from), bytes.size()));
+    position_t end(position_t from) const {
+        return static_cast<position_t>(std::min(bytes.find('\0', from), bytes.size()));
     }
-    position find(std::string_view wanted, position from, position before) const {
+    position_t find(std::string_view wanted, position_t from, position_t before) const {
         const size_t hit = bytes.substr(0, end(from)).find(wanted, from);
-        return hit < before ? static_cast<position>(hit) : nowhere;
+        return hit < before ? static_cast<position_t>(hit) : nowhere;
     }
-    position newline_before(position before, position first) const {
+    position_t newline_before(position_t before, position_t first) const {
         if (before <= first || first >= size())
             return nowhere;
         const size_t hit = bytes.rfind('\n', before - 1);
-        return hit != bytes.npos && hit >= first ? static_cast<position>(hit) : nowhere;
+        return hit != bytes.npos && hit >= first ? static_cast<position_t>(hit) : nowhere;
     }
-    std::string copy(position from, uint32_t length) const {
+    std::string copy(position_t from, uint32_t length) const {
         return from < size() ? bytes.substr(from, length) : "";
     }
-    std::string line(position from, uint32_t length) const {
+    std::string line(position_t from, uint32_t length) const {
         std::string line;
         for (char c; line.size() < length && (c = at(from)) != '\n' && c != '\0'; from++)
             line += c;
         return line;
     }
     std::string saved() const { return bytes.substr(0, bytes.find(engine::end_marker)); }
-    void erase(position from, uint32_t length) {
+    void erase(position_t from, uint32_t length) {
         if (from < size())
             bytes.erase(from, length);
     }
-    bool has_room(position at, uint32_t length) const {
+    bool has_room(position_t at, uint32_t length) const {
         return at <= size() && size_t{size()} + length + 2 <= capacity;
     }
-    void insert(position at, std::string_view inserted) { bytes.insert(at, inserted); }
+    void insert(position_t at, std::string_view inserted) { bytes.insert(at, inserted); }
 };
 
 class random_text_t : public testing::TestWithParam<uint32_t> {
@@ -109,7 +109,7 @@ class random_text_t : public testing::TestWithParam<uint32_t> {
     }
 
     void look() {
-        const position from = below(plain.size() + 3), before = below(plain.size() + 3);
+        const position_t from = below(plain.size() + 3), before = below(plain.size() + 3);
         const uint32_t length = below(20);
         const std::string wanted = some_bytes(1 + below(5));
         ASSERT_EQ(text->size(), plain.size());
@@ -125,15 +125,15 @@ class random_text_t : public testing::TestWithParam<uint32_t> {
     void compare_whole() {
         ASSERT_EQ(text->copy(0, nowhere), plain.bytes);
         std::string saved;
-        for (position end = text->saved_end(); saved.size() < end;)
-            saved += text->run(static_cast<position>(saved.size()), end);
+        for (position_t end = text->saved_end(); saved.size() < end;)
+            saved += text->run(static_cast<position_t>(saved.size()), end);
         ASSERT_EQ(saved, plain.saved());
     }
 
     static constexpr uint32_t piece_length = 4, block_length = 3;
     std::mt19937 random{GetParam()};
     const bool odd_bytes = GetParam() % 2 == 1;
-    position place = 0;
+    position_t place = 0;
     plain_text_t plain;
     std::unique_ptr<engine::text_t> text;
 };
@@ -161,15 +161,15 @@ TEST(text, edits_all_over_it_leave_few_pieces) {
     std::string plain(size, 'a');
     memcpy(text.memory(), plain.data(), size);
     text.loaded(size);
-    for (position at = 0; at < text.size(); at += 10) {
+    for (position_t at = 0; at < text.size(); at += 10) {
         text.erase(at, 1);
         text.insert(at, "bc");
         plain.replace(at, 1, "bc");
     }
     EXPECT_EQ(text.copy(0, nowhere), plain);
     size_t runs = 0;
-    for (position from = 0; from < text.size(); runs++)
-        from += static_cast<position>(text.run(from, text.size()).size());
+    for (position_t from = 0; from < text.size(); runs++)
+        from += static_cast<position_t>(text.run(from, text.size()).size());
     EXPECT_LT(runs, 3 * size / piece_length);
 }
 

@@ -8,15 +8,15 @@
 #include <random>
 
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 
 namespace {
 
 constexpr std::string_view wanted = "aba";
 
-position last_of(std::string_view text) {
-    position last = nowhere;
-    for (position at = 0; (at = engine::find(npiv_engine, text, at)) != nowhere; at++)
+position_t last_of(std::string_view text) {
+    position_t last = nowhere;
+    for (position_t at = 0; (at = engine::find(npiv_engine, text, at)) != nowhere; at++)
         last = at;
     return last;
 }
@@ -37,7 +37,7 @@ class random_watchers_t : public testing::TestWithParam<uint32_t> {
 
     void edit() {
         const uint32_t size = npiv_engine.text->size();
-        const position at = below(size + 2);
+        const position_t at = below(size + 2);
         if (below(2) == 0)
             npiv_delete_text(at, below(5));
         else if (npiv_engine.text->has_room(at, 5) && !npiv_insert_text(at, some_bytes(below(6))))
@@ -45,14 +45,14 @@ class random_watchers_t : public testing::TestWithParam<uint32_t> {
     }
 
     void compare() {
-        const position at = below(npiv_engine.text->size() + 2);
+        const position_t at = below(npiv_engine.text->size() + 2);
         ASSERT_EQ(ahead.from(at), npiv_find(at));
         ASSERT_EQ(from_start.from(0), npiv_find(0));
         ASSERT_EQ(last.find(0), last_of("aba"));
         ASSERT_EQ(last.find(1), last_of("abba"));
     }
 
-    static position npiv_find(position at) { return engine::find(npiv_engine, wanted, at); }
+    static position_t npiv_find(position_t at) { return engine::find(npiv_engine, wanted, at); }
 
     std::mt19937 random{GetParam()};
     engine::search_ahead_t ahead{npiv_engine, wanted}, from_start{npiv_engine, wanted};

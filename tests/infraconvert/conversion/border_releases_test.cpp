@@ -30,8 +30,8 @@ std::vector<std::string> grid() {
 // For the order of releases.
 auto numbers_of(const std::string &text) {
     engine::release_t k, u;
-    engine::read_release(k, engine::release_format::k_train, text.c_str());
-    engine::read_release(u, engine::release_format::product, text.c_str());
+    engine::read_release(k, engine::release_format_t::k_train, text.c_str());
+    engine::read_release(u, engine::release_format_t::product, text.c_str());
     return std::tuple(k.major, k.minor, k.patch, k.kesto_major, k.kesto_minor, u.product,
                       u.subversion);
 }

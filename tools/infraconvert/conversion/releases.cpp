@@ -38,7 +38,7 @@ const std::regex &release_and_more() {
 engine::release_t as_read(const std::string &text) {
     engine::release_t release;
     release.major = release.minor = release.patch = -1;
-    engine::read_release(release, engine::release_format::k_train, text.c_str());
+    engine::read_release(release, engine::release_format_t::k_train, text.c_str());
     return release;
 }
 

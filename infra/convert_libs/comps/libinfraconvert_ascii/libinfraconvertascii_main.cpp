@@ -4,7 +4,7 @@
 #include "include/libinfraconvertascii.h"
 
 #include "engine/engine.h"
-#include "platform/stand_in.h"
+#include "platform/calls.h"
 
 #include <cstdarg>
 #include <cstdlib>
@@ -141,7 +141,7 @@ int infraconvertascii_get_version(const char *srg_path, char *ver_str, int32_t v
         return -1;
     const auto size = static_cast<size_t>(ver_str_size);
     memset(ver_str, 0, size);
-    snprintf(ver_str, size, "%s", platform::release_text(srg_path));
+    snprintf(ver_str, size, "%s", platform::release_in_file(srg_path));
     return 0;
 }
 

@@ -14,7 +14,7 @@
 #include "include/libinfraconvertascii.h"
 
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 
 namespace {
 
@@ -25,17 +25,17 @@ bool belongs_to_stanza(const std::string &line) { return line[0] == ' ' || line[
 
 // Looks for the "fcoe" line of the stanza whose "vlan " stands at `cp`, and removes it with the
 // newline in front of it.
-bool assoc_vlan_fcoe_enabled(position cp) {
+bool assoc_vlan_fcoe_enabled(position_t cp) {
     assoc_line_t line = assoc_getline(cp);
     if (line.found)
         assoc_log("\n <%s> \n", line.text.c_str());
-    position behind = cp + line.newlines_in_front + line.length;
+    position_t behind = cp + line.newlines_in_front + line.length;
     for (;;) {
         line = assoc_getline(behind);
         if (!line.found || !belongs_to_stanza(line.text))
             return false;
         assoc_log("    %s \n", line.text.c_str());
-        const position start = behind + line.newlines_in_front;
+        const position_t start = behind + line.newlines_in_front;
         if (line.text == "  fcoe " || line.text == "  fcoe") {
             const uint32_t newline = line.newlines_in_front > 0 ? 1 : 0;
             assoc_delete_text(start - newline, newline + static_cast<uint32_t>(line.text.size()));
@@ -45,12 +45,12 @@ bool assoc_vlan_fcoe_enabled(position cp) {
     }
 }
 
-// Inserts the stanzas of `range` at `at`, which moves behind them, collecting them in `stanzas`
-// first. Returns false when an insertion was refused.
-class stanza_writer {
+// Inserts stanzas from a position on, many at once.
+class stanza_writer_t {
   public:
-    explicit stanza_writer(position start) : at(start) {}
+    explicit stanza_writer_t(position_t start) : at(start) {}
 
+    // Adds a stanza for each VLAN of `range`. Returns false when an insertion was refused.
     bool write(const assoc_int_mono_range_t &range) {
         for (uint32_t id = range.lower_int; id <= range.upper_int; id++) {
             stanzas += "vlan  " + std::to_string(id) + "\n  fcoe\n";
@@ -60,6 +60,7 @@ class stanza_writer {
         return true;
     }
 
+    // Inserts what was added and is not in the text yet. Returns false when that was refused.
     bool flush() {
         const auto size = static_cast<uint32_t>(stanzas.size());
         if (size == 0)
@@ -74,23 +75,24 @@ class stanza_writer {
         return inserted;
     }
 
+    // Characters inserted so far.
     uint32_t total() const { return written; }
 
   private:
-    position at;
-    std::string stanzas;
+    position_t at;       // behind what is inserted
+    std::string stanzas; // to be inserted there
     uint32_t written = 0;
 };
 
 // Writes a stanza for each VLAN of the list at `cp` in front of it. Returns the length of what it
 // wrote; nowhere after a refused insertion.
-uint32_t assoc_update_ascii_vlan(position cp) {
+uint32_t assoc_update_ascii_vlan(position_t cp) {
     assoc_int_multi_range_t vrange;
     if (!assoc_get_vlan_mrange(cp, vrange)) {
         assoc_log("Failed to get the vrange !!! \n");
         return 0;
     }
-    stanza_writer writer(cp);
+    stanza_writer_t writer(cp);
     for (size_t i = 0; i < vrange.size(); i++) {
         assoc_log("  Proc range %d  [%d-%d] \n", static_cast<int>(i),
                   static_cast<int>(vrange[i].lower_int), static_cast<int>(vrange[i].upper_int));
@@ -102,7 +104,7 @@ uint32_t assoc_update_ascii_vlan(position cp) {
 
 syserr_t assoc_convert_ascii() {
     assoc_log("Calling %s() ...\n", __func__);
-    position vlan = 0;
+    position_t vlan = 0;
     while ((vlan = assoc_find(vlan_word, vlan)) != nowhere) {
         if (assoc_vlan_fcoe_enabled(vlan)) {
             assoc_log("     -->fcoe enabled\n");
@@ -129,7 +131,7 @@ constexpr engine::rule_t rules[] = {
 syserr_t load_convert_save(const char *path) {
     syserr_t status = assoc_read_ascii_file(path);
     if (status == 0)
-        status = assoc_convert_ascii();
+        status = engine::run_rules(rules);
     if (status == 0)
         status = engine::save_converted(assoc_engine, path);
     if (status == 0)

@@ -21,21 +21,21 @@ syserr_t assoc_read_ascii_file(const char *path) {
     return engine::read_ascii_file(assoc_engine, path);
 }
 
-void assoc_delete_text(engine::position from, uint32_t size) {
+void assoc_delete_text(engine::position_t from, uint32_t size) {
     engine::delete_text(assoc_engine, from, size);
 }
-bool assoc_insert_text(engine::position from, std::string_view text) {
+bool assoc_insert_text(engine::position_t from, std::string_view text) {
     return engine::insert_text(assoc_engine, from, text);
 }
 
-engine::position assoc_find(std::string_view wanted, engine::position from) {
+engine::position_t assoc_find(std::string_view wanted, engine::position_t from) {
     return engine::find(assoc_engine, wanted, from);
 }
 
-assoc_line_t assoc_getline(engine::position from) {
+assoc_line_t assoc_getline(engine::position_t from) {
     constexpr uint32_t longest_line = 2047;
     const engine::text_t &text = *assoc_engine.text;
-    engine::position start = from;
+    engine::position_t start = from;
     while (text.at(start) == '\n')
         start++;
     if (text.at(start) == '\0')
@@ -64,8 +64,8 @@ bool assoc_conversion_needed(const char *from_ver, const char *to_ver) {
         return false;
     assoc_log("to_ver = %s, from_ver = %s\n", to_ver, from_ver);
     assoc_engine.from = assoc_engine.to = {};
-    engine::read_release(assoc_engine.from, engine::release_format::k_train, from_ver);
-    engine::read_release(assoc_engine.to, engine::release_format::k_train, to_ver);
+    engine::read_release(assoc_engine.from, engine::release_format_t::k_train, from_ver);
+    engine::read_release(assoc_engine.to, engine::release_format_t::k_train, to_ver);
     assoc_log("from_major = %d, from_minor = %d, to_major = %d, to_minor = %d\n",
               assoc_engine.from.major, assoc_engine.from.minor, assoc_engine.to.major,
               assoc_engine.to.minor);

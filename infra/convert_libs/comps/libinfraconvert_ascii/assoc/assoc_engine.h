@@ -17,10 +17,10 @@ void assoc_log_init();
 void assoc_log_cleanup();
 syserr_t assoc_read_ascii_file(const char *path);
 
-void assoc_delete_text(engine::position from, uint32_t size);
-[[nodiscard]] bool assoc_insert_text(engine::position from, std::string_view text);
+void assoc_delete_text(engine::position_t from, uint32_t size);
+[[nodiscard]] bool assoc_insert_text(engine::position_t from, std::string_view text);
 
-engine::position assoc_find(std::string_view wanted, engine::position from);
+engine::position_t assoc_find(std::string_view wanted, engine::position_t from);
 
 // A line of this instance.
 struct assoc_line_t {
@@ -33,7 +33,7 @@ struct assoc_line_t {
 // The line at or behind `from`, past empty lines. A line of more than 2047 bytes is cut there: the
 // rest is a line of its own. Zero bytes inside a line do not end it. The last line carries the end
 // marker when no newline ends it.
-assoc_line_t assoc_getline(engine::position from);
+assoc_line_t assoc_getline(engine::position_t from);
 
 // Reads the two releases, both given, and tells whether the converter has anything to do for them.
 bool assoc_conversion_needed(const char *from_ver, const char *to_ver);

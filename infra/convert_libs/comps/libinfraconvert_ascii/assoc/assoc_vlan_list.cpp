@@ -52,7 +52,7 @@ bool read_range(std::string_view &list, assoc_int_multi_range_t &vrange) {
 
 } // namespace
 
-bool assoc_get_vlan_mrange(engine::position cp, assoc_int_multi_range_t &vrange) {
+bool assoc_get_vlan_mrange(engine::position_t cp, assoc_int_multi_range_t &vrange) {
     const assoc_line_t line = assoc_getline(cp);
     if (!line.found) {
         assoc_log("Failed to read the line \n");

@@ -16,4 +16,4 @@ using assoc_int_multi_range_t = std::vector<assoc_int_mono_range_t>;
 
 // Parses the list of the line at `cp`, which begins with "vlan ". Returns false when there is no
 // line.
-bool assoc_get_vlan_mrange(engine::position cp, assoc_int_multi_range_t &vrange);
+bool assoc_get_vlan_mrange(engine::position_t cp, assoc_int_multi_range_t &vrange);

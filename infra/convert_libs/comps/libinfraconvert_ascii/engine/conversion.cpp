@@ -10,7 +10,7 @@ syserr_t load_convert_save(const conversion_t &c, const char *path) {
     const syserr_t loaded = read_ascii_file(c.engine, path);
     if (loaded != 0)
         return loaded;
-    const syserr_t converted = guarded(c.routing);
+    const syserr_t converted = guarded([&] { return route(c); });
     log(c.engine, c.start_function, "Called %s(): returned 0x%x\n", c.routing_function, converted);
     return converted != 0 ? converted : save_converted(c.engine, path);
 }
@@ -31,14 +31,20 @@ syserr_t start(const conversion_t &c, const request_t &request) {
 
 } // namespace
 
-syserr_t run_rules(const conversion_t &c) {
-    log(c.engine, c.routing_function, "Calling %s() ...\n", c.routing_function);
+syserr_t run_rules(std::span<const rule_t> rules) {
     syserr_t status = 0;
-    for (const rule_t &rule : c.rules) {
+    for (const rule_t &rule : rules) {
         if (rule.applies())
             status = rule.pipeline();
     }
     return status;
+}
+
+syserr_t route(const conversion_t &c) {
+    log(c.engine, c.routing_function, "Calling %s() ...\n", c.routing_function);
+    if (c.before_routing)
+        c.before_routing();
+    return run_rules(c.rules);
 }
 
 syserr_t save_converted(engine_t &e, const char *path) {

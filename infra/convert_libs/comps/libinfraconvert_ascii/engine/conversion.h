@@ -23,15 +23,18 @@ struct conversion_t {
     const char *invoked; // first message
     bool (*same_release)();
     const char *same_release_message;
-    const char *routing_function;
-    syserr_t (*routing)();
-    std::span<const rule_t> rules; // that the routing runs by
+    const char *routing_function;       // by which the log knows the routing
+    void (*before_routing)() = nullptr; // may be null
+    std::span<const rule_t> rules;
 };
 
-// The routing itself: runs the pipelines of all rules that apply. Returns the status of the last
-// one, 0 without one; the conditions of a converter exclude one another, so that no failure is
-// lost.
-syserr_t run_rules(const conversion_t &conversion);
+// Runs the pipelines of all rules that apply. Returns the status of the last one, 0 without one;
+// the conditions of a converter exclude one another, so that no failure is lost.
+syserr_t run_rules(std::span<const rule_t> rules);
+
+// The routing of a converter: its rules, for the current text and pair of releases. Returns 0 or
+// -1.
+syserr_t route(const conversion_t &conversion);
 
 // What the installer asks for.
 struct request_t {

@@ -52,7 +52,7 @@ struct engine_t {
     bool traces_edits = false;   // insertions and deletions log their length
     bool traces_release = false; // a save logs that it gives the memory of the text back
     dump_t dump = dump_t::output;
-    release_format format = release_format::k_train;
+    release_format_t format = release_format_t::k_train;
     bool platform_keeps_k_train = false; // in a release that the platform's file supplies
     const char *release_separator = " "; // between the two releases in their trace
 
@@ -97,16 +97,16 @@ void print_ascii_file(const engine_t &e);
 
 // ---- Edits (edit.cpp) ----
 
-// Deletes `size` bytes at `from`, cut to the text. A position in front of the text (from wraps
-// below 0) counts as such.
-void delete_text(engine_t &e, position from, uint32_t size);
+// Deletes the `size` bytes from `from` on, as far as they lie in the text. They may begin in front
+// of it: modulo 2^32, -2 is the place two bytes in front of its start.
+void delete_text(engine_t &e, position_t from, uint32_t size);
 // Inserts `text`, which must not point into the instance's text. Refuses, and marks the text as not
 // convertible, where there is no room or when `text` holds the end marker. Returns false then: the
 // pass must end with -1.
-[[nodiscard]] bool insert_text(engine_t &e, position from, std::string_view text);
+[[nodiscard]] bool insert_text(engine_t &e, position_t from, std::string_view text);
 // Puts `text` in the place of the `size` bytes at `from`, which lie in the text, as deleting and
 // inserting would. Neither may hold a zero byte.
-[[nodiscard]] bool replace_text(engine_t &e, position from, uint32_t size, std::string_view text);
+[[nodiscard]] bool replace_text(engine_t &e, position_t from, uint32_t size, std::string_view text);
 // Removes every `wanted`, with so many bytes before and after it, until none is left. All lengths
 // are modulo 2^32: -1 before starts each removal one byte later. Returns 0.
 syserr_t remove_regexp(engine_t &e, const char *wanted, uint32_t extra_before_chars,
@@ -128,20 +128,21 @@ syserr_t replace_all(engine_t &e, const char *function, const replacement_t &rep
 // A line ends at a newline. A stanza starts at a line whose first byte is an ASCII letter.
 
 // First `wanted` that begins in [from, before), else nowhere; nowhere also when no text is loaded.
-position find(const engine_t &e, std::string_view wanted, position from, position before = nowhere);
+position_t find(const engine_t &e, std::string_view wanted, position_t from,
+                position_t before = nowhere);
 // First of the first header that the text holds, else nowhere. Each begins with the newline in
 // front of its line. A pass that adds many texts asks for the section again and again, so the
 // headers are searches that remember. `section` is what the trace calls it.
-position file_start_section(const engine_t &e, const char *operation, const char *section,
-                            std::initializer_list<search_ahead_t *> headers);
+position_t file_start_section(const engine_t &e, const char *operation, const char *section,
+                              std::initializer_list<search_ahead_t *> headers);
 // Start of the line after the one that holds `from`, else nowhere. The marker counts as a line.
-position nextline(const engine_t &e, position from);
-bool nextstanza(const engine_t &e, position line);
+position_t nextline(const engine_t &e, position_t from);
+bool nextstanza(const engine_t &e, position_t line);
 // First stanza after the line that holds `from`, else nowhere.
-position goto_nextstanza(const engine_t &e, position from);
+position_t goto_nextstanza(const engine_t &e, position_t from);
 // Start of the line that holds `from`, not before `first`.
-position prevline(const engine_t &e, position from, position first);
+position_t prevline(const engine_t &e, position_t from, position_t first);
 // The line at `from`, without its newline, at most `size` - 1 characters.
-std::string getline(const engine_t &e, position from, uint32_t size);
+std::string getline(const engine_t &e, position_t from, uint32_t size);
 
 } // namespace engine

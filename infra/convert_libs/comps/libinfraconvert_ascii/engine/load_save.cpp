@@ -58,13 +58,13 @@ bool allocate_text(engine_t &e, int64_t size) {
     return e.text;
 }
 
-struct closer {
+struct closer_t {
     void operator()(FILE *file) const { fclose(file); }
 };
 
 // Reads the whole file into the text that was made for it.
 syserr_t read_text(engine_t &e, const char *file, int64_t size) {
-    std::unique_ptr<FILE, closer> stream(fopen(file, "r"));
+    std::unique_ptr<FILE, closer_t> stream(fopen(file, "r"));
     if (!stream) {
         log_operation(e, "read_ascii_file", "failed to open %s: %s\n", file, strerror(errno));
         return failure;
@@ -84,20 +84,24 @@ syserr_t read_text(engine_t &e, const char *file, int64_t size) {
     return 0;
 }
 
-// Takes `step` of a save. Running out of memory fails it like anything else.
-template<class Step> bool taken(Step step) try { return step(); } catch (const std::bad_alloc &) {
-    errno = ENOMEM;
-    return false;
+// Takes one step of a save. Where memory runs out, it fails with an error number like any other.
+template<class Step> bool taken(Step step) {
+    try {
+        return step();
+    } catch (const std::bad_alloc &) {
+        errno = ENOMEM;
+        return false;
+    }
 }
 
 // Writes the bytes to be saved, many short runs at once.
 bool write_text(replace_file_t &file, const text_t &text) {
     constexpr size_t block_size = 1 << 16;
     std::string block;
-    const position end = text.saved_end();
-    for (position from = 0; from < end;) {
+    const position_t end = text.saved_end();
+    for (position_t from = 0; from < end;) {
         const std::string_view run = text.run(from, end);
-        from += static_cast<position>(run.size());
+        from += static_cast<position_t>(run.size());
         if (block.size() + run.size() <= block_size) {
             block += run;
             continue;
@@ -111,11 +115,11 @@ bool write_text(replace_file_t &file, const text_t &text) {
 
 // Calls `show` with the runs of [0, end). What is saved is saved: showing it takes no memory, so
 // that it cannot fail the conversion any more.
-template<class Show> void for_each_run(const text_t &text, position end, Show show) {
-    for (position from = 0; from < end;) {
+template<class Show> void for_each_run(const text_t &text, position_t end, Show show) {
+    for (position_t from = 0; from < end;) {
         const std::string_view run = text.run(from, end);
         show(run);
-        from += static_cast<position>(run.size());
+        from += static_cast<position_t>(run.size());
     }
 }
 
@@ -132,7 +136,7 @@ void show_and_log_each_byte(const engine_t &e, std::string_view bytes) {
 
 // Up to the first zero byte, the marker included.
 void log_up_to_zero(const engine_t &e) {
-    const position end = e.text->end(0);
+    const position_t end = e.text->end(0);
     for_each_run(*e.text, end, [&](std::string_view run) { show(run, *e.log_stream); });
     if (end == e.text->size())
         putc(end_marker, *e.log_stream);
@@ -216,7 +220,10 @@ void print_ascii_file(const engine_t &e) {
     }
     const bool logs_each_byte = e.dump == dump_t::output_and_log && log_is_on(e);
     for_each_run(*e.text, e.text->saved_end(), [&](std::string_view run) {
-        logs_each_byte ? show_and_log_each_byte(e, run) : show(run, stdout);
+        if (logs_each_byte)
+            show_and_log_each_byte(e, run);
+        else
+            show(run, stdout);
     });
 }
 

@@ -7,11 +7,11 @@ namespace engine {
 
 namespace {
 
-struct function_name {
+struct function_name_t {
     const char *prefix, *separator, *name;
 };
 
-void write_message(const engine_t &e, const function_name &function, const char *format,
+void write_message(const engine_t &e, const function_name_t &function, const char *format,
                    va_list arguments) {
     if (!log_is_on(e))
         return;

@@ -3,7 +3,7 @@
 
 #include "engine/release.h"
 
-#include "platform/stand_in.h"
+#include "platform/calls.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -41,13 +41,13 @@ std::string reduced(const release_t &r, bool with_k_train) {
 
 } // namespace
 
-void read_release(release_t &release, release_format format, const char *text) {
+void read_release(release_t &release, release_format_t format, const char *text) {
     wide_numbers_t n(release);
     char product = release.product;
-    if (format == release_format::product)
+    if (format == release_format_t::product)
         sscanf(text, "%lld.%lld(%lld)%c%lld", &n.major, &n.minor, &n.patch, &product,
                &n.subversion);
-    else if (format == release_format::k_train_or_u && strchr(text, 'u'))
+    else if (format == release_format_t::k_train_or_u && strchr(text, 'u'))
         sscanf(text, "%lld.%lld(%lldu)K%lld(%lldu)", &n.major, &n.minor, &n.patch, &n.kesto_major,
                &n.kesto_minor);
     else
@@ -57,7 +57,7 @@ void read_release(release_t &release, release_format format, const char *text) {
 }
 
 std::string release_from_platform(const char *variable, bool with_k_train) {
-    const char *text = platform::release_text(getenv(variable));
+    const char *text = platform::release_in_file(getenv(variable));
     wide_numbers_t n({});
     int length_to_patch = 0;
     if (sscanf(text, "%lld.%lld(%lld%n", &n.major, &n.minor, &n.patch, &length_to_patch) == 3) {

@@ -22,7 +22,7 @@ struct release_t {
 };
 
 // How an instance reads a release text.
-enum class release_format {
+enum class release_format_t {
     product,      // 5.0(3)U2(1), up to the sub-version
     k_train,      // 4.1(3)K2(1)
     k_train_or_u, // 4.1(3)K2(1), or 4.1(3u)K2(1u) when the text holds a letter u
@@ -30,7 +30,7 @@ enum class release_format {
 
 // Reads `text` into `release`, field by field from the left up to the first character that does
 // not fit. Fields that the text does not supply keep their values.
-void read_release(release_t &release, release_format format, const char *text);
+void read_release(release_t &release, release_format_t format, const char *text);
 
 // Returns the release in the platform's release file that the environment variable `variable`
 // names, reduced to what the installer would pass: major.minor(patch), and with `with_k_train`

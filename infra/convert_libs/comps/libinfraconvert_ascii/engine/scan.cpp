@@ -12,9 +12,9 @@ namespace {
 bool is_space(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
-struct text_cursor {
+struct text_cursor_t {
     const text_t &text;
-    position here;
+    position_t here;
     std::string_view together = {};
     std::string_view rest() {
         static constexpr char marker[] = {end_marker};
@@ -24,12 +24,12 @@ struct text_cursor {
         return together;
     }
     void advance(size_t length) {
-        here += static_cast<position>(length);
+        here += static_cast<position_t>(length);
         together.remove_prefix(length);
     }
 };
 
-struct line_cursor {
+struct line_cursor_t {
     std::string_view line;
     std::string_view rest() const { return line; }
     void advance(size_t length) { line.remove_prefix(length); }
@@ -92,16 +92,16 @@ const std::string *words_t::too_long() const {
     return found == word.end() ? nullptr : found;
 }
 
-words_t scan_words(const text_t &text, position from, const char *pattern) {
-    return scan(text_cursor{text, from}, pattern);
+words_t scan_words(const text_t &text, position_t from, const char *pattern) {
+    return scan(text_cursor_t{text, from}, pattern);
 }
 
 words_t scan_words(std::string_view line, const char *pattern) {
-    return scan(line_cursor{line}, pattern);
+    return scan(line_cursor_t{line}, pattern);
 }
 
 std::optional<int32_t> scan_number(std::string_view text) {
-    line_cursor cursor{text};
+    line_cursor_t cursor{text};
     skip_space(cursor);
     const bool negative = current(cursor) == '-';
     if (negative || current(cursor) == '+')

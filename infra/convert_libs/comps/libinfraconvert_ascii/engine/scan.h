@@ -1,5 +1,5 @@
-// Reading words and numbers as the C library's formatted scanning does, without its cost: that
-// measures the whole rest of its input on every call.
+// Words and numbers in the text, by the rules of the C library's formatted scanning. That itself
+// would measure the whole rest of the text on every call.
 //
 // In a pattern a blank skips any run of white space, newlines included, also none; "%s" reads one
 // word, up to the next white space or zero byte; every other character must match. No word begins
@@ -28,7 +28,7 @@ struct words_t {
 };
 
 // Reads the words of `pattern` (at most three) from the text at `from`.
-words_t scan_words(const text_t &text, position from, const char *pattern);
+words_t scan_words(const text_t &text, position_t from, const char *pattern);
 
 // The same from a line that was copied out of the text.
 words_t scan_words(std::string_view line, const char *pattern);

@@ -12,8 +12,8 @@ namespace {
 
 // `length` bytes further than `at`, but not beyond `limit`. Never forms the sum of both, which 32
 // bits need not hold.
-position further(position at, size_t length, position limit) {
-    return at < limit ? at + static_cast<position>(std::min<size_t>(length, limit - at)) : limit;
+position_t further(position_t at, size_t length, position_t limit) {
+    return at < limit ? at + static_cast<position_t>(std::min<size_t>(length, limit - at)) : limit;
 }
 
 } // namespace
@@ -43,7 +43,7 @@ void text_t::look_at_place(place_t place) const {
 }
 
 // Looks at the piece that holds `at`, which lies in the text.
-void text_t::look_at(position at) const {
+void text_t::look_at(position_t at) const {
     if (looked.holds(at))
         return;
     const auto block = std::prev(std::ranges::upper_bound(blocks, at, {}, &block_t::start));
@@ -53,7 +53,7 @@ void text_t::look_at(position at) const {
                    static_cast<size_t>(piece - block->pieces.begin())});
 }
 
-std::string_view text_t::run(position from, position before) const {
+std::string_view text_t::run(position_t from, position_t before) const {
     if (from >= before)
         return {};
     look_at(from);
@@ -62,31 +62,31 @@ std::string_view text_t::run(position from, position before) const {
 }
 
 // First `wanted` in [from, before), else `before`.
-position text_t::find_byte(char wanted, position from, position before) const {
+position_t text_t::find_byte(char wanted, position_t from, position_t before) const {
     while (from < before) {
         const std::string_view bytes = run(from, before);
         const size_t hit = bytes.find(wanted);
         if (hit != bytes.npos)
-            return from + static_cast<position>(hit);
-        from += static_cast<position>(bytes.size());
+            return from + static_cast<position_t>(hit);
+        from += static_cast<position_t>(bytes.size());
     }
     return before;
 }
 
-char text_t::at_elsewhere(position at) const {
+char text_t::at_elsewhere(position_t at) const {
     if (at >= marker)
         return at == marker ? end_marker : '\0';
     look_at(at);
     return looked.bytes[at - looked.start];
 }
 
-position text_t::end(position from) const {
+position_t text_t::end(position_t from) const {
     if (from >= marker)
         return marker;
     if (from > zero_free.to) {
         zero_free = {from, find_byte('\0', from, marker)};
     } else if (from < zero_free.from) {
-        const position zero = find_byte('\0', from, zero_free.from);
+        const position_t zero = find_byte('\0', from, zero_free.from);
         zero_free = {from, zero < zero_free.from ? zero : zero_free.to};
     }
     return zero_free.to;
@@ -104,21 +104,21 @@ size_t text_t::find_in(std::string_view bytes, std::string_view wanted) {
     return hit ? static_cast<size_t>(static_cast<const char *>(hit) - bytes.data()) : bytes.npos;
 }
 
-position text_t::find(std::string_view wanted, position from, position before) const {
+position_t text_t::find(std::string_view wanted, position_t from, position_t before) const {
     if (from >= marker || before <= from)
         return nowhere;
-    const position reach = further(before - 1, wanted.size(), end(from));
+    const position_t reach = further(before - 1, wanted.size(), end(from));
     if (wanted.size() == 1) {
-        const position hit = find_byte(wanted.front(), from, reach);
+        const position_t hit = find_byte(wanted.front(), from, reach);
         return hit < reach ? hit : nowhere;
     }
     while (from < reach) {
         const std::string_view bytes = run(from, reach);
         const size_t hit = find_in(bytes, wanted);
         if (hit != bytes.npos)
-            return from + static_cast<position>(hit);
-        const position seam = from + static_cast<position>(bytes.size());
-        const position over_seam = find_over_seam(wanted, seam, from, reach);
+            return from + static_cast<position_t>(hit);
+        const position_t seam = from + static_cast<position_t>(bytes.size());
+        const position_t over_seam = find_over_seam(wanted, seam, from, reach);
         if (over_seam != nowhere)
             return over_seam;
         from = seam;
@@ -127,44 +127,44 @@ position text_t::find(std::string_view wanted, position from, position before) c
 }
 
 // First `wanted` in [first, before) that begins in front of `seam` and ends behind it.
-position text_t::find_over_seam(std::string_view wanted, position seam, position first,
-                                position before) const {
-    const auto overlap = static_cast<position>(wanted.size() - 1);
+position_t text_t::find_over_seam(std::string_view wanted, position_t seam, position_t first,
+                                  position_t before) const {
+    const auto overlap = static_cast<position_t>(wanted.size() - 1);
     if (overlap == 0 || seam >= before)
         return nowhere;
-    const position from = seam - std::min(overlap, seam - first);
+    const position_t from = seam - std::min(overlap, seam - first);
     const size_t hit = copy(from, further(seam, overlap, before) - from).find(wanted);
-    return hit == wanted.npos ? nowhere : from + static_cast<position>(hit);
+    return hit == wanted.npos ? nowhere : from + static_cast<position_t>(hit);
 }
 
-position text_t::newline_before(position before, position first) const {
+position_t text_t::newline_before(position_t before, position_t first) const {
     before = std::min(before, marker);
     while (before > first) {
         look_at(before - 1);
-        const position from = std::max(first, looked.start);
+        const position_t from = std::max(first, looked.start);
         const size_t hit = run(from, before).rfind('\n');
         if (hit != std::string_view::npos)
-            return from + static_cast<position>(hit);
+            return from + static_cast<position_t>(hit);
         before = from;
     }
     return nowhere;
 }
 
-std::string text_t::copy(position from, uint32_t length) const {
+std::string text_t::copy(position_t from, uint32_t length) const {
     std::string bytes;
-    const position behind = further(from, length, std::max(from, marker));
+    const position_t behind = further(from, length, std::max(from, marker));
     for (std::string_view part; !(part = run(from, behind)).empty();) {
         bytes += part;
-        from += static_cast<position>(part.size());
+        from += static_cast<position_t>(part.size());
     }
     return bytes;
 }
 
-std::string text_t::line(position from, uint32_t length) const {
+std::string text_t::line(position_t from, uint32_t length) const {
     if (from > marker)
         return {};
-    const position last = end(from);
-    const position newline = find_byte('\n', from, further(from, length, last));
+    const position_t last = end(from);
+    const position_t newline = find_byte('\n', from, further(from, length, last));
     std::string bytes = copy(from, newline - from);
     if (newline == marker && bytes.size() < length)
         bytes += end_marker;
@@ -307,7 +307,7 @@ void text_t::drop(place_t place) {
 }
 
 // Erases at most `length` bytes of the piece at `from`. Returns how many.
-uint32_t text_t::erase_in_piece(position from, uint32_t length) {
+uint32_t text_t::erase_in_piece(position_t from, uint32_t length) {
     look_at(from);
     const place_t place = cut_short(looked.place, from - looked.start);
     look_at_place(place);
@@ -324,7 +324,7 @@ uint32_t text_t::erase_in_piece(position from, uint32_t length) {
     return length;
 }
 
-void text_t::erase(position from, uint32_t length) {
+void text_t::erase(position_t from, uint32_t length) {
     if (from >= marker)
         return;
     length = std::min(length, marker - from);
@@ -332,18 +332,18 @@ void text_t::erase(position from, uint32_t length) {
         left -= erase_in_piece(from, left);
     if (from > zero_free.to)
         return;
-    const position behind = from + length;
+    const position_t behind = from + length;
     zero_free.to = behind > zero_free.to ? find_byte('\0', from, marker) : zero_free.to - length;
     if (zero_free.from > from)
         zero_free.from -= std::min(length, zero_free.from - from);
 }
 
-bool text_t::has_room(position at, uint32_t length) const {
+bool text_t::has_room(position_t at, uint32_t length) const {
     return at <= marker && uint64_t{marker} + length + 2 <= most;
 }
 
 // Looks at the piece that an insertion at `at` goes into: at the end of the text the last one.
-void text_t::look_for_insertion(position at) {
+void text_t::look_for_insertion(position_t at) {
     if (at < marker) {
         look_at(at);
         return;
@@ -355,7 +355,7 @@ void text_t::look_for_insertion(position at) {
     look_at_place({blocks.size() - 1, blocks.back().pieces.size() - 1});
 }
 
-void text_t::insert_in_piece(position at, std::string_view inserted) {
+void text_t::insert_in_piece(position_t at, std::string_view inserted) {
     look_for_insertion(at);
     const place_t place = cut_short(looked.place, at - looked.start);
     const auto length = static_cast<uint32_t>(inserted.size());
@@ -371,13 +371,13 @@ void text_t::insert_in_piece(position at, std::string_view inserted) {
     looked.length = piece.length;
 }
 
-void text_t::insert(position at, std::string_view inserted) {
+void text_t::insert(position_t at, std::string_view inserted) {
     const auto length = static_cast<uint32_t>(inserted.size());
     for (uint32_t done = 0; done < length; done += short_length)
         insert_in_piece(at + done, inserted.substr(done, short_length));
     const size_t zero = inserted.find('\0');
     if (zero != inserted.npos) {
-        zero_free.from = zero_free.to = at + static_cast<position>(zero);
+        zero_free.from = zero_free.to = at + static_cast<position_t>(zero);
     } else if (at <= zero_free.to) {
         zero_free.to += length;
         if (at < zero_free.from)
@@ -386,7 +386,7 @@ void text_t::insert(position at, std::string_view inserted) {
 }
 
 // What both have in common in length is overwritten, so that nothing moves for it.
-void text_t::replace(position at, uint32_t length, std::string_view put) {
+void text_t::replace(position_t at, uint32_t length, std::string_view put) {
     while (length > 0 && !put.empty()) {
         look_at(at);
         const uint32_t skipped = at - looked.start;

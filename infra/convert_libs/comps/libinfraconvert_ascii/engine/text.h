@@ -40,10 +40,10 @@
 
 namespace engine {
 
-using position = uint32_t;
+using position_t = uint32_t;
 
 // No such position.
-constexpr position nowhere = UINT32_MAX;
+constexpr position_t nowhere = UINT32_MAX;
 
 constexpr char end_marker = '\xFF';
 
@@ -65,37 +65,37 @@ class text_t {
     uint32_t capacity() const { return most; }
 
     // The byte at `at`: a byte of the text, the marker, or zero behind it.
-    char at(position at) const {
+    char at(position_t at) const {
         return looked.holds(at) ? looked.bytes[at - looked.start] : at_elsewhere(at);
     }
     // End of the text as seen from `from`: the next zero byte, or the marker.
-    position end(position from) const;
+    position_t end(position_t from) const;
     // First `wanted` that begins in [from, before), not beyond the end; else nowhere. `wanted` is
     // not empty.
-    position find(std::string_view wanted, position from, position before = nowhere) const;
+    position_t find(std::string_view wanted, position_t from, position_t before = nowhere) const;
     // Last newline in [first, before), else nowhere.
-    position newline_before(position before, position first) const;
+    position_t newline_before(position_t before, position_t first) const;
     // Up to `length` bytes of [from, size()), fewer where the text ends.
-    std::string copy(position from, uint32_t length) const;
+    std::string copy(position_t from, uint32_t length) const;
     // The line at `from` without its newline, at most `length` bytes. A line that no newline ends
     // runs to its zero byte, the marker included.
-    std::string line(position from, uint32_t length) const;
+    std::string line(position_t from, uint32_t length) const;
     // The bytes of [from, before) that stand together in memory; some, when there are any. Valid
     // until the next edit.
-    std::string_view run(position from, position before) const;
+    std::string_view run(position_t from, position_t before) const;
     // End of the bytes to be saved: the first byte equal to the marker.
-    position saved_end() const { return find_byte(end_marker, 0, marker); }
+    position_t saved_end() const { return find_byte(end_marker, 0, marker); }
 
     // Removes [from, from + length), both cut to the text.
-    void erase(position from, uint32_t length);
+    void erase(position_t from, uint32_t length);
     // True when `length` bytes may go in at `at`: the place lies in the text, and a zero byte stays
     // behind the marker.
-    bool has_room(position at, uint32_t length) const;
+    bool has_room(position_t at, uint32_t length) const;
     // Inserts where there is room.
-    void insert(position at, std::string_view inserted);
+    void insert(position_t at, std::string_view inserted);
     // Puts `put` in the place of the `length` bytes at `at`, which lie in the text. There is room
     // for it, and neither holds a zero byte.
-    void replace(position at, uint32_t length, std::string_view put);
+    void replace(position_t at, uint32_t length, std::string_view put);
 
   private:
     struct piece_t {
@@ -108,7 +108,7 @@ class text_t {
         const char *memory_end() const { return bytes + length + room; }
     };
     struct block_t {
-        position start;
+        position_t start;
         std::vector<piece_t> pieces;
     };
     struct place_t { // of a piece
@@ -116,15 +116,15 @@ class text_t {
     };
 
     piece_t &at_place(place_t place) { return blocks[place.block].pieces[place.piece]; }
-    void look_at(position at) const;
+    void look_at(position_t at) const;
     void look_at_place(place_t place) const;
-    char at_elsewhere(position at) const;
+    char at_elsewhere(position_t at) const;
     static size_t find_in(std::string_view bytes, std::string_view wanted);
-    position find_byte(char wanted, position from, position before) const;
-    position find_over_seam(std::string_view wanted, position seam, position first,
-                            position before) const;
+    position_t find_byte(char wanted, position_t from, position_t before) const;
+    position_t find_over_seam(std::string_view wanted, position_t seam, position_t first,
+                              position_t before) const;
 
-    void look_for_insertion(position at);
+    void look_for_insertion(position_t at);
     place_t cut_short(place_t place, uint32_t offset);
     void split(place_t place, uint32_t head_length);
     place_t split_block(place_t place);
@@ -135,8 +135,8 @@ class text_t {
     void leave_memory(place_t place);
     void resize(place_t place, uint32_t by);
     void drop(place_t place);
-    uint32_t erase_in_piece(position from, uint32_t length);
-    void insert_in_piece(position at, std::string_view inserted);
+    uint32_t erase_in_piece(position_t from, uint32_t length);
+    void insert_in_piece(position_t at, std::string_view inserted);
 
     std::unique_ptr<char[]> memory_of_file;
     const uint32_t most;
@@ -146,17 +146,17 @@ class text_t {
     // The piece of the last look or edit, a guess for the next one; of no length when there is
     // none.
     struct {
-        position start = 0;
+        position_t start = 0;
         uint32_t length = 0;
         char *bytes = nullptr;
         place_t place = {};
-        bool holds(position at) const { return at - start < length; }
+        bool holds(position_t at) const { return at - start < length; }
     } mutable looked = {};
     uint32_t marker = 0;
 
     // No zero byte stands in [from, to), and one or the marker at `to`.
     struct {
-        position from, to;
+        position_t from, to;
     } mutable zero_free = {0, 0};
 };
 

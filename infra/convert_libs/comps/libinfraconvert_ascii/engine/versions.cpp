@@ -8,7 +8,8 @@ namespace {
 
 constexpr size_t release_text_length = 511;
 
-std::string release_text(const engine_t &e, const char *text, const char *variable) {
+// The release that the installer passes, else the one that the platform knows.
+std::string passed_or_known(const engine_t &e, const char *text, const char *variable) {
     if (text)
         return std::string(text).substr(0, release_text_length);
     return release_from_platform(variable, e.platform_keeps_k_train);
@@ -17,7 +18,7 @@ std::string release_text(const engine_t &e, const char *text, const char *variab
 // The parsed values, in the words of each instance.
 void log_versions(const engine_t &e) {
     const release_t &from = e.from, &to = e.to;
-    if (e.format == release_format::product)
+    if (e.format == release_format_t::product)
         log_operation(e, "read_versions",
                       "from_major = %d, from_minor = %d, from_patch = %d, from_product = %c "
                       "from_subversion = %d to_major = %d, to_minor = %d, to_patch = %d "
@@ -36,8 +37,8 @@ void log_versions(const engine_t &e) {
 } // namespace
 
 bool read_versions(engine_t &e, const char *from_version, const char *to_version) {
-    const std::string to = release_text(e, to_version, to_release_file_variable);
-    const std::string from = release_text(e, from_version, from_release_file_variable);
+    const std::string to = passed_or_known(e, to_version, to_release_file_variable);
+    const std::string from = passed_or_known(e, from_version, from_release_file_variable);
     log_operation(e, "read_versions", "to_ver = %s, from_ver = %s\n", to.c_str(), from.c_str());
     read_release(e.from, e.format, from.c_str());
     read_release(e.to, e.format, to.c_str());

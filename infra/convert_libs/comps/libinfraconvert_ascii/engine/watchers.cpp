@@ -10,11 +10,13 @@ namespace engine {
 namespace {
 
 // A text of this length that begins in front of the result does not reach into the edited place.
-position untouched_before(const edit_t &edit, size_t length) {
-    return edit.at - std::min(edit.at, static_cast<position>(length - 1));
+position_t untouched_before(const edit_t &edit, size_t length) {
+    return edit.at - std::min(edit.at, static_cast<position_t>(length - 1));
 }
 
-position end_of_text(const engine_t &e, position from) { return e.text ? e.text->end(from) : 0; }
+position_t end_of_text(const engine_t &e, position_t from) {
+    return e.text ? e.text->end(from) : 0;
+}
 
 } // namespace
 
@@ -29,16 +31,16 @@ edit_watcher_t::~edit_watcher_t() {
     *link = next_watcher;
 }
 
-position search_ahead_t::from(position at) {
+position_t search_ahead_t::from(position_t at) {
     if (at < clear_from || at > clear_to)
         clear_from = clear_to = at;
-    const position hit = find(e, wanted, clear_to);
+    const position_t hit = find(e, wanted, clear_to);
     clear_to = hit == nowhere ? end_of_text(e, clear_to) : hit;
     return hit;
 }
 
 void search_ahead_t::edited(const edit_t &edit) {
-    const position untouched = untouched_before(edit, wanted.size());
+    const position_t untouched = untouched_before(edit, wanted.size());
     if (untouched >= clear_to)
         return;
     if (edit.at < clear_from) {
@@ -47,13 +49,13 @@ void search_ahead_t::edited(const edit_t &edit) {
         clear_to = in_front ? clear_to + edit.shift() : edit.at;
         return;
     }
-    const position first = std::max(untouched, clear_from);
+    const position_t first = std::max(untouched, clear_from);
     // A zero byte that came in hides what stands behind it.
     if (edit.behind_removed() > clear_to || end_of_text(e, first) < edit.behind_inserted()) {
         clear_to = first;
         return;
     }
-    const position came = find(e, wanted, first, edit.behind_inserted());
+    const position_t came = find(e, wanted, first, edit.behind_inserted());
     clear_to = came == nowhere ? clear_to + edit.shift() : came;
 }
 
@@ -67,12 +69,12 @@ last_hits_t::last_hits_t(engine_t &watched, const std::string &common,
 }
 
 // Takes the last hit that begins in [from, before), if there is one.
-void last_hits_t::search(hit_t &hit, position from, position before) {
+void last_hits_t::search(hit_t &hit, position_t from, position_t before) {
     for (; (from = engine::find(e, hit.wanted, from, before)) != nowhere; from++)
         hit.at = from;
 }
 
-position last_hits_t::find(size_t ending) {
+position_t last_hits_t::find(size_t ending) {
     hit_t &hit = hits[ending];
     if (!hit.known) {
         hit.at = nowhere;

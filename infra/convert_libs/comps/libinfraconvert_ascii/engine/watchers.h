@@ -13,11 +13,11 @@ namespace engine {
 // What an edit did to the text: `removed` bytes from `at` on gave way to `inserted` bytes. That a
 // text is given back or loaded counts as an edit of all of it.
 struct edit_t {
-    position at;
+    position_t at;
     uint32_t removed, inserted;
 
-    position behind_removed() const { return at + removed; }
-    position behind_inserted() const { return at + inserted; }
+    position_t behind_removed() const { return at + removed; }
+    position_t behind_inserted() const { return at + inserted; }
     // By how much, modulo 2^32, the text behind it moved.
     uint32_t shift() const { return inserted - removed; }
 };
@@ -58,15 +58,15 @@ class search_ahead_t final : edit_watcher_t {
         : edit_watcher_t(watched), wanted(text) {}
 
     // First `wanted` that begins at or behind `at`, else nowhere.
-    position from(position at);
+    position_t from(position_t at);
 
   private:
     void edited(const edit_t &edit) override;
 
     const std::string_view wanted;
     // Known: no `wanted` begins in [clear_from, clear_to).
-    position clear_from = 0;
-    position clear_to = 0;
+    position_t clear_from = 0;
+    position_t clear_to = 0;
 };
 
 // The last places of some texts that begin alike, such as the last headers of each type, while
@@ -80,23 +80,23 @@ class last_hits_t final : edit_watcher_t {
     const std::string beginning; // of all texts
 
     // Start of the last text with the ending of that number, else nowhere.
-    position find(size_t ending);
+    position_t find(size_t ending);
 
   private:
     struct hit_t {
         std::string wanted;
         // The following holds.
         bool known = false;
-        position at = nowhere;
+        position_t at = nowhere;
     };
 
     void edited(const edit_t &edit) override;
-    void search(hit_t &hit, position from, position before);
+    void search(hit_t &hit, position_t from, position_t before);
     void update(hit_t &hit, const edit_t &edit, bool may_bring);
 
     std::vector<hit_t> hits;
     size_t longest = 0; // of the texts
-    position end = 0;   // of the text that a search from its start sees
+    position_t end = 0; // of the text that a search from its start sees
 };
 
 } // namespace engine

@@ -13,7 +13,7 @@ constexpr char feature[] = "feature port-security";
 constexpr char command[] = "port-security";
 constexpr char fc_command[] = "fc-port-security";
 
-// Every pass logs its entry twice by name, then each occurrence.
+// The pass of the name `pass`.
 syserr_t replace_all(const char *pass, const engine::replacement_t &replacement) {
     engine::log(fcportsec_engine, pass, "Calling %s() ...\n", pass);
     return engine::replace_all(fcportsec_engine, pass, replacement);
@@ -87,8 +87,6 @@ constexpr engine::rule_t rules[] = {
      .pipeline = [] { return fcportsec_convert_ascii_4_1_3_K_2_1_downgrade(true); }},
 };
 
-syserr_t fcportsec_convert_ascii_4_1_3_K_2_1() { return engine::run_rules(fcportsec_conversion); }
-
 } // namespace
 
 constinit const engine::conversion_t fcportsec_conversion = {
@@ -98,7 +96,6 @@ constinit const engine::conversion_t fcportsec_conversion = {
     .same_release = fcportsec_ver_sam,
     .same_release_message = "ascii convertion not requred",
     .routing_function = "fcportsec_convert_ascii_4_1_3_K_2_1",
-    .routing = fcportsec_convert_ascii_4_1_3_K_2_1,
     .rules = rules,
 };
 

@@ -29,10 +29,10 @@ syserr_t fcportsec_write_ascii_file(const char *path) {
 }
 void fcportsec_print_ascii_file() { engine::print_ascii_file(fcportsec_engine); }
 
-void fcportsec_delete_text(engine::position from, uint32_t size) {
+void fcportsec_delete_text(engine::position_t from, uint32_t size) {
     engine::delete_text(fcportsec_engine, from, size);
 }
-bool fcportsec_insert_text(engine::position from, std::string_view text) {
+bool fcportsec_insert_text(engine::position_t from, std::string_view text) {
     return engine::insert_text(fcportsec_engine, from, text);
 }
 syserr_t fcportsec_remove_regexp(const char *substr, uint32_t extra_before_chars,
@@ -43,14 +43,16 @@ syserr_t fcportsec_remove_substring(const char *substr) {
     return engine::remove_substring(fcportsec_engine, substr);
 }
 
-engine::position fcportsec_nextline(engine::position cp) {
+engine::position_t fcportsec_nextline(engine::position_t cp) {
     return engine::nextline(fcportsec_engine, cp);
 }
-bool fcportsec_nextstanza(engine::position cp) { return engine::nextstanza(fcportsec_engine, cp); }
-engine::position fcportsec_goto_nextstanza(engine::position cp) {
+bool fcportsec_nextstanza(engine::position_t cp) {
+    return engine::nextstanza(fcportsec_engine, cp);
+}
+engine::position_t fcportsec_goto_nextstanza(engine::position_t cp) {
     return engine::goto_nextstanza(fcportsec_engine, cp);
 }
-std::string fcportsec_getline(engine::position cp, uint32_t bufsize) {
+std::string fcportsec_getline(engine::position_t cp, uint32_t bufsize) {
     return engine::getline(fcportsec_engine, cp, bufsize);
 }
 

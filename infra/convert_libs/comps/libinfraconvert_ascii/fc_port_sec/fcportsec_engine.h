@@ -16,16 +16,16 @@ syserr_t fcportsec_read_ascii_file(const char *path);
 syserr_t fcportsec_write_ascii_file(const char *path);
 void fcportsec_print_ascii_file();
 
-void fcportsec_delete_text(engine::position from, uint32_t size);
-[[nodiscard]] bool fcportsec_insert_text(engine::position from, std::string_view text);
+void fcportsec_delete_text(engine::position_t from, uint32_t size);
+[[nodiscard]] bool fcportsec_insert_text(engine::position_t from, std::string_view text);
 syserr_t fcportsec_remove_regexp(const char *substr, uint32_t extra_before_chars,
                                  uint32_t extra_after_chars);
 syserr_t fcportsec_remove_substring(const char *substr);
 
-engine::position fcportsec_nextline(engine::position cp);
-bool fcportsec_nextstanza(engine::position cp);
-engine::position fcportsec_goto_nextstanza(engine::position cp);
-std::string fcportsec_getline(engine::position cp, uint32_t bufsize);
+engine::position_t fcportsec_nextline(engine::position_t cp);
+bool fcportsec_nextstanza(engine::position_t cp);
+engine::position_t fcportsec_goto_nextstanza(engine::position_t cp);
+std::string fcportsec_getline(engine::position_t cp, uint32_t bufsize);
 
 // Questions about the current pair of releases.
 bool fcportsec_ver_sam();

@@ -7,7 +7,7 @@
 #include "include/libinfraconvertascii.h"
 
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 
 namespace {
 
@@ -17,9 +17,9 @@ constexpr uint32_t newline_length = 1;
 constexpr uint32_t new_command_length = new_line_start.size() - newline_length;
 
 syserr_t fwmcnv_build_macaddr_tbl_config_downgrade_to_le_4_1_3() {
-    position found = fwmcnv_file_start_fwmsection();
+    position_t found = fwmcnv_file_start_fwmsection();
     while ((found = fwmcnv_find(new_line_start, found)) != nowhere) {
-        const position line = found + newline_length;
+        const position_t line = found + newline_length;
         fwmcnv_log("found mac address table entry  at byte %d\n", static_cast<int>(line));
         if (!fwmcnv_replace_text(line, new_command_length, old_command))
             return engine::failure;
@@ -45,8 +45,6 @@ constexpr engine::rule_t rules[] = {
      .pipeline = fwm_convert_ascii_4_2_1_downgrade},
 };
 
-syserr_t fwm_convert_ascii_btw_diff_versions() { return engine::run_rules(fwmcnv_conversion); }
-
 } // namespace
 
 constinit const engine::conversion_t fwmcnv_conversion = {
@@ -56,7 +54,6 @@ constinit const engine::conversion_t fwmcnv_conversion = {
     .same_release = fwmcnv_ver_same,
     .same_release_message = "from and to versions are exactly the same; no conversion required",
     .routing_function = "fwm_convert_ascii_btw_diff_versions",
-    .routing = fwm_convert_ascii_btw_diff_versions,
     .rules = rules,
 };
 

@@ -29,13 +29,13 @@ syserr_t fwmcnv_write_ascii_file(const char *path) {
 }
 void fwmcnv_print_ascii_file() { engine::print_ascii_file(fwmcnv_engine); }
 
-void fwmcnv_delete_text(engine::position from, uint32_t size) {
+void fwmcnv_delete_text(engine::position_t from, uint32_t size) {
     engine::delete_text(fwmcnv_engine, from, size);
 }
-bool fwmcnv_insert_text(engine::position from, std::string_view text) {
+bool fwmcnv_insert_text(engine::position_t from, std::string_view text) {
     return engine::insert_text(fwmcnv_engine, from, text);
 }
-bool fwmcnv_replace_text(engine::position from, uint32_t size, std::string_view text) {
+bool fwmcnv_replace_text(engine::position_t from, uint32_t size, std::string_view text) {
     return engine::replace_text(fwmcnv_engine, from, size, text);
 }
 syserr_t fwmcnv_remove_regexp(const char *substr, uint32_t extra_before_chars,
@@ -46,22 +46,22 @@ syserr_t fwmcnv_remove_substring(const char *substr) {
     return engine::remove_substring(fwmcnv_engine, substr);
 }
 
-engine::position fwmcnv_file_start_fwmsection() {
+engine::position_t fwmcnv_file_start_fwmsection() {
     static engine::search_ahead_t header(fwmcnv_engine, "\nmac address-table");
     return engine::file_start_section(fwmcnv_engine, "file_start_fwmsection", "fwm", {&header});
 }
-engine::position fwmcnv_find(std::string_view wanted, engine::position from,
-                             engine::position before) {
+engine::position_t fwmcnv_find(std::string_view wanted, engine::position_t from,
+                               engine::position_t before) {
     return engine::find(fwmcnv_engine, wanted, from, before);
 }
-engine::position fwmcnv_nextline(engine::position cp) {
+engine::position_t fwmcnv_nextline(engine::position_t cp) {
     return engine::nextline(fwmcnv_engine, cp);
 }
-bool fwmcnv_nextstanza(engine::position cp) { return engine::nextstanza(fwmcnv_engine, cp); }
-engine::position fwmcnv_goto_nextstanza(engine::position cp) {
+bool fwmcnv_nextstanza(engine::position_t cp) { return engine::nextstanza(fwmcnv_engine, cp); }
+engine::position_t fwmcnv_goto_nextstanza(engine::position_t cp) {
     return engine::goto_nextstanza(fwmcnv_engine, cp);
 }
-std::string fwmcnv_getline(engine::position cp, uint32_t bufsize) {
+std::string fwmcnv_getline(engine::position_t cp, uint32_t bufsize) {
     return engine::getline(fwmcnv_engine, cp, bufsize);
 }
 

@@ -16,20 +16,21 @@ syserr_t fwmcnv_read_ascii_file(const char *path);
 syserr_t fwmcnv_write_ascii_file(const char *path);
 void fwmcnv_print_ascii_file();
 
-void fwmcnv_delete_text(engine::position from, uint32_t size);
-[[nodiscard]] bool fwmcnv_insert_text(engine::position from, std::string_view text);
-[[nodiscard]] bool fwmcnv_replace_text(engine::position from, uint32_t size, std::string_view text);
+void fwmcnv_delete_text(engine::position_t from, uint32_t size);
+[[nodiscard]] bool fwmcnv_insert_text(engine::position_t from, std::string_view text);
+[[nodiscard]] bool fwmcnv_replace_text(engine::position_t from, uint32_t size,
+                                       std::string_view text);
 syserr_t fwmcnv_remove_regexp(const char *substr, uint32_t extra_before_chars,
                               uint32_t extra_after_chars);
 syserr_t fwmcnv_remove_substring(const char *substr);
 
-engine::position fwmcnv_file_start_fwmsection();
-engine::position fwmcnv_find(std::string_view wanted, engine::position from,
-                             engine::position before = engine::nowhere);
-engine::position fwmcnv_nextline(engine::position cp);
-bool fwmcnv_nextstanza(engine::position cp);
-engine::position fwmcnv_goto_nextstanza(engine::position cp);
-std::string fwmcnv_getline(engine::position cp, uint32_t bufsize);
+engine::position_t fwmcnv_file_start_fwmsection();
+engine::position_t fwmcnv_find(std::string_view wanted, engine::position_t from,
+                               engine::position_t before = engine::nowhere);
+engine::position_t fwmcnv_nextline(engine::position_t cp);
+bool fwmcnv_nextstanza(engine::position_t cp);
+engine::position_t fwmcnv_goto_nextstanza(engine::position_t cp);
+std::string fwmcnv_getline(engine::position_t cp, uint32_t bufsize);
 
 // Questions about the current pair of releases.
 bool fwmcnv_ver_same();

@@ -107,11 +107,6 @@ constinit const engine::conversion_t qoscnv_conversion = {
     .same_release = [] { return qoscnv_ver_same() && !from_5_0_3_U2_to_U1(); },
     .same_release_message = "from and to versions are exactly the same; no conversion required",
     .routing_function = "qosmgr_convert_ascii_btw_diff_versions",
-    .routing = qosmgr_convert_ascii_btw_diff_versions,
+    .before_routing = qoscnv_db_init,
     .rules = rules,
 };
-
-syserr_t qosmgr_convert_ascii_btw_diff_versions() {
-    qoscnv_db_init();
-    return engine::run_rules(qoscnv_conversion);
-}

@@ -15,7 +15,7 @@ constinit engine::engine_t qoscnv_engine = {
     .log_stream = &err_fp,
     .traces_path = true,
     .dump = engine::dump_t::output_and_log,
-    .format = engine::release_format::product,
+    .format = engine::release_format_t::product,
 };
 
 void qoscnv_log_init() { engine::log_init(qoscnv_engine); }
@@ -31,10 +31,10 @@ syserr_t qoscnv_write_ascii_file(const char *path) {
 }
 void qoscnv_print_ascii_file() { engine::print_ascii_file(qoscnv_engine); }
 
-void qoscnv_delete_text(engine::position from, uint32_t size) {
+void qoscnv_delete_text(engine::position_t from, uint32_t size) {
     engine::delete_text(qoscnv_engine, from, size);
 }
-bool qoscnv_insert_text(engine::position from, std::string_view text) {
+bool qoscnv_insert_text(engine::position_t from, std::string_view text) {
     return engine::insert_text(qoscnv_engine, from, text);
 }
 syserr_t qoscnv_remove_regexp(const char *substr, uint32_t extra_before_chars,
@@ -45,27 +45,27 @@ syserr_t qoscnv_remove_substring(const char *substr) {
     return engine::remove_substring(qoscnv_engine, substr);
 }
 
-engine::position qoscnv_file_start_qossection() {
+engine::position_t qoscnv_file_start_qossection() {
     static engine::search_ahead_t class_map(qoscnv_engine, "\nclass-map");
     static engine::search_ahead_t policy_map(qoscnv_engine, "\npolicy-map");
     return engine::file_start_section(qoscnv_engine, "file_start_qossection", "qos",
                                       {&class_map, &policy_map});
 }
-engine::position qoscnv_find(std::string_view wanted, engine::position from,
-                             engine::position before) {
+engine::position_t qoscnv_find(std::string_view wanted, engine::position_t from,
+                               engine::position_t before) {
     return engine::find(qoscnv_engine, wanted, from, before);
 }
-engine::position qoscnv_nextline(engine::position cp) {
+engine::position_t qoscnv_nextline(engine::position_t cp) {
     return engine::nextline(qoscnv_engine, cp);
 }
-bool qoscnv_nextstanza(engine::position cp) { return engine::nextstanza(qoscnv_engine, cp); }
-engine::position qoscnv_goto_nextstanza(engine::position cp) {
+bool qoscnv_nextstanza(engine::position_t cp) { return engine::nextstanza(qoscnv_engine, cp); }
+engine::position_t qoscnv_goto_nextstanza(engine::position_t cp) {
     return engine::goto_nextstanza(qoscnv_engine, cp);
 }
-engine::position qoscnv_prevline(engine::position cp, engine::position buf_start) {
+engine::position_t qoscnv_prevline(engine::position_t cp, engine::position_t buf_start) {
     return engine::prevline(qoscnv_engine, cp, buf_start);
 }
-std::string qoscnv_getline(engine::position cp, uint32_t bufsize) {
+std::string qoscnv_getline(engine::position_t cp, uint32_t bufsize) {
     return engine::getline(qoscnv_engine, cp, bufsize);
 }
 

@@ -17,20 +17,20 @@ syserr_t qoscnv_read_ascii_file(const char *path);
 syserr_t qoscnv_write_ascii_file(const char *path);
 void qoscnv_print_ascii_file();
 
-void qoscnv_delete_text(engine::position from, uint32_t size);
-[[nodiscard]] bool qoscnv_insert_text(engine::position from, std::string_view text);
+void qoscnv_delete_text(engine::position_t from, uint32_t size);
+[[nodiscard]] bool qoscnv_insert_text(engine::position_t from, std::string_view text);
 syserr_t qoscnv_remove_regexp(const char *substr, uint32_t extra_before_chars,
                               uint32_t extra_after_chars);
 syserr_t qoscnv_remove_substring(const char *substr);
 
-engine::position qoscnv_file_start_qossection();
-engine::position qoscnv_find(std::string_view wanted, engine::position from,
-                             engine::position before = engine::nowhere);
-engine::position qoscnv_nextline(engine::position cp);
-bool qoscnv_nextstanza(engine::position cp);
-engine::position qoscnv_goto_nextstanza(engine::position cp);
-engine::position qoscnv_prevline(engine::position cp, engine::position buf_start);
-std::string qoscnv_getline(engine::position cp, uint32_t bufsize);
+engine::position_t qoscnv_file_start_qossection();
+engine::position_t qoscnv_find(std::string_view wanted, engine::position_t from,
+                               engine::position_t before = engine::nowhere);
+engine::position_t qoscnv_nextline(engine::position_t cp);
+bool qoscnv_nextstanza(engine::position_t cp);
+engine::position_t qoscnv_goto_nextstanza(engine::position_t cp);
+engine::position_t qoscnv_prevline(engine::position_t cp, engine::position_t buf_start);
+std::string qoscnv_getline(engine::position_t cp, uint32_t bufsize);
 
 // Questions about the current pair of releases.
 bool qoscnv_ver_same(); // product and sub-version do not count

@@ -2,7 +2,7 @@
 
 #include "engine/conversion.h"
 #include "ipqosmgr/qosmgrcnv_engine.h"
-#include "platform/stand_in.h"
+#include "platform/calls.h"
 
 syserr_t qoscnv_run_steps(const char *pipeline, std::span<const qoscnv_step_t> steps) {
     for (const qoscnv_step_t &step : steps) {

@@ -3,7 +3,7 @@
 // the file and saves it as it is.
 
 #include "include/libinfraconvertascii.h"
-#include "platform/stand_in.h"
+#include "platform/calls.h"
 
 #include <cstdio>
 #include <string_view>

@@ -10,7 +10,7 @@
 
 using engine::length;
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 using engine::scan_words;
 using engine::words_t;
 
@@ -22,7 +22,7 @@ constexpr int classmap_trace_number = 71;
 constexpr uint32_t blank_length = 1;
 
 // Gives the class-map line at `line` its "match-any". Returns false after a refusal.
-bool add_match_any(position line, engine::search_ahead_t &types) {
+bool add_match_any(position_t line, engine::search_ahead_t &types) {
     const words_t words = scan_words(*qoscnv_engine.text, line, "class-map type %s %s");
     if (!pass.fits(words))
         return false;
@@ -33,13 +33,13 @@ bool add_match_any(position line, engine::search_ahead_t &types) {
              type.c_str(), name.c_str());
     if (!qoscnv_ver_from_eq_4_1_3() || !qoscnv_ver_to_ge_5_0_2() || !type.starts_with("qos"))
         return true;
-    const position found = types.from(line);
+    const position_t found = types.from(line);
     if (found == nowhere) {
         pass.log("\"%s\" for type %s class-map name %s not found\n", type_qos.data(), type.c_str(),
                  name.c_str());
         return true;
     }
-    const position behind_type = found + length(type_qos) + blank_length;
+    const position_t behind_type = found + length(type_qos) + blank_length;
     if (!qoscnv_insert_text(behind_type, match_any))
         return false;
     pass.log("insert %s for type %s class-map name %s\n", match_any.data(), type.c_str(),
@@ -51,7 +51,7 @@ bool add_match_any(position line, engine::search_ahead_t &types) {
 
 syserr_t qoscnv_identify_classmaps_for_type() {
     engine::search_ahead_t types(qoscnv_engine, type_qos);
-    position cp = qoscnv_file_start_qossection();
+    position_t cp = qoscnv_file_start_qossection();
     while ((cp = qoscnv_find("\nclass-map", cp)) != nowhere) {
         pass.log("found class-map at byte %d\n", static_cast<int>(cp));
         cp += newline_length;

@@ -14,7 +14,7 @@
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/typed_policymap.h"
 
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 
 namespace {
 
@@ -32,7 +32,7 @@ void trace_downgrade(const char *behind_mtu) {
 
 // Finds the place behind the last network-qos policy-map, nowhere without one. From the second
 // policy-map on, that is where `at` stands already: behind the one written last.
-void find_end_of_policymaps(position &at) {
+void find_end_of_policymaps(position_t &at) {
     pass.log("Finding end of type unified-fabric stanzas ...\n");
     engine::last_hits_t header(qoscnv_engine, "policy-map type network-qos", {""});
     if (at == nowhere)
@@ -42,7 +42,8 @@ void find_end_of_policymaps(position &at) {
 }
 
 // Writes the network-qos policy-map of `pmap` at `at`, see above, which moves behind it.
-syserr_t qoscnv_create_qosgrp_policymap_4_2_1(policymap_elem_t &pmap, bool upgrade, position &at) {
+syserr_t qoscnv_create_qosgrp_policymap_4_2_1(policymap_elem_t &pmap, bool upgrade,
+                                              position_t &at) {
     const typed_policymap_writer_t writer = {.pass = pass,
                                              .type = QOSCNV_TYPE_UF,
                                              .upgrade = upgrade,
@@ -64,7 +65,7 @@ syserr_t qoscnv_create_qosgrp_policymap_4_2_1(policymap_elem_t &pmap, bool upgra
 } // namespace
 
 syserr_t qoscnv_rewrite_maps_4_2_1(boolean is_upgrade) {
-    position at = nowhere;
+    position_t at = nowhere;
     for (auto *pmap = policymaps.first; pmap; pmap = pmap->next) {
         if (!(pmap->type & QOSCNV_TYPE_UF)) {
             qoscnv_log("policy-map %s does not have actions of type unified-fabric\n", pmap->name);

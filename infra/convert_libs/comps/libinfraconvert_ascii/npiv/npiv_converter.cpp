@@ -56,8 +56,6 @@ constexpr engine::rule_t rules[] = {
      .pipeline = npiv_convert_ascii_4_1_3_K_2_1_downgrade},
 };
 
-syserr_t npiv_convert_ascii_4_1_3_K_2_1() { return engine::run_rules(npiv_conversion); }
-
 } // namespace
 
 constinit const engine::conversion_t npiv_conversion = {
@@ -67,7 +65,6 @@ constinit const engine::conversion_t npiv_conversion = {
     .same_release = npiv_ver_sam,
     .same_release_message = "ascii convertion not requred",
     .routing_function = "npiv_convert_ascii_4_1_3_K_2_1",
-    .routing = npiv_convert_ascii_4_1_3_K_2_1,
     .rules = rules,
 };
 

@@ -30,10 +30,10 @@ syserr_t npiv_write_ascii_file(const char *path) {
 }
 void npiv_print_ascii_file() { engine::print_ascii_file(npiv_engine); }
 
-void npiv_delete_text(engine::position from, uint32_t size) {
+void npiv_delete_text(engine::position_t from, uint32_t size) {
     engine::delete_text(npiv_engine, from, size);
 }
-bool npiv_insert_text(engine::position from, std::string_view text) {
+bool npiv_insert_text(engine::position_t from, std::string_view text) {
     return engine::insert_text(npiv_engine, from, text);
 }
 syserr_t npiv_remove_regexp(const char *substr, uint32_t extra_before_chars,
@@ -44,12 +44,14 @@ syserr_t npiv_remove_substring(const char *substr) {
     return engine::remove_substring(npiv_engine, substr);
 }
 
-engine::position npiv_nextline(engine::position cp) { return engine::nextline(npiv_engine, cp); }
-bool npiv_nextstanza(engine::position cp) { return engine::nextstanza(npiv_engine, cp); }
-engine::position npiv_goto_nextstanza(engine::position cp) {
+engine::position_t npiv_nextline(engine::position_t cp) {
+    return engine::nextline(npiv_engine, cp);
+}
+bool npiv_nextstanza(engine::position_t cp) { return engine::nextstanza(npiv_engine, cp); }
+engine::position_t npiv_goto_nextstanza(engine::position_t cp) {
     return engine::goto_nextstanza(npiv_engine, cp);
 }
-std::string npiv_getline(engine::position cp, uint32_t bufsize) {
+std::string npiv_getline(engine::position_t cp, uint32_t bufsize) {
     return engine::getline(npiv_engine, cp, bufsize);
 }
 

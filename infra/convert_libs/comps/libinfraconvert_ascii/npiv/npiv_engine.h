@@ -16,16 +16,16 @@ syserr_t npiv_read_ascii_file(const char *path);
 syserr_t npiv_write_ascii_file(const char *path);
 void npiv_print_ascii_file();
 
-void npiv_delete_text(engine::position from, uint32_t size);
-[[nodiscard]] bool npiv_insert_text(engine::position from, std::string_view text);
+void npiv_delete_text(engine::position_t from, uint32_t size);
+[[nodiscard]] bool npiv_insert_text(engine::position_t from, std::string_view text);
 syserr_t npiv_remove_regexp(const char *substr, uint32_t extra_before_chars,
                             uint32_t extra_after_chars);
 syserr_t npiv_remove_substring(const char *substr);
 
-engine::position npiv_nextline(engine::position cp);
-bool npiv_nextstanza(engine::position cp);
-engine::position npiv_goto_nextstanza(engine::position cp);
-std::string npiv_getline(engine::position cp, uint32_t bufsize);
+engine::position_t npiv_nextline(engine::position_t cp);
+bool npiv_nextstanza(engine::position_t cp);
+engine::position_t npiv_goto_nextstanza(engine::position_t cp);
+std::string npiv_getline(engine::position_t cp, uint32_t bufsize);
 
 // Questions about the current pair of releases.
 bool npiv_ver_sam();

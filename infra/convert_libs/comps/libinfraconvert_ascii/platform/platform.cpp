@@ -1,7 +1,7 @@
 // The platform's three functions where it has them, else their stand-ins. The references are weak:
 // whoever links or loads a definition, in whatever order, has it called.
 
-#include "platform/stand_in.h"
+#include "platform/calls.h"
 
 #include <cstdio>
 #include <cstring>
@@ -39,7 +39,7 @@ const char *status_in_hexadecimal(syserr_t status) {
 
 } // namespace
 
-const char *release_text(const char *path) {
+const char *release_in_file(const char *path) {
     const char *text = srg_sw_ver_file_get ? srg_sw_ver_file_get(path) : first_line(path);
     return text ? text : "";
 }

@@ -13,7 +13,7 @@ constinit engine::engine_t satcnv_engine = {
     .debug_switch = &satcnv_debug,
     .log_stream = &satcnv_err_fp,
     .traces_edits = true,
-    .format = engine::release_format::k_train_or_u,
+    .format = engine::release_format_t::k_train_or_u,
 };
 
 void satcnv_log_init() { engine::log_init(satcnv_engine); }
@@ -29,10 +29,10 @@ syserr_t satcnv_write_ascii_file(const char *path) {
 }
 void satcnv_print_ascii_file() { engine::print_ascii_file(satcnv_engine); }
 
-void satcnv_delete_text(engine::position from, uint32_t size) {
+void satcnv_delete_text(engine::position_t from, uint32_t size) {
     engine::delete_text(satcnv_engine, from, size);
 }
-bool satcnv_insert_text(engine::position from, std::string_view text) {
+bool satcnv_insert_text(engine::position_t from, std::string_view text) {
     return engine::insert_text(satcnv_engine, from, text);
 }
 syserr_t satcnv_remove_regexp(const char *substr, uint32_t extra_before_chars,
@@ -43,8 +43,8 @@ syserr_t satcnv_remove_substring(const char *substr) {
     return engine::remove_substring(satcnv_engine, substr);
 }
 
-engine::position satcnv_find(std::string_view wanted, engine::position from,
-                             engine::position before) {
+engine::position_t satcnv_find(std::string_view wanted, engine::position_t from,
+                               engine::position_t before) {
     return engine::find(satcnv_engine, wanted, from, before);
 }
 

@@ -16,14 +16,14 @@ syserr_t satcnv_read_ascii_file(const char *path);
 syserr_t satcnv_write_ascii_file(const char *path);
 void satcnv_print_ascii_file();
 
-void satcnv_delete_text(engine::position from, uint32_t size);
-[[nodiscard]] bool satcnv_insert_text(engine::position from, std::string_view text);
+void satcnv_delete_text(engine::position_t from, uint32_t size);
+[[nodiscard]] bool satcnv_insert_text(engine::position_t from, std::string_view text);
 syserr_t satcnv_remove_regexp(const char *substr, uint32_t extra_before_chars,
                               uint32_t extra_after_chars);
 syserr_t satcnv_remove_substring(const char *substr);
 
-engine::position satcnv_find(std::string_view wanted, engine::position from,
-                             engine::position before = engine::nowhere);
+engine::position_t satcnv_find(std::string_view wanted, engine::position_t from,
+                               engine::position_t before = engine::nowhere);
 
 // Questions about the current pair of releases.
 bool satcnv_ver_same(); // K minor does not count

@@ -14,7 +14,7 @@
 #include <algorithm>
 
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 
 namespace {
 
@@ -22,10 +22,10 @@ void qoscnv_remove_copp_cfg(const std::string &match_config) {
     // The search goes on so far in front of a removal, where the joined text may match.
     constexpr uint32_t back_before_removal = 2;
     qoscnv_log("\n qoscnv_remove_copp_cfg called %s", match_config.c_str());
-    position cp = 0;
+    position_t cp = 0;
     while ((cp = qoscnv_find(match_config, cp)) != nowhere) {
         qoscnv_log("\ndeleting copp cfg for %s", match_config.c_str());
-        const position end_cp = qoscnv_line_after(cp);
+        const position_t end_cp = qoscnv_line_after(cp);
         qoscnv_log("\nend_cp 0x%x offset %d diff is %d cp is %c", end_cp, static_cast<int>(end_cp),
                    static_cast<int>(end_cp - cp), match_config.front());
         qoscnv_delete_text(cp, end_cp - cp);

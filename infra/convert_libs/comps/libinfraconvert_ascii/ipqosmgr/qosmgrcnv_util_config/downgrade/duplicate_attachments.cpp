@@ -19,7 +19,7 @@
 
 using engine::length;
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 using engine::scan_words;
 using engine::words_t;
 
@@ -65,11 +65,11 @@ enum class outcome_t {
 class stanza_walk_t {
   public:
     // Starts at the stanza whose first line is `line`.
-    void enter(position line) {
+    void enter(position_t line) {
         cp = line;
         end = qoscnv_stanza_after(line);
     }
-    position stanza_end() const { return end; }
+    position_t stanza_end() const { return end; }
     bool is_past_end() const { return cp >= end; }
 
     // Finds the next attachment, and copies its line to `line`. `where` is what the log calls the
@@ -110,9 +110,9 @@ class stanza_walk_t {
 
   private:
     engine::search_ahead_t keywords{qoscnv_engine, keyword};
-    position cp = 0;
-    position end = 0;
-    position attachment = nowhere; // the one found last
+    position_t cp = 0;
+    position_t end = 0;
+    position_t attachment = nowhere; // the one found last
 };
 
 // Keeps the first attachment of the stanza of `walk`, without its direction. Returns false with a
@@ -140,11 +140,11 @@ bool clean_system_qos() {
     work_area_t name, line;
     if (!name.allocated() || !line.allocated())
         return pass.give_up("could not allocate memory");
-    const position found = qoscnv_find("\nsystem qos", 0);
+    const position_t found = qoscnv_find("\nsystem qos", 0);
     if (found == nowhere)
         return true;
     pass.log("found system qos at byte %d\n", static_cast<int>(found));
-    const position start = found + newline_length;
+    const position_t start = found + newline_length;
     stanza_walk_t walk;
     walk.enter(start);
     pass.log("start of stanza: byte %d, end of stanza: byte %d\n", static_cast<int>(start),
@@ -180,7 +180,7 @@ class interface_cleaning_t {
     bool run() {
         // From the end of a stanza back to where the newline in front of the next one is seen.
         constexpr uint32_t back_into_stanza = 2;
-        position found = qoscnv_file_start_qossection();
+        position_t found = qoscnv_file_start_qossection();
         while ((found = qoscnv_find("\ninterface", found)) != nowhere) {
             pass.log("found interface at byte %d\n", static_cast<int>(found));
             walk.enter(found + newline_length);

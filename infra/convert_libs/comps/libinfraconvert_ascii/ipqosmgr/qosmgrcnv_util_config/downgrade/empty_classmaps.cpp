@@ -14,7 +14,7 @@
 #include <unordered_map>
 
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 using engine::scan_words;
 using engine::words_t;
 
@@ -53,12 +53,12 @@ class kept_t {
 
 // Looks at the class-map at `map`. Returns where the search for the next one goes on, or nowhere,
 // with a message, at a name that does not fit.
-position keep_or_delete(position map, kept_t &kept) {
+position_t keep_or_delete(position_t map, kept_t &kept) {
     const words_t words = scan_words(*qoscnv_engine.text, map, "class-map %s");
     if (!pass.fits(words))
         return nowhere;
     const std::string &name = words.word[0]; // empty when the text ends there
-    const position next_line = qoscnv_past_empty_lines(qoscnv_line_after(map));
+    const position_t next_line = qoscnv_past_empty_lines(qoscnv_line_after(map));
     pass.log("found class-map name %s\n", name.c_str());
     if (kept.consume(name) || next_line != qoscnv_goto_nextstanza(map))
         return next_line - newline_length;
@@ -72,7 +72,7 @@ position keep_or_delete(position map, kept_t &kept) {
 syserr_t qoscnv_remove_empty_classmaps() {
     pass.log("Removing non-user empty classmaps ...\n");
     kept_t kept;
-    position cp = qoscnv_file_start_qossection();
+    position_t cp = qoscnv_file_start_qossection();
     while ((cp = qoscnv_find("\nclass-map", cp)) != nowhere) {
         pass.log("found class-map at byte %d\n", static_cast<int>(cp));
         cp = keep_or_delete(cp + newline_length, kept);

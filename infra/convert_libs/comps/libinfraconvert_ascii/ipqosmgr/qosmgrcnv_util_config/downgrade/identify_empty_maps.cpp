@@ -11,7 +11,7 @@
 #include <unordered_set>
 
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 using engine::scan_words;
 using engine::words_t;
 
@@ -90,7 +90,7 @@ bool keep_empty_classmap(const std::string &name, known_names_t &known) {
 } // namespace
 
 syserr_t qoscnv_identify_empty_policymaps() {
-    position cp = qoscnv_file_start_qossection();
+    position_t cp = qoscnv_file_start_qossection();
     while ((cp = qoscnv_find("\npolicy-map", cp)) != nowhere) {
         policymap_pass.log("found policy-map at byte %d\n", static_cast<int>(cp));
         cp += newline_length;
@@ -111,7 +111,7 @@ syserr_t qoscnv_identify_empty_policymaps() {
 
 syserr_t qoscnv_identify_empty_classmaps() {
     known_names_t known;
-    position cp = qoscnv_file_start_qossection();
+    position_t cp = qoscnv_file_start_qossection();
     while ((cp = qoscnv_find("\nclass-map", cp)) != nowhere) {
         classmap_pass.log("found class-map at byte %d\n", static_cast<int>(cp));
         cp += newline_length;

@@ -11,7 +11,7 @@
 
 using engine::length;
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 
 namespace {
 
@@ -26,11 +26,11 @@ constexpr uint32_t back_to_line_above = newline_length + 1;
 
 // Removes the description at `found` when it stands directly below a map line. Returns false when
 // it does not, and stays.
-bool remove_below_map(std::string_view keyword, position found) {
-    const position next_line = qoscnv_nextline(found);
+bool remove_below_map(std::string_view keyword, position_t found) {
+    const position_t next_line = qoscnv_nextline(found);
     if (next_line == nowhere)
         return false;
-    const position above = qoscnv_prevline(found - back_to_line_above, 0);
+    const position_t above = qoscnv_prevline(found - back_to_line_above, 0);
     const std::string traced = qoscnv_engine.text->copy(above, traced_length);
     if (!traced.starts_with(keyword.substr(0, compared_length)))
         return false;
@@ -42,13 +42,13 @@ bool remove_below_map(std::string_view keyword, position found) {
 void sweep(std::string_view keyword) {
     const std::string header = '\n' + std::string(keyword);
     engine::search_ahead_t descriptions(qoscnv_engine, "  description");
-    position stays = nowhere; // the next description, once it is known to stay
-    position found = qoscnv_file_start_qossection();
+    position_t stays = nowhere; // the next description, once it is known to stay
+    position_t found = qoscnv_file_start_qossection();
     while ((found = qoscnv_find(header, found)) != nowhere) {
         pass.log("found %s at byte %d\n", keyword.data(), static_cast<int>(found));
         found += newline_length;
         // Of this map, or of a later one.
-        const position next = descriptions.from(found);
+        const position_t next = descriptions.from(found);
         if (next == stays || next == nowhere)
             continue;
         if (!remove_below_map(keyword, next))

@@ -14,7 +14,7 @@
 
 using engine::length;
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 using engine::scan_words;
 using engine::words_t;
 
@@ -26,9 +26,9 @@ constexpr int entry_number = 2094;
 constexpr uint32_t blank_length = 1;
 
 // Writes the class-map of a special class at `at`, which moves behind it.
-bool write_special_classmap(std::string_view name, position &at) {
+bool write_special_classmap(std::string_view name, position_t &at) {
     const std::string stanza = "\nclass-map type qos " + std::string(name) + '\n';
-    const position written_at = at;
+    const position_t written_at = at;
     if (!pass.write(at, stanza))
         return false;
     pass.log("insert %s length %d at byte %d\n", name.data(), static_cast<int>(stanza.size()),
@@ -38,7 +38,7 @@ bool write_special_classmap(std::string_view name, position &at) {
 
 // Takes "match-any " out of the class-map line at `line`. Returns false, with a message, at a word
 // that does not fit.
-bool strip(position line, engine::search_ahead_t &types) {
+bool strip(position_t line, engine::search_ahead_t &types) {
     const words_t words = scan_words(*qoscnv_engine.text, line, "class-map type %s %s %s");
     if (!pass.fits(words))
         return false;
@@ -48,13 +48,13 @@ bool strip(position line, engine::search_ahead_t &types) {
     pass.log("class-map type %s %s name %s\n", type.c_str(), match.c_str(), name.c_str());
     if (!type.starts_with("qos") || !match.starts_with("match-an"))
         return true;
-    const position found = types.from(line);
+    const position_t found = types.from(line);
     if (found == nowhere) {
         pass.log("\"%s\" not found for type %s class-map name %s\n", type_qos.data(), type.c_str(),
                  name.c_str());
         return true;
     }
-    const position behind_type = found + length(type_qos) + blank_length;
+    const position_t behind_type = found + length(type_qos) + blank_length;
     qoscnv_delete_text(behind_type, length(match_any));
     pass.log("delete %s for type %s class-map name %s\n", match_any.data(), type.c_str(),
              name.c_str());
@@ -70,7 +70,7 @@ syserr_t qoscnv_remove_match_any() {
              from_ge_5_0_2, to_eq_4_1_3);
     if (!from_ge_5_0_2 || !to_eq_4_1_3)
         return 0;
-    position cp = qoscnv_file_start_qossection();
+    position_t cp = qoscnv_file_start_qossection();
     if (cp == nowhere)
         return 0;
     if (!write_special_classmap(class_ip_multicast, cp) ||

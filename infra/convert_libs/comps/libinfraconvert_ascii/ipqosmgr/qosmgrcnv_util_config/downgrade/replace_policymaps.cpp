@@ -20,7 +20,7 @@
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/mapdb.h"
 
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 
 namespace {
 
@@ -29,39 +29,39 @@ constexpr std::string_view classmap_header = "\nclass-map";
 constexpr std::string_view policymap_header = "\npolicy-map";
 
 // Start of the first line at or behind `from` that begins with `header`, else nowhere.
-position find_line(std::string_view header, position from) {
-    const position found = qoscnv_find(header, from);
+position_t find_line(std::string_view header, position_t from) {
+    const position_t found = qoscnv_find(header, from);
     return found == nowhere ? nowhere : found + newline_length;
 }
 
 // End of the last policy-map of the text, where nothing else marks it: the next stanza behind the
 // line that follows the last mention of a policy-map at or behind `from`.
-position behind_last_policymap(position from) {
-    position last = from;
-    for (position hit = from; (hit = qoscnv_find(keyword, hit)) != nowhere; hit++)
+position_t behind_last_policymap(position_t from) {
+    position_t last = from;
+    for (position_t hit = from; (hit = qoscnv_find(keyword, hit)) != nowhere; hit++)
         last = hit;
     return qoscnv_stanza_after(qoscnv_line_after(last));
 }
 
 // End of the group of policy-maps that begins at `group`, when no class-maps follow it. A "system
 // qos" ahead of the group does not end it.
-position end_of_group(position group, position system_qos) {
+position_t end_of_group(position_t group, position_t system_qos) {
     return system_qos != nowhere && system_qos > group ? system_qos : behind_last_policymap(group);
 }
 
 // Deletes both groups. `at` is then where the last one stood, nowhere when there was none.
-void qoscnv_delete_policymaps(position &at) {
+void qoscnv_delete_policymaps(position_t &at) {
     at = nowhere;
-    const position section = qoscnv_file_start_qossection();
-    const position first_group = find_line(policymap_header, section);
+    const position_t section = qoscnv_file_start_qossection();
+    const position_t first_group = find_line(policymap_header, section);
     if (first_group == nowhere)
         return;
-    const position classmaps_between = find_line(classmap_header, first_group);
-    const position second_group = find_line(policymap_header, classmaps_between);
-    const position system_qos = find_line("\nsystem qos", section);
+    const position_t classmaps_between = find_line(classmap_header, first_group);
+    const position_t second_group = find_line(policymap_header, classmaps_between);
+    const position_t system_qos = find_line("\nsystem qos", section);
 
     at = first_group;
-    const position first_end =
+    const position_t first_end =
         classmaps_between != nowhere ? classmaps_between : end_of_group(first_group, system_qos);
     // The second group goes first, while the positions still hold.
     if (second_group != nowhere) {
@@ -74,11 +74,11 @@ void qoscnv_delete_policymaps(position &at) {
 
 constexpr qoscnv_pass_t write_pass{"qoscnv_write_policymaps"};
 
-bool write_header(const char *name, position &at) {
+bool write_header(const char *name, position_t &at) {
     return write_pass.write(at, std::string(keyword) + ' ' + name + '\n');
 }
 
-bool write_class(const class_elem_t &cls, position &at) {
+bool write_class(const class_elem_t &cls, position_t &at) {
     if (!write_pass.write(at, std::string("  class ") + cls.name + '\n'))
         return false;
     for (const auto *action = cls.class_actions.first; action; action = action->next) {
@@ -88,7 +88,7 @@ bool write_class(const class_elem_t &cls, position &at) {
     return true;
 }
 
-bool write_policymap(const policymap_elem_t &pmap, position &at) {
+bool write_policymap(const policymap_elem_t &pmap, position_t &at) {
     write_pass.log("writing policy-map for %s\n", pmap.name);
     if (!write_header(pmap.name, at))
         return false;
@@ -99,7 +99,7 @@ bool write_policymap(const policymap_elem_t &pmap, position &at) {
     return true;
 }
 
-bool write_empty_policymaps(position &at) {
+bool write_empty_policymaps(position_t &at) {
     for (const auto *empty = empty_policymaps.first; empty; empty = empty->next) {
         write_pass.log("writing empty policy-map %s\n", empty->name);
         if (!write_header(empty->name, at))
@@ -110,7 +110,7 @@ bool write_empty_policymaps(position &at) {
 
 // Writes the policy-maps of the database at `at`, which moves behind them. Without a place for them
 // nothing is written.
-syserr_t qoscnv_write_policymaps(position &at) {
+syserr_t qoscnv_write_policymaps(position_t &at) {
     write_pass.log("Writing out policymaps from database ...\n");
     if (at == nowhere)
         return 0;
@@ -126,7 +126,7 @@ syserr_t qoscnv_write_policymaps(position &at) {
 } // namespace
 
 syserr_t qoscnv_replace_policymaps() {
-    position at = nowhere;
+    position_t at = nowhere;
     qoscnv_delete_policymaps(at);
     return qoscnv_write_policymaps(at);
 }

@@ -37,19 +37,19 @@ bool qoscnv_pass_t::fits(const engine::words_t &words) const {
     return !too_long || fits(*too_long);
 }
 
-bool qoscnv_pass_t::body_line_fits(engine::position cp) const {
+bool qoscnv_pass_t::body_line_fits(engine::position_t cp) const {
     return fits(qoscnv_getline(cp, engine::area_size + newline_length),
                 area_length - newline_length);
 }
 
-bool qoscnv_pass_t::write(engine::position &at, const std::string &composed) const {
+bool qoscnv_pass_t::write(engine::position_t &at, const std::string &composed) const {
     if (!fits(composed) || !qoscnv_insert_text(at, composed))
         return false;
     at += engine::length(composed);
     return true;
 }
 
-bool qoscnv_pass_t::overwrite(engine::position &at, uint32_t size,
+bool qoscnv_pass_t::overwrite(engine::position_t &at, uint32_t size,
                               const std::string &composed) const {
     if (!fits(composed) || !engine::replace_text(qoscnv_engine, at, size, composed))
         return false;

@@ -22,12 +22,12 @@ struct qoscnv_pass_t {
     // The same for the words of a scan.
     bool fits(const engine::words_t &words) const;
     // The same for the body line at `cp`, which must fit with its newline.
-    bool body_line_fits(engine::position cp) const;
+    bool body_line_fits(engine::position_t cp) const;
 
     // Inserts a composed text at `at`, which moves behind it. Returns false, with a message, when
     // the text does not fit its area or the insertion was refused.
-    [[nodiscard]] bool write(engine::position &at, const std::string &composed) const;
+    [[nodiscard]] bool write(engine::position_t &at, const std::string &composed) const;
     // The same in the place of the `size` bytes at `at`, which hold no zero byte.
-    [[nodiscard]] bool overwrite(engine::position &at, uint32_t size,
+    [[nodiscard]] bool overwrite(engine::position_t &at, uint32_t size,
                                  const std::string &composed) const;
 };

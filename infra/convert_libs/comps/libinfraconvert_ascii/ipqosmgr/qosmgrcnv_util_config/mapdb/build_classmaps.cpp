@@ -9,7 +9,7 @@
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/builder.h"
 
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 
 namespace {
 
@@ -24,7 +24,7 @@ uint8_t qos_group_of_name(std::string_view name) {
 }
 
 // Appends the match line at `cp` to `map`. Returns false with a message.
-bool add_match(classmap_elem_t &map, position cp) {
+bool add_match(classmap_elem_t &map, position_t cp) {
     const std::string line = qoscnv_linebuf(cp);
     if (!pass.body_line_fits(cp))
         return false;
@@ -42,7 +42,7 @@ bool add_match(classmap_elem_t &map, position cp) {
 
 // Reads the class-map whose keyword stands at `cp`, which moves behind its body. Returns false with
 // a message.
-bool build_classmap(position &cp) {
+bool build_classmap(position_t &cp) {
     pass.log("found class-map at byte %d\n", static_cast<int>(cp));
     std::string name;
     if (!qoscnv_read_map_name(pass, cp, "class-map %s", name))
@@ -66,7 +66,7 @@ bool build_classmap(position &cp) {
 } // namespace
 
 syserr_t qoscnv_build_classmaps_db() {
-    position cp = qoscnv_file_start_qossection();
+    position_t cp = qoscnv_file_start_qossection();
     while ((cp = qoscnv_find(keyword, cp)) != nowhere) {
         if (!build_classmap(cp))
             return engine::failure;

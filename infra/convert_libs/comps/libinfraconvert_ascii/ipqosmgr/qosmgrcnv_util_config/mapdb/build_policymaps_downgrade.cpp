@@ -12,7 +12,7 @@
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/builder.h"
 
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 using engine::scan_words;
 using engine::words_t;
 
@@ -23,7 +23,7 @@ class typed_builder_t final : public policymap_builder_t {
     typed_builder_t() : policymap_builder_t("qoscnv_build_policymaps_db_downgrade") {}
 
   private:
-    bool read_map_name(position keyword, std::string &name) override {
+    bool read_map_name(position_t keyword, std::string &name) override {
         const words_t words = scan_words(*qoscnv_engine.text, keyword, "policy-map type %s %s");
         if (!pass.fits(words))
             return false;
@@ -58,7 +58,7 @@ class typed_builder_t final : public policymap_builder_t {
 
 syserr_t qoscnv_build_policymaps_db_downgrade() {
     typed_builder_t builder;
-    position cp = qoscnv_file_start_qossection();
+    position_t cp = qoscnv_file_start_qossection();
     while ((cp = qoscnv_find("\npolicy-map", cp)) != nowhere) {
         cp += newline_length;
         if (!builder.build(cp))

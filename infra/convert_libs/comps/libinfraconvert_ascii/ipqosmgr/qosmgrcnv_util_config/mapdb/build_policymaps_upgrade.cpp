@@ -10,7 +10,7 @@
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/builder.h"
 
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 using engine::scan_words;
 using engine::words_t;
 
@@ -28,7 +28,7 @@ class untyped_builder_t final : public policymap_builder_t {
     }
 
   private:
-    bool read_map_name(position keyword, std::string &name) override {
+    bool read_map_name(position_t keyword, std::string &name) override {
         return qoscnv_read_map_name(pass, keyword, "policy-map %s", name);
     }
 
@@ -70,7 +70,7 @@ class untyped_builder_t final : public policymap_builder_t {
 
 syserr_t qoscnv_build_policymaps_db_upgrade() {
     untyped_builder_t builder;
-    position cp = qoscnv_file_start_qossection();
+    position_t cp = qoscnv_file_start_qossection();
     while ((cp = qoscnv_find("policy-map", cp)) != nowhere) {
         if (!builder.build(cp))
             return engine::failure;

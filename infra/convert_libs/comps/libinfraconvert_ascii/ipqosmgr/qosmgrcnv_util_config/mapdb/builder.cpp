@@ -6,11 +6,11 @@
 
 #include <cstdlib>
 
-using engine::position;
+using engine::position_t;
 using engine::scan_words;
 using engine::words_t;
 
-bool qoscnv_read_map_name(const qoscnv_pass_t &pass, position keyword, const char *pattern,
+bool qoscnv_read_map_name(const qoscnv_pass_t &pass, position_t keyword, const char *pattern,
                           std::string &name) {
     const words_t words = scan_words(*qoscnv_engine.text, keyword, pattern);
     if (!pass.fits(words))
@@ -48,7 +48,7 @@ class_elem_t *policymap_builder_t::append_class(policymap_elem_t &pmap,
     return cls;
 }
 
-bool policymap_builder_t::build(position &cp) {
+bool policymap_builder_t::build(position_t &cp) {
     pass.log("found policy-map at byte %d\n", static_cast<int>(cp));
     std::string name;
     if (!read_map_name(cp, name))
@@ -68,7 +68,7 @@ bool policymap_builder_t::build(position &cp) {
 }
 
 // Reads the class at `cp`, which moves behind its actions.
-bool policymap_builder_t::build_class(policymap_elem_t &pmap, position &cp) {
+bool policymap_builder_t::build_class(policymap_elem_t &pmap, position_t &cp) {
     const std::string line = qoscnv_linebuf(cp);
     if (!pass.body_line_fits(cp))
         return false;
@@ -90,7 +90,7 @@ bool policymap_builder_t::build_class(policymap_elem_t &pmap, position &cp) {
 }
 
 // Reads the actions at `cp`, which moves to the next class or behind the body.
-bool policymap_builder_t::build_actions(policymap_elem_t &pmap, class_elem_t &cls, position &cp) {
+bool policymap_builder_t::build_actions(policymap_elem_t &pmap, class_elem_t &cls, position_t &cp) {
     for (; qoscnv_in_body(cp); cp = qoscnv_line_after(cp)) {
         const std::string line = qoscnv_linebuf(cp);
         if (line.empty())

@@ -4,7 +4,7 @@
 
 #include "ipqosmgr/qosmgrcnv_util_config/language/mtu.h"
 
-using engine::position;
+using engine::position_t;
 
 namespace {
 
@@ -34,7 +34,7 @@ void move_special_classes_to_head(const typed_policymap_writer_t &writer, policy
     }
 }
 
-bool write_action(const typed_policymap_writer_t &writer, const char *action, position &at) {
+bool write_action(const typed_policymap_writer_t &writer, const char *action, position_t &at) {
     const char *behind_mtu = qoscnv_behind_mtu(action);
     if (!behind_mtu)
         return writer.pass.write(at, action);
@@ -46,7 +46,7 @@ bool write_action(const typed_policymap_writer_t &writer, const char *action, po
     return writer.pass.write(at, converted);
 }
 
-bool write_class(const typed_policymap_writer_t &writer, const class_elem_t &cls, position &at) {
+bool write_class(const typed_policymap_writer_t &writer, const class_elem_t &cls, position_t &at) {
     const std::string line =
         std::string("  class ") + qoscnv_type_words(writer.type) + ' ' + cls.name + '\n';
     if (!writer.pass.write(at, line))
@@ -71,7 +71,7 @@ bool qoscnv_begin_typed_policymap(const typed_policymap_writer_t &writer,
 }
 
 syserr_t qoscnv_write_typed_policymap(const typed_policymap_writer_t &writer,
-                                      policymap_elem_t &pmap, position at) {
+                                      policymap_elem_t &pmap, position_t at) {
     const std::string header =
         std::string("policy-map ") + qoscnv_type_words(writer.type) + ' ' + pmap.name + '\n';
     if (!writer.pass.write(at, header))

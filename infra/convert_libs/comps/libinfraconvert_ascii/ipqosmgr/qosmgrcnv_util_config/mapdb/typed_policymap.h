@@ -24,4 +24,4 @@ bool qoscnv_begin_typed_policymap(const typed_policymap_writer_t &writer,
 // Writes the classes and actions of `pmap` that have the type at `at`, under a header. Moves the
 // special classes of exactly that type to the head of the record's list, for good. Returns 0 or -1.
 syserr_t qoscnv_write_typed_policymap(const typed_policymap_writer_t &writer,
-                                      policymap_elem_t &pmap, engine::position at);
+                                      policymap_elem_t &pmap, engine::position_t at);

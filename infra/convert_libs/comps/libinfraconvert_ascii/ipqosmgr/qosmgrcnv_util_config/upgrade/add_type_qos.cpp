@@ -6,7 +6,7 @@
 
 using engine::length;
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 
 namespace {
 
@@ -17,7 +17,7 @@ constexpr qoscnv_pass_t classmap_pass{"qoscnv_add_type_qos_to_classmaps"};
 bool mark(const qoscnv_pass_t &pass, std::string_view keyword) {
     constexpr uint32_t blank_length = 1;
     const std::string line_start = '\n' + std::string(keyword);
-    position found = qoscnv_file_start_qossection();
+    position_t found = qoscnv_file_start_qossection();
     while ((found = qoscnv_find(line_start, found)) != nowhere) {
         pass.log("found %s at byte %d\n", keyword.data(), static_cast<int>(found));
         found += length(line_start) + blank_length;
@@ -32,10 +32,10 @@ bool mark(const qoscnv_pass_t &pass, std::string_view keyword) {
 syserr_t qoscnv_add_type_qos_to_classmaps() {
     if (!mark(classmap_pass, "class-map"))
         return engine::failure;
-    const position section = qoscnv_file_start_qossection();
+    const position_t section = qoscnv_file_start_qossection();
     if (section == nowhere)
         return 0;
-    position top = section + newline_length;
+    position_t top = section + newline_length;
     for (const auto *map = classmaps.first; map; map = map->next) {
         if (!qoscnv_is_special_class(map->name))
             continue;

@@ -16,7 +16,7 @@
 
 using engine::length;
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 using engine::scan_words;
 using engine::words_t;
 
@@ -29,24 +29,24 @@ constexpr uint32_t blank_length = 1;
 
 // The body of the policy-map.
 struct body_t {
-    position first; // of its lines
-    position end;
+    position_t first; // of its lines
+    position_t end;
 };
 
-body_t body_of(position header) {
-    const position next = qoscnv_find("policy-map", header + 1);
+body_t body_of(position_t header) {
+    const position_t next = qoscnv_find("policy-map", header + 1);
     return {qoscnv_line_after(header), next != nowhere ? next : qoscnv_stanza_after(header)};
 }
 
 // A class line that has just been marked "type qos".
 struct class_line_t {
     std::string name;
-    position behind_line;  // start of the line behind it, before it was marked
-    position behind_class; // behind "class" and its blank
+    position_t behind_line;  // start of the line behind it, before it was marked
+    position_t behind_class; // behind "class" and its blank
 };
 
 // Marks the class line at `line`. Returns false with a message.
-bool mark_class(const qoscnv_pass_t &pass, position line, class_line_t &marked) {
+bool mark_class(const qoscnv_pass_t &pass, position_t line, class_line_t &marked) {
     const words_t found = scan_words(*qoscnv_engine.text, line, "  class %s");
     if (!pass.fits(found))
         return false;
@@ -54,7 +54,7 @@ bool mark_class(const qoscnv_pass_t &pass, position line, class_line_t &marked) 
         return pass.give_up("unexpected format for class; aborting");
     marked.behind_line = qoscnv_line_after(line);
     pass.log("found class name %s\n", found.word[0].c_str());
-    const position keyword = qoscnv_find(class_keyword, line);
+    const position_t keyword = qoscnv_find(class_keyword, line);
     if (keyword == nowhere)
         return pass.give_up("unexpected error during class processing; aborting");
     marked.behind_class = keyword + length(class_keyword) + blank_length;
@@ -70,7 +70,7 @@ bool mark_class(const qoscnv_pass_t &pass, position line, class_line_t &marked) 
 }
 
 // The next class line that does not lie behind the end of the body, else nowhere.
-position next_class(const class_line_t &cls, position body_end) {
+position_t next_class(const class_line_t &cls, position_t body_end) {
     return qoscnv_find(class_line_start, cls.behind_class, body_end + 1);
 }
 
@@ -79,7 +79,7 @@ std::string set_qos_group_line(uint8_t group) {
 }
 
 // Writes the line of a special class at `at`, which moves behind it.
-bool put_back(const qoscnv_pass_t &pass, std::string_view name, position &at) {
+bool put_back(const qoscnv_pass_t &pass, std::string_view name, position_t &at) {
     pass.log("inserting %s back into policy\n", name.data());
     return pass.write(at, "  class type qos " + std::string(name) + '\n');
 }
@@ -116,10 +116,10 @@ class alteration_t {
         }
         remember(cls.name, group);
         body.end += length(type_mark);
-        const position next = next_class(cls, body.end);
+        const position_t next = next_class(cls, body.end);
         done = next == nowhere;
-        const position end = done ? body.end : next;
-        const position actions = special ? cp : qoscnv_line_after(cls.behind_class);
+        const position_t end = done ? body.end : next;
+        const position_t actions = special ? cp : qoscnv_line_after(cls.behind_class);
         if (actions > end)
             return pass.give_up("unexpected format for class; aborting");
         remove(actions, end - actions);
@@ -136,7 +136,7 @@ class alteration_t {
         return true;
     }
 
-    bool set_group(const class_line_t &cls, position actions, uint8_t group) {
+    bool set_group(const class_line_t &cls, position_t actions, uint8_t group) {
         cp = actions;
         if (!pmap.sysqos)
             return true;
@@ -147,7 +147,7 @@ class alteration_t {
         return true;
     }
 
-    void remove(position from, uint32_t size) {
+    void remove(position_t from, uint32_t size) {
         qoscnv_delete_text(from, size);
         body.end -= size;
     }
@@ -179,14 +179,14 @@ class alteration_t {
     bool put_special_back(std::string_view name, uint8_t group) {
         if (group == qos_group_unassigned)
             return true;
-        position at = body.first;
+        position_t at = body.first;
         return put_back(pass, name, at) &&
                (!pmap.sysqos || pass.write(at, set_qos_group_line(group)));
     }
 
     const policymap_elem_t &pmap;
     body_t body;
-    position cp; // the class at hand
+    position_t cp; // the class at hand
     bool done = false;
     uint8_t ip_multicast_group = qos_group_unassigned;
     uint8_t all_flood_group = qos_group_unassigned;
@@ -199,7 +199,7 @@ class marking_t {
 
     // Returns false with a message.
     bool run() {
-        for (position cp = body.first; cp != nowhere && cp < body.end;) {
+        for (position_t cp = body.first; cp != nowhere && cp < body.end;) {
             if (!mark_next(cp))
                 return false;
         }
@@ -211,7 +211,7 @@ class marking_t {
 
   private:
     // Marks the class at `cp`, which moves to the next one.
-    bool mark_next(position &cp) {
+    bool mark_next(position_t &cp) {
         class_line_t cls;
         if (!mark_class(pass, cp, cls))
             return false;
@@ -231,7 +231,7 @@ class marking_t {
     }
 
     bool put_special_back(std::string_view name, bool seen) {
-        position at = body.first;
+        position_t at = body.first;
         return !seen || put_back(pass, name, at);
     }
 
@@ -244,7 +244,7 @@ class marking_t {
 
 syserr_t qoscnv_alter_existing_policymap(const policymap_elem_t &pmap,
                                          policymap_headers_t &headers) {
-    position header = nowhere;
+    position_t header = nowhere;
     const bool altered = headers.find(alteration_t::pass, pmap.name, header) &&
                          (header == nowhere || alteration_t(pmap, body_of(header)).run());
     return altered ? 0 : engine::failure;
@@ -252,7 +252,7 @@ syserr_t qoscnv_alter_existing_policymap(const policymap_elem_t &pmap,
 
 syserr_t qoscnv_alter_existing_type_qos_policymap(const policymap_elem_t &pmap,
                                                   policymap_headers_t &headers) {
-    position header = nowhere;
+    position_t header = nowhere;
     const bool marked = headers.find(marking_t::pass, pmap.name, header) &&
                         (header == nowhere || marking_t(body_of(header)).run());
     return marked ? 0 : engine::failure;

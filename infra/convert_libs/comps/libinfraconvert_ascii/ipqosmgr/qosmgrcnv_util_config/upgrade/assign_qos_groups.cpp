@@ -8,7 +8,7 @@
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
 
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 using engine::scan_words;
 using engine::words_t;
 
@@ -18,12 +18,12 @@ constexpr qoscnv_pass_t pass{"qoscnv_assign_qosgrp_to_sysqos_policy"};
 
 // Finds the first attachment under "system qos". Returns its position, or nowhere when there is
 // nothing attached.
-position find_attachment(position system_qos) {
-    const position stanza = system_qos + newline_length;
-    const position end = qoscnv_stanza_after(stanza);
+position_t find_attachment(position_t system_qos) {
+    const position_t stanza = system_qos + newline_length;
+    const position_t end = qoscnv_stanza_after(stanza);
     pass.log("start of stanza: byte %d, end of stanza: byte %d\n", static_cast<int>(stanza),
              static_cast<int>(end));
-    const position attachment = qoscnv_find("service-policy", stanza);
+    const position_t attachment = qoscnv_find("service-policy", stanza);
     if (attachment == nowhere) {
         pass.log("no more service-policies in the configuration\n");
         return nowhere;
@@ -37,7 +37,7 @@ position find_attachment(position system_qos) {
 }
 
 // The policy-map record that `attachment` names; null with a message.
-policymap_elem_t *attached_policymap(position attachment) {
+policymap_elem_t *attached_policymap(position_t attachment) {
     const words_t words = scan_words(*qoscnv_engine.text, attachment, "service-policy %s\n");
     if (!pass.fits(words))
         return nullptr;
@@ -118,13 +118,13 @@ class numbering_t {
 } // namespace
 
 syserr_t qoscnv_assign_qosgrp_to_sysqos_policy() {
-    const position system_qos = qoscnv_find("\nsystem qos", 0);
+    const position_t system_qos = qoscnv_find("\nsystem qos", 0);
     if (system_qos == nowhere) {
         qoscnv_db_print_policymaps();
         return 0;
     }
     pass.log("found system qos at byte %d\n", static_cast<int>(system_qos));
-    const position attachment = find_attachment(system_qos);
+    const position_t attachment = find_attachment(system_qos);
     if (attachment == nowhere)
         return 0;
     policymap_elem_t *pmap = attached_policymap(attachment);

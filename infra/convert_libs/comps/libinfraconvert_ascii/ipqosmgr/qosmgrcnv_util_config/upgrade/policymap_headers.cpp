@@ -9,7 +9,7 @@
 
 using engine::length;
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 using engine::scan_words;
 using engine::words_t;
 
@@ -20,7 +20,7 @@ constexpr uint32_t overlap = length(line_start) - 1;
 
 } // namespace
 
-void policymap_headers_t::start_at(position section) {
+void policymap_headers_t::start_at(position_t section) {
     walking = true;
     next = section;
     passed_by.clear();
@@ -28,7 +28,7 @@ void policymap_headers_t::start_at(position section) {
     places_known = true;
 }
 
-void policymap_headers_t::pass_by(const std::string &name, position header) {
+void policymap_headers_t::pass_by(const std::string &name, position_t header) {
     if (passed_by.empty())
         first_header = header;
     passed_by.emplace(name, header - moved);
@@ -36,9 +36,9 @@ void policymap_headers_t::pass_by(const std::string &name, position header) {
 }
 
 bool policymap_headers_t::find(const qoscnv_pass_t &pass, const std::string &name,
-                               position &header) {
+                               position_t &header) {
     pass.log("Altering existing policy-map %s to be of type qos ...\n", name.c_str());
-    const position section = qoscnv_file_start_qossection();
+    const position_t section = qoscnv_file_start_qossection();
     if (!walking || engine::log_is_on(qoscnv_engine))
         start_at(section);
     if (const auto passed = passed_by.find(name); passed != passed_by.end()) {
@@ -48,7 +48,8 @@ bool policymap_headers_t::find(const qoscnv_pass_t &pass, const std::string &nam
         }
         start_at(section);
     }
-    for (position found = next; (found = qoscnv_find(line_start, found)) != nowhere; found = next) {
+    for (position_t found = next; (found = qoscnv_find(line_start, found)) != nowhere;
+         found = next) {
         pass.log("found policy-map at byte %d\n", static_cast<int>(found));
         header = found + newline_length;
         const words_t words = scan_words(*qoscnv_engine.text, header, "policy-map type qos %s");
@@ -81,9 +82,9 @@ void policymap_headers_t::edited(const engine::edit_t &edit) {
     places_known &= qoscnv_engine.text->at(first_header - newline_length) == '\n';
     // A header that came with the edit has not been looked at. One right behind an insertion at a
     // line start has: only its newline is new.
-    const position behind = edit.at + edit.inserted;
+    const position_t behind = edit.at + edit.inserted;
     const bool at_line_start = edit.removed == 0 && qoscnv_engine.text->at(edit.at - 1) == '\n';
-    const position from = edit.at - std::min(edit.at, overlap);
+    const position_t from = edit.at - std::min(edit.at, overlap);
     if (qoscnv_find(line_start, from, at_line_start ? behind - newline_length : behind) != nowhere)
         walking = false;
 }

@@ -21,20 +21,20 @@ class policymap_headers_t final : engine::edit_watcher_t {
     // Finds the header line of the type qos policy-map `name` for `pass`: nowhere in `header` when
     // the text has none. Returns false, with a message, at a header in front of it that is not of
     // type qos.
-    bool find(const qoscnv_pass_t &pass, const std::string &name, engine::position &header);
+    bool find(const qoscnv_pass_t &pass, const std::string &name, engine::position_t &header);
 
   private:
     void edited(const engine::edit_t &edit) override;
-    void start_at(engine::position section);
-    void pass_by(const std::string &name, engine::position header);
+    void start_at(engine::position_t section);
+    void pass_by(const std::string &name, engine::position_t header);
 
     // What the walk behind `next` builds on: the headers in front of it are of type qos.
     bool walking = false;
-    engine::position next = 0;
+    engine::position_t next = 0;
     // Their names, each with the place of its first header, less what edits in front of all headers
     // have moved them by. Edits between them leave only the names true.
-    std::unordered_map<std::string, engine::position> passed_by;
-    engine::position first_header = 0;
+    std::unordered_map<std::string, engine::position_t> passed_by;
+    engine::position_t first_header = 0;
     uint32_t moved = 0;
     bool places_known = false;
 };

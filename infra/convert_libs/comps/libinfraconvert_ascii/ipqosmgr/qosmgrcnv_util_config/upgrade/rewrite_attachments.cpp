@@ -12,7 +12,7 @@
 
 using engine::length;
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 using engine::scan_words;
 using engine::words_t;
 
@@ -30,7 +30,7 @@ struct attachment_t {
 };
 
 // Reads the attachment whose word "service-policy" stands at `word`. Returns false with a message.
-bool read_attachment(position word, attachment_t &attachment) {
+bool read_attachment(position_t word, attachment_t &attachment) {
     const std::string line = qoscnv_getline(word, engine::area_size + newline_length);
     if (!pass.fits(line))
         return false;
@@ -59,11 +59,11 @@ bool read_attachment(position word, attachment_t &attachment) {
 // Walks the attachments behind the start of the QoS section.
 class rewriting_t {
   public:
-    explicit rewriting_t(position section) : cp(section), stanza_end(section) {}
+    explicit rewriting_t(position_t section) : cp(section), stanza_end(section) {}
 
     // Returns false with a message.
     bool run() {
-        position found = cp;
+        position_t found = cp;
         while ((found = qoscnv_find(attachment_line_start, found)) != nowhere) {
             pass.log("found service-policy at byte %d\n", static_cast<int>(found));
             if (!rewrite(found))
@@ -75,8 +75,8 @@ class rewriting_t {
 
   private:
     // Rewrites the attachment behind the newline at `newline`.
-    bool rewrite(position newline) {
-        const position line = newline + newline_length;
+    bool rewrite(position_t newline) {
+        const position_t line = newline + newline_length;
         if (newline >= stanza_end) {
             stanza_end = qoscnv_stanza_after(line);
             wrote_qos = false;
@@ -138,8 +138,8 @@ class rewriting_t {
         return true;
     }
 
-    position cp;             // behind the last line written
-    position stanza_end;     // of the stanza that holds the attachment at hand
+    position_t cp;           // behind the last line written
+    position_t stanza_end;   // of the stanza that holds the attachment at hand
     uint32_t old_length = 0; // of its line, while nothing is written in the place of that
     bool wrote_qos = false;
     std::string composed; // written last; here, so that its memory serves the next one
@@ -148,6 +148,6 @@ class rewriting_t {
 } // namespace
 
 syserr_t qoscnv_rewrite_attachments() {
-    const position section = qoscnv_file_start_qossection();
+    const position_t section = qoscnv_file_start_qossection();
     return section == nowhere || rewriting_t(section).run() ? 0 : engine::failure;
 }

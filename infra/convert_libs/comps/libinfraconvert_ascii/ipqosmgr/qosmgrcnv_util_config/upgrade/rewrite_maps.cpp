@@ -7,7 +7,7 @@
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/upgrade.h"
 
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 
 namespace {
 
@@ -34,7 +34,7 @@ syserr_t qoscnv_create_qosgrp_policymap(policymap_elem_t &pmap, uint8_t type,
     if (!qoscnv_begin_typed_policymap(writer, pmap))
         return engine::failure;
     const stanza_ends_t ends = qoscnv_find_stanza_ends(policymap_pass, headers);
-    const position at = ends.insertion_point(type);
+    const position_t at = ends.insertion_point(type);
     if (at == nowhere) {
         policymap_pass.log("Could not find policy-maps; aborting\n");
         return engine::failure;

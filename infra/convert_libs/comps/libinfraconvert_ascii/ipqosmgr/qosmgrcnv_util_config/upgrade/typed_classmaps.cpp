@@ -14,7 +14,7 @@
 
 using engine::length;
 using engine::nowhere;
-using engine::position;
+using engine::position_t;
 
 namespace {
 
@@ -27,15 +27,15 @@ constexpr int number_no_classmap = 618;
 enum type_t : size_t { qos, queuing, unified_fabric };
 constexpr const char *type_names[] = {"qos", "queuing", "unified-fabric"};
 
-position end_of_stanzas(const qoscnv_pass_t &for_pass, type_t type, last_headers_t &headers) {
+position_t end_of_stanzas(const qoscnv_pass_t &for_pass, type_t type, last_headers_t &headers) {
     for_pass.log("Finding end of type %s stanzas ...\n", type_names[type]);
     return qoscnv_behind_last_stanza(headers.by_type, type);
 }
 
 // Where the typed class-maps of one policy go.
 struct place_t {
-    position qos;   // behind the last class-map of type qos
-    position point; // behind what was written last
+    position_t qos;   // behind the last class-map of type qos
+    position_t point; // behind what was written last
 };
 
 // True when the class-map still has to be written: `map` is then its record, or null when there is
@@ -132,7 +132,7 @@ last_headers_t::last_headers_t(const char *kind_word, const std::string &header)
                                {type_names[qos], type_names[queuing], type_names[unified_fabric]}) {
 }
 
-position stanza_ends_t::insertion_point(uint8_t type) const {
+position_t stanza_ends_t::insertion_point(uint8_t type) const {
     if (type == QOSCNV_TYPE_UF && unified_fabric != nowhere)
         return unified_fabric;
     return queuing != nowhere ? queuing : qos;

@@ -19,10 +19,10 @@ struct last_headers_t {
 // Positions behind the last stanza of each type; nowhere for a type that has none, or when no
 // stanza follows.
 struct stanza_ends_t {
-    engine::position qos, queuing, unified_fabric;
+    engine::position_t qos, queuing, unified_fabric;
 
     // Where new stanzas of `type` go; nowhere without any stanza to go behind.
-    engine::position insertion_point(uint8_t type) const;
+    engine::position_t insertion_point(uint8_t type) const;
 };
 
 // Finds the ends of the stanzas for the pass `pass`.

@@ -7,7 +7,7 @@
 namespace platform {
 
 // srg_sw_ver_file_get(); the empty text in place of a null one.
-const char *release_text(const char *path);
+const char *release_in_file(const char *path);
 
 // pss2_destroy()
 syserr_t destroy_store(const char *locator);
