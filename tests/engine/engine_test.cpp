@@ -10,8 +10,10 @@
 #include "satmgr/satcnv_engine.h"
 #include "support/converter_process.h"
 
+#include <array>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <random>
 #include <unistd.h>
 #include <utility>
 
@@ -177,6 +179,45 @@ TEST(edits, removal_goes_on_until_nothing_is_left) {
         load(qoscnv_engine, row.text);
         EXPECT_EQ(qoscnv_remove_regexp(row.wanted, row.before, row.after), 0u);
         EXPECT_EQ(text_of(qoscnv_engine), row.result) << row.text;
+    }
+}
+
+// The removal as passes over the whole text.
+std::string removed_in_passes(std::string text, const std::string &wanted, int before, int after) {
+    const auto find = [&](size_t from) {
+        return text.substr(0, text.find('\0', from)).find(wanted, from);
+    };
+    for (bool found = true; found;) {
+        found = false;
+        for (size_t at = 0; (at = find(at)) != text.npos; found = true) {
+            const int first = static_cast<int>(at) - before;
+            const int end = first + before + after + static_cast<int>(wanted.size());
+            const size_t size = text.size(), start = static_cast<size_t>(std::max(first, 0));
+            if (end > first && end > 0 && start < size)
+                text.erase(start, static_cast<size_t>(end) - start);
+            if (text.size() == size)
+                return text;
+        }
+    }
+    return text;
+}
+
+TEST(edits, removal_ends_as_passes_over_the_whole_text_do) {
+    std::mt19937 random(1);
+    const auto below = [&](size_t limit) { return random() % limit; };
+    for (int i = 0; i < 2000; i++) {
+        const std::string_view letters = i % 3 ? "aab" : std::string_view("aabababaabab\0", 13);
+        std::string text;
+        for (size_t length = 1 + below(40); length > 0; length--)
+            text += letters[below(letters.size())];
+        const std::string wanted = std::array{"ab", "aab", "aba", "ba"}[below(4)];
+        const int before = std::array{0, 1, 4, -1, -2}[below(5)],
+                  after = std::array{0, 1, 3}[below(3)];
+        load(qoscnv_engine, text);
+        qoscnv_remove_regexp(wanted.c_str(), static_cast<uint32_t>(before),
+                             static_cast<uint32_t>(after));
+        ASSERT_EQ(text_of(qoscnv_engine), removed_in_passes(text, wanted, before, after))
+            << text << ' ' << wanted << ' ' << before << ' ' << after;
     }
 }
 

@@ -50,6 +50,10 @@ class random_watchers_t : public testing::TestWithParam<uint32_t> {
         ASSERT_EQ(from_start.from(0), npiv_find(0));
         ASSERT_EQ(last.find(0), last_of("aba"));
         ASSERT_EQ(last.find(1), last_of("abba"));
+        const position_t hit = last_of("aba"), hit_at_line = last_of("\nab");
+        ASSERT_EQ(last.stanza_behind(0), hit == nowhere ? nowhere : npiv_goto_nextstanza(hit));
+        ASSERT_EQ(last_at_line.stanza_behind(0),
+                  hit_at_line == nowhere ? nowhere : npiv_goto_nextstanza(hit_at_line + 1));
     }
 
     static position_t npiv_find(position_t at) { return engine::find(npiv_engine, wanted, at); }
@@ -57,6 +61,7 @@ class random_watchers_t : public testing::TestWithParam<uint32_t> {
     std::mt19937 random{GetParam()};
     engine::search_ahead_t ahead{npiv_engine, wanted}, from_start{npiv_engine, wanted};
     engine::last_hits_t last{npiv_engine, "ab", {"a", "ba"}};
+    engine::last_hits_t last_at_line{npiv_engine, "\n", {"ab"}};
 };
 
 TEST_P(random_watchers_t, know_what_a_search_would_find) {

@@ -23,14 +23,34 @@ constexpr size_t flush_above = 1000; // characters of stanzas that are inserted 
 
 bool belongs_to_stanza(const std::string &line) { return line[0] == ' ' || line[1] == ' '; }
 
+// What a look through a stanza has shown, for the next "vlan " in it: whoever comes to the end of a
+// line from `from` on may go on at `to`. Not with the log on, which shows every line looked at.
+struct seen_t {
+    position_t from = 0, to = 0;
+
+    bool holds(position_t behind) const {
+        return from <= behind && behind < to && assoc_engine.text->at(behind) == '\n' &&
+               !engine::log_is_on(assoc_engine);
+    }
+    void move(uint32_t by) {
+        from += by;
+        to += by;
+    }
+};
+
 // Looks for the "fcoe" line of the stanza whose "vlan " stands at `cp`, and removes it with the
 // newline in front of it.
-bool assoc_vlan_fcoe_enabled(position_t cp) {
+bool assoc_vlan_fcoe_enabled(position_t cp, seen_t &seen) {
     assoc_line_t line = assoc_getline(cp);
     if (line.found)
         assoc_log("\n <%s> \n", line.text.c_str());
     position_t behind = cp + line.newlines_in_front + line.length;
+    if (seen.holds(behind))
+        behind = seen.to;
+    else
+        seen.from = behind;
     for (;;) {
+        seen.to = behind;
         line = assoc_getline(behind);
         if (!line.found || !belongs_to_stanza(line.text))
             return false;
@@ -105,13 +125,15 @@ uint32_t assoc_update_ascii_vlan(position_t cp) {
 syserr_t assoc_convert_ascii() {
     assoc_log("Calling %s() ...\n", __func__);
     position_t vlan = 0;
+    seen_t seen;
     while ((vlan = assoc_find(vlan_word, vlan)) != nowhere) {
-        if (assoc_vlan_fcoe_enabled(vlan)) {
+        if (assoc_vlan_fcoe_enabled(vlan, seen)) {
             assoc_log("     -->fcoe enabled\n");
             const uint32_t inserted = assoc_update_ascii_vlan(vlan);
             if (inserted == nowhere)
                 return engine::failure;
             vlan += inserted;
+            seen.move(inserted);
         } else {
             assoc_log("     -->not fcoe enabled \n");
         }

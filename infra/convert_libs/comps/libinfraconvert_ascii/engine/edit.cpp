@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 namespace engine {
 
@@ -41,24 +42,76 @@ struct removal_t {
     uint32_t before, length;
 };
 
-// One pass over the text behind `from`. Each search goes on at the position of the last occurrence,
-// which may then stand inside the text that followed it, so that an occurrence can be left over
-// there or where a removal joined two texts. Returns where the first of these may begin, nowhere
-// when there is none.
-position_t remove_once_through(engine_t &e, const removal_t &removal, position_t from) {
-    position_t left_over = nowhere;
-    for (position_t at = from; (at = e.text->find(removal.wanted, at)) != nowhere;) {
-        const uint32_t size_before = e.text->size();
-        delete_text(e, at - removal.before, removal.length);
-        if (e.text->size() == size_before) // the same occurrence would be found for ever
-            return nowhere;
-        const auto reach = static_cast<position_t>(removal.before + removal.wanted.size());
-        const position_t joined = is_negative(reach) ? at : at - std::min(at, reach);
-        if (left_over == nowhere && e.text->find(removal.wanted, joined, at) != nowhere)
-            left_over = joined;
+// Where an occurrence may begin.
+struct window_t {
+    position_t from, before;
+};
+
+// One pass over what begins in `windows`. The search goes on at the position of the last
+// occurrence, which may then stand inside the text that followed it, so that an occurrence can be
+// left over there or where a removal joined two texts. Returns where that is so.
+class removal_pass_t {
+  public:
+    removal_pass_t(engine_t &engine, const removal_t &removal) : e(engine), wanted(removal) {}
+
+    std::vector<window_t> run(const std::vector<window_t> &windows) {
+        at = windows.front().from;
+        for (const window_t &window : windows) {
+            const position_t from = std::max(at, moved(window.from));
+            if (from > e.text->end(at) || !sweep(from, window.before))
+                break;
+        }
+        return std::move(left_over);
     }
-    return left_over;
-}
+
+  private:
+    // Where the place is by now, or what follows it when it went.
+    position_t moved(position_t place) const { return place - std::min(place, removed); }
+
+    // Removes what begins in [from, before), a place counted as when the pass began. Returns false
+    // when nothing could be removed: the same occurrence would be found for ever.
+    bool sweep(position_t from, position_t before) {
+        if (before != nowhere)
+            before = moved(before);
+        for (position_t hit; (hit = e.text->find(wanted.wanted, from, before)) != nowhere;
+             from = at) {
+            at = hit;
+            const position_t visible = e.text->end(at);
+            const uint32_t gone = remove();
+            if (gone == 0) {
+                left_over.clear();
+                return false;
+            }
+            removed += gone;
+            // A zero byte that went hid text that no pass has looked at.
+            if (e.text->end(at) > visible - std::min(visible, gone))
+                before = nowhere;
+            else if (before != nowhere)
+                before = std::max(before - std::min(before, gone), behind_kept());
+        }
+        return true;
+    }
+
+    // Returns how many bytes went.
+    uint32_t remove() {
+        const uint32_t size_before = e.text->size();
+        delete_text(e, at - wanted.before, wanted.length);
+        const auto reach = static_cast<position_t>(wanted.before + wanted.wanted.size());
+        const position_t joined = is_negative(reach) ? at : at - std::min(at, reach);
+        if (e.text->find(wanted.wanted, joined, at) != nowhere)
+            left_over.push_back({joined, at});
+        return size_before - e.text->size();
+    }
+
+    // What is kept of an occurrence may begin another one together with what followed it.
+    position_t behind_kept() const { return is_negative(wanted.before) ? at - wanted.before : 0; }
+
+    engine_t &e;
+    const removal_t &wanted;
+    position_t at = 0;    // of the last occurrence
+    uint32_t removed = 0; // so far
+    std::vector<window_t> left_over;
+};
 
 } // namespace
 
@@ -109,8 +162,9 @@ syserr_t remove_regexp(engine_t &e, const char *wanted, uint32_t extra_before_ch
         return 0;
     const removal_t removal = {wanted, extra_before_chars,
                                length + extra_before_chars + extra_after_chars};
-    for (position_t from = 0; from < e.text->end(0);)
-        from = remove_once_through(e, removal, from);
+    std::vector<window_t> windows = {{0, nowhere}};
+    while (!windows.empty() && windows.front().from < e.text->end(0))
+        windows = removal_pass_t(e, removal).run(windows);
     return 0;
 }
 

@@ -71,7 +71,7 @@ last_hits_t::last_hits_t(engine_t &watched, const std::string &common,
 // Takes the last hit that begins in [from, before), if there is one.
 void last_hits_t::search(hit_t &hit, position_t from, position_t before) {
     for (; (from = engine::find(e, hit.wanted, from, before)) != nowhere; from++)
-        hit.at = from;
+        hit.at = hit.clear_to = from;
 }
 
 position_t last_hits_t::find(size_t ending) {
@@ -83,6 +83,18 @@ position_t last_hits_t::find(size_t ending) {
         end = end_of_text(e, 0);
     }
     return hit.at;
+}
+
+position_t last_hits_t::stanza_behind(size_t ending) {
+    hit_t &hit = hits[ending];
+    if (find(ending) == nowhere)
+        return nowhere;
+    const position_t line = hit.wanted.front() == '\n' ? hit.at + 1 : hit.at;
+    const position_t stanza = goto_nextstanza(e, std::max(line, hit.clear_to));
+    // A stanza begins behind a newline, from which it is found again.
+    const position_t last_newline = (stanza == nowhere ? end_of_text(e, line) : stanza) - 1;
+    hit.clear_to = std::max(line, last_newline);
+    return stanza;
 }
 
 // Few edits bring a hit, so they are looked at for what all have in common.
@@ -102,12 +114,16 @@ void last_hits_t::edited(const edit_t &edit) {
 
 void last_hits_t::update(hit_t &hit, const edit_t &edit, bool may_bring) {
     const bool in_front = hit.at != nowhere && edit.behind_removed() <= hit.at;
-    if (in_front)
+    if (in_front) {
         hit.at += edit.shift();
-    else if (hit.at != nowhere && edit.at < hit.at + hit.wanted.size())
+        hit.clear_to += edit.shift();
+    } else if (hit.at != nowhere && edit.at < hit.at + hit.wanted.size()) {
         hit.known = false;
-    else if (may_bring)
-        search(hit, untouched_before(edit, hit.wanted.size()), edit.behind_inserted());
+    } else {
+        hit.clear_to = std::min(hit.clear_to, untouched_before(edit, 2));
+        if (may_bring)
+            search(hit, untouched_before(edit, hit.wanted.size()), edit.behind_inserted());
+    }
 }
 
 } // namespace engine

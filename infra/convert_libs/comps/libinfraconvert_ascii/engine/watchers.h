@@ -81,6 +81,9 @@ class last_hits_t final : edit_watcher_t {
 
     // Start of the last text with the ending of that number, else nowhere.
     position_t find(size_t ending);
+    // First stanza behind its line, else nowhere; also when there is no such text. What comes into
+    // that stanza is looked at once, however long it grows.
+    position_t stanza_behind(size_t ending);
 
   private:
     struct hit_t {
@@ -88,6 +91,7 @@ class last_hits_t final : edit_watcher_t {
         // The following holds.
         bool known = false;
         position_t at = nowhere;
+        position_t clear_to = 0; // no stanza begins behind the line of the hit and up to here
     };
 
     void edited(const edit_t &edit) override;

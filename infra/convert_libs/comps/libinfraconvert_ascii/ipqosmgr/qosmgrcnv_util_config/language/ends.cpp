@@ -1,7 +1,5 @@
 #include "ipqosmgr/qosmgrcnv_util_config/language/ends.h"
 
-#include "ipqosmgr/qosmgrcnv_util_config/language/keywords.h"
-
 using engine::nowhere;
 using engine::position_t;
 
@@ -32,7 +30,7 @@ position_t qoscnv_behind_last_stanza(engine::last_hits_t &headers, size_t ending
     const position_t last = headers.find(ending);
     if (last == nowhere || last <= section)
         return nowhere;
-    return qoscnv_goto_nextstanza(headers.beginning.front() == '\n' ? last + newline_length : last);
+    return headers.stanza_behind(ending);
 }
 
 std::string qoscnv_linebuf(position_t cp) { return qoscnv_getline(cp, engine::area_size); }
