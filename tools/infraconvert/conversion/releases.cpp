@@ -47,8 +47,8 @@ bool is_complete(const std::string &text) { return std::regex_match(text, comple
 // The fields in the order in which releases follow one another.
 auto rank(const std::string &text) {
     engine::release_t k, u;
-    engine::read_release(k, engine::release_format::k_train, text.c_str());
-    engine::read_release(u, engine::release_format::product, text.c_str());
+    engine::read_release(k, engine::release_format_t::k_train, text.c_str());
+    engine::read_release(u, engine::release_format_t::product, text.c_str());
     return std::tuple(k.major, k.minor, k.patch, k.kesto_major, k.kesto_minor, u.product,
                       u.subversion);
 }
