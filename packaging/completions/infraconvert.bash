@@ -17,7 +17,8 @@ _infraconvert() {
   case $previous in
     --service) offered='all qos fcportsec npiv fwm assoc satmgr' ;;
     --color) offered='auto always never' ;;
-    --format) offered='text json sarif' ;;
+    --fail-on) offered='error warning never' ;;
+    --format) offered='text json jsonl sarif accept' ;;
     --from | --to | --via | --label | --unified | -U | --output | -o | --plan | --save-plan | --log-dir | \
       --report | --fixes | --result | --files-from | --jobs | -j) ;;
     --accept) offered=$(_infraconvert_codes 'IC[0-9]+') ;;
@@ -30,7 +31,7 @@ _infraconvert() {
           preview) offered="$conversion --unified --label --color --word-diff --explain --rollback --exit-code
                             --save-plan --accept --mend --help" ;;
           convert) offered="$conversion --output --backup --plan --accept --mend --help" ;;
-          audit) offered="$releases --keep-going --mask --format --report --result --fixes --rollback --accept
+          audit) offered="$releases --keep-going --mask --format --details --fail-on --report --result --fixes --rollback --accept
                           --files-from --jobs --help" ;;
           effects) offered="$releases --keep-going --mask --help" ;;
           help) offered='plan preview convert audit effects explain' ;;

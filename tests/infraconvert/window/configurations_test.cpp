@@ -62,13 +62,14 @@ TEST(configurations, come_from_a_list) {
     here.write("nothing", "\n\n");
     here.input = std::string("c.cfg\0a b.cfg\0", 14);
     const auto audit = [&](names_t more) {
-        more.insert(more.begin(), {"audit", "--from", "4.1(2)", "--to", "5.0(2)", "--files-from"});
+        more.insert(more.begin(),
+                    {"audit", "--from", "4.1(2)", "--to", "5.0(2)", "--details", "--files-from"});
         return here.run(more);
     };
     const auto lines = audit({"lines"});
     EXPECT_EQ(lines.status, 0) << lines.err;
     EXPECT_TRUE(lines.out.starts_with("a b.cfg: unchanged")) << lines.out;
-    EXPECT_TRUE(support::contains(lines.err, "2 configurations")) << lines.err;
+    EXPECT_TRUE(support::contains(lines.out, "2 configurations")) << lines.out;
     EXPECT_TRUE(audit({"-"}).out.starts_with("c.cfg: unchanged"));
     EXPECT_EQ(audit({"-", "-"}).status, 2);
     EXPECT_EQ(audit({"nothing"}).status, 2);

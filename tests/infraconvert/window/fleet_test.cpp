@@ -42,7 +42,7 @@ TEST(fleet, looks_at_a_fleet_whatever_one_of_it_is_like) {
         EXPECT_EQ(found["configurations"][i]["state"], expected[i].second);
     }
     EXPECT_TRUE(contains(good.err, "4 configurations")) << good.err;
-    EXPECT_TRUE(contains(good.err, "IC065   warning  1         1 ")) << good.err;
+    EXPECT_TRUE(contains(good.err, "IC065 in 1\n")) << good.err;
 
     here.write("lost.cfg", "feature lldp\n" + attached + "class-map a\n  match cos 1\n");
     EXPECT_EQ(run({"fleet", "lost.cfg"}).status, 1); // its policy-map is missing
@@ -53,8 +53,12 @@ TEST(fleet, looks_at_a_fleet_whatever_one_of_it_is_like) {
     here.write("zero.cfg", std::string(3, '\0'));
     const auto worst = run({"zero.cfg", "lost.cfg", "none.cfg", "fleet"});
     EXPECT_EQ(worst.status, 5);
+    const auto all = run({"--details", "zero.cfg", "lost.cfg", "none.cfg", "fleet"});
     for (const char *told : {"zero.cfg: unusable, ", "none.cfg: unusable, ", "fleet/a.cfg: changed",
                              "lost.cfg: changed, 1 error"})
+        EXPECT_TRUE(contains(all.out, told)) << told << '\n' << all.out;
+    for (const char *told : {"6 configurations, 4.1(2) to 5.0(2): 3 need hands\n",
+                             "2 unusable, 1 would lose something", "the rest          3  convert"})
         EXPECT_TRUE(contains(worst.out, told)) << told << '\n' << worst.out;
     EXPECT_EQ(run({}).status, 2);
 }
@@ -72,7 +76,8 @@ TEST(fleet, goes_on_past_folders_and_links_that_lead_nowhere) {
     std::filesystem::create_symlink("gone", here.path("fleet/nowhere"));
     std::filesystem::create_symlink("..", here.path("fleet/up"));
     here.unprivileged = geteuid() == 0;
-    const arguments_t command = {"audit", "--from", "4.1(2)", "--to", "4.1(3)K2(1)", "fleet"};
+    const arguments_t command = {"audit",       "--from",    "4.1(2)", "--to",
+                                 "4.1(3)K2(1)", "--details", "fleet"};
     here.run({"--version"}); // gives the files away
     chmod(here.path("fleet/closed").c_str(), 0);
     chmod(here.path("fleet/listed").c_str(), 0444);
@@ -87,7 +92,7 @@ TEST(fleet, goes_on_past_folders_and_links_that_lead_nowhere) {
           "fleet/nowhere: unusable, fleet/nowhere: No such file or directory",
           "fleet/z.cfg: changed"})
         EXPECT_TRUE(contains(result.out, told)) << told << '\n' << result.out;
-    EXPECT_TRUE(contains(result.err, "6 configurations")) << result.err;
+    EXPECT_TRUE(contains(result.out, "6 configurations")) << result.out;
 }
 
 // A stack that is larger than all memory it may have is refused to every thread but the first.
@@ -101,7 +106,7 @@ TEST(fleet, needs_no_thread_but_its_own) {
     const auto result = here.run_program(
         {"sh", "-c",
          "ulimit -s 16000000; ulimit -v 8000000; exec " + support::command_path() +
-             " audit --from '4.1(2)' --to '4.1(3)K2(1)' --jobs 3 a.cfg b.cfg c.cfg"});
+             " audit --from '4.1(2)' --to '4.1(3)K2(1)' --jobs 3 --details a.cfg b.cfg c.cfg"});
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_TRUE(contains(result.out, "c.cfg: changed")) << result.out;
 }

@@ -4,14 +4,16 @@
 #include "base/errors.h"
 #include "base/messages.h"
 #include "commands/common.h"
-#include "reports/audit_page.h"
+#include "commands/progress.h"
+#include "reports/details.h"
+#include "reports/first_screen.h"
 #include "reports/formats.h"
 #include "reports/unified.h"
 #include "window/fleet.h"
 
 #include <algorithm>
 #include <memory>
-#include <unistd.h>
+#include <optional>
 
 namespace infraconvert {
 
@@ -21,8 +23,9 @@ struct audit_options_t {
     route_options_t releases;
     std::vector<std::string> services;
     bool keep_going = false;
-    bool json = false, mask = false;
+    bool mask = false, details = false;
     std::string format = "text";
+    std::string fail_on = "error";
     std::string report; // empty: none
     std::string fixes;  // a folder; empty: none
     std::string result; // a file that is judged in place of a conversion; empty: none
@@ -101,74 +104,109 @@ fleet_t fleet_of(const audit_options_t &options) {
     fleet.jobs = options.jobs;
     fleet.mask = options.mask;
     fleet.rollback = options.rollback;
-    if (!options.report.empty())
-        fleet.describe = [&options](const audited_t &audited, const converted_t &conversion) {
-            return report_details(audited, conversion, options.mask);
-        };
-    if (fleet.files.size() > 1 && isatty(STDERR_FILENO))
-        fleet.progress = [total = fleet.files.size()](size_t done) {
-            constexpr size_t width = 40;
-            const size_t filled = done * width / total;
-            draw("\r[" + std::string(filled, '#') + std::string(width - filled, '.') + "] " +
-                 std::to_string(done) + '/' + std::to_string(total) +
-                 (done == total ? "\r\x1b[K" : ""));
+    if (options.details || !options.report.empty())
+        fleet.describe = [&options](const converted_t &conversion) {
+            return details_of(conversion, options.keep_going, options.mask);
         };
     return fleet;
 }
 
-std::vector<std::string> format_names() {
-    std::vector<std::string> names;
-    for (const format_t &format : formats())
-        names.emplace_back(format.name);
-    return names;
+header_t header_of(const audit_options_t &options, const fleet_t &fleet) {
+    header_t header = {.tool_version = INFRACONVERT_VERSION,
+                       .date = now(),
+                       .route = fleet.request.route,
+                       .masked = options.mask,
+                       .count = fleet.files.size(),
+                       .details = options.details};
+    for (const service_t *service : fleet.request.services)
+        header.services.emplace_back(service->name);
+    return header;
 }
 
-// "text, json or sarif"
-std::string listed(const std::vector<std::string> &names) {
-    std::string text = names[0];
-    for (size_t i = 1; i < names.size(); i++)
-        text += (i + 1 < names.size() ? ", " : " or ") + names[i];
-    return text;
+// The least severity for which the command does not exit with 0; none: there is none.
+std::optional<severity_t> failing_severity(const std::string &name) {
+    for (const severity_t severity : {severity_t::error, severity_t::warning}) {
+        if (name == severity_name(severity))
+            return severity;
+    }
+    return std::nullopt;
 }
 
-std::string in_format(const std::string &name, const fleet_summary_t &summary) {
-    const auto format = std::find_if(formats().begin(), formats().end(),
-                                     [&](const format_t &f) { return f.name == name; });
-    return format->write(summary);
-}
-
-int status_of(const std::vector<audited_t> &results) {
+// The reports of one audit: each is told of everything.
+struct reports_t {
+    std::vector<std::unique_ptr<writer_t>> writers;
+    totals_t totals;
     int status = exit_done;
-    for (const audited_t &audited : results)
-        status = worse(status, audited.exit_status());
-    return status;
+
+    void add(const audited_t &audited, std::optional<severity_t> failing) {
+        totals.add(audited);
+        status = worse(status, audited.exit_status(failing));
+        for (const auto &writer : writers)
+            writer->add(audited);
+    }
+};
+
+void report_all(const audit_options_t &options, const fleet_t &fleet, reports_t &reports,
+                progress_t &progress) {
+    const header_t header = header_of(options, fleet);
+    for (const auto &writer : reports.writers)
+        writer->begin(header);
+    examine_all(fleet, [&](const audited_t &audited) {
+        reports.add(audited, failing_severity(options.fail_on));
+        progress.step();
+    });
+    progress.clear();
+    reports.totals.idle = fleet.agreed->idle();
+    for (const auto &writer : reports.writers)
+        writer->end(reports.totals);
+    if (fleet.files.size() == 1)
+        message_lines(states_table(header, reports.totals));
+    else if (options.format != "text")
+        message_lines(first_screen(header, reports.totals));
 }
 
-int run(const audit_options_t &options) {
-    fleet_t fleet = fleet_of(options);
-    outputs_t outputs;
+// Tells the outputs apart from the files that are read, before any work.
+void expect_outputs(const audit_options_t &options, const fleet_t &fleet, outputs_t &outputs) {
     for (const std::string &file : fleet.files)
         outputs.made_from(file);
     if (fleet.result)
         outputs.made_from(configuration_file(options.result));
     if (!options.report.empty())
         outputs.expect("--report", options.report);
-    if (!options.fixes.empty()) {
+    if (!options.fixes.empty())
         outputs.make_folder(options.fixes);
+}
+
+int run(const audit_options_t &options) {
+    exceptions_t agreed(options.accept, today());
+    fleet_t fleet = fleet_of(options);
+    fleet.agreed = &agreed;
+    outputs_t outputs;
+    expect_outputs(options, fleet, outputs);
+    if (!options.fixes.empty())
         fleet.keep_fixes = [&](const audited_t &audited, const mending::mended_t &mended) {
             keep_fixes(outputs, options.fixes, audited, mended);
         };
-    }
-    exceptions_t agreed(options.accept, today());
-    fleet.agreed = &agreed;
-    const std::vector<audited_t> results = audit_all(fleet);
-    const fleet_summary_t summary = {fleet.request.route, results};
+    progress_t progress(fleet.files.size());
+    reports_t reports;
+    reports.writers.push_back(writer_named(options.format, [&](std::string_view text) {
+        progress.clear();
+        write_output(text);
+    }));
+    std::string page;
     if (!options.report.empty())
-        outputs.write(options.report, report_page(summary));
-    write_output(in_format(options.json ? "json" : options.format, summary));
-    message_lines(summary.table());
+        reports.writers.push_back(page_writer([&](std::string_view text) { page += text; }));
+    report_all(options, fleet, reports, progress);
+    if (!options.report.empty())
+        outputs.write(options.report, page);
     tell_idle(agreed);
-    return status_of(results);
+    return reports.status;
+}
+
+std::string known_format(const std::string &name) {
+    const bool known = std::any_of(formats().begin(), formats().end(),
+                                   [&](const format_t &format) { return format.name == name; });
+    return known ? "" : "there is no format '" + name + "': " + format_names();
 }
 
 std::function<int()> declare(CLI::App &arguments) {
@@ -176,11 +214,19 @@ std::function<int()> declare(CLI::App &arguments) {
     declare_route(arguments, options->releases);
     declare_services(arguments, options->services);
     declare_keep_going(arguments, options->keep_going);
-    const std::vector<std::string> names = format_names();
-    arguments.add_option("--format", options->format, "Findings as " + listed(names) + " [text]")
+    arguments.add_option("--format", options->format, "Findings as " + format_names() + " [text]")
         ->type_name("FORMAT")
-        ->check(CLI::IsMember(names).description(""));
-    arguments.add_flag("--json", options->json, "The same as --format json");
+        ->check(CLI::Validator(known_format, ""));
+    arguments.add_flag_callback(
+        "--json", [options] { options->format = "json"; }, "The same as --format json");
+    arguments.add_flag("--details", options->details,
+                       "All about each configuration, not only what needs hands; in JSON also the "
+                       "differences and effects");
+    arguments
+        .add_option("--fail-on", options->fail_on,
+                    "Findings that make the exit status 4: error, warning or never [error]")
+        ->type_name("WHICH")
+        ->check(CLI::IsMember({"error", "warning", "never"}).description(""));
     arguments
         .add_option("--report", options->report,
                     "Also write a page with findings and differences, for a browser")

@@ -89,8 +89,7 @@ void declare_paths(CLI::App &arguments, paths_t &paths) {
 
 void declare_jobs(CLI::App &arguments, size_t &jobs) {
     jobs = usual_jobs();
-    arguments
-        .add_option("-j,--jobs", jobs, "Configurations at a time [" + std::to_string(jobs) + "]")
+    arguments.add_option("-j,--jobs", jobs, "Configurations at a time [one for each processor]")
         ->type_name("N")
         ->check(CLI::Range(size_t{1}, size_t{256}).description(""));
 }

@@ -2,7 +2,7 @@
 
 #include "reports/findings_json.h"
 #include "reports/formats.h"
-#include "reports/json_document.h"
+#include "reports/json_stream.h"
 
 namespace infraconvert {
 
@@ -77,31 +77,61 @@ json sarif_result(const std::string &file, const finding_t &finding) {
         result["fixes"] = std::move(edits);
     if (!finding.fixes.empty())
         result["properties"] = {{"fixes", fixes_json(finding.fixes)}};
+    if (finding.accepted)
+        result["suppressions"] =
+            json::array({{{"kind", "external"}, {"justification", finding.accepted->reason}}});
     return result;
 }
 
+// What could not be looked at.
+json notification(const audited_t &audited) {
+    return {{"level", "error"}, {"message", {{"text", audited.problem}}}};
+}
+
+class sarif_writer_t : public writer_t {
+  public:
+    explicit sarif_writer_t(output_t out) : stream(std::move(out)) {}
+
+    void begin(const header_t &header) override {
+        json rules = json::array();
+        for (const finding_kind_t &kind : finding_kinds())
+            rules.push_back(sarif_rule(kind));
+        stream.open('{');
+        stream.member("$schema", "https://json.schemastore.org/sarif-2.1.0.json");
+        stream.member("version", "2.1.0");
+        stream.open("runs", '[');
+        stream.open('{');
+        stream.member(
+            "tool",
+            {{"driver",
+              {{"name", "infraconvert"}, {"version", header.tool_version}, {"rules", rules}}}});
+        stream.open("results", '[');
+    }
+    void add(const audited_t &audited) override {
+        for (const finding_t &finding : audited.findings)
+            stream.element(sarif_result(audited.file, finding));
+        if (audited.state == state_t::unusable)
+            notifications.push_back(notification(audited));
+    }
+    void end(const totals_t &) override {
+        stream.close();
+        stream.member("invocations",
+                      json::array({{{"executionSuccessful", notifications.empty()},
+                                    {"toolExecutionNotifications", notifications}}}));
+        stream.close();
+        stream.close();
+        stream.close();
+    }
+
+  private:
+    json_stream_t stream;
+    json notifications = json::array();
+};
+
 } // namespace
 
-std::string audit_sarif(const fleet_summary_t &summary) {
-    json rules = json::array(), found = json::array(), notifications = json::array();
-    for (const finding_kind_t &kind : finding_kinds())
-        rules.push_back(sarif_rule(kind));
-    for (const audited_t &audited : summary.results) {
-        for (const finding_t &finding : audited.findings)
-            found.push_back(sarif_result(audited.file, finding));
-        if (!audited.problem.empty())
-            notifications.push_back({{"level", "error"}, {"message", {{"text", audited.problem}}}});
-    }
-    const json driver = {
-        {"name", "infraconvert"}, {"version", INFRACONVERT_VERSION}, {"rules", rules}};
-    const json run = {
-        {"tool", {{"driver", driver}}},
-        {"invocations", json::array({{{"executionSuccessful", notifications.empty()},
-                                      {"toolExecutionNotifications", notifications}}})},
-        {"results", found}};
-    return printed_as_is({{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
-                          {"version", "2.1.0"},
-                          {"runs", json::array({run})}});
+std::unique_ptr<writer_t> sarif_writer(output_t out) {
+    return std::make_unique<sarif_writer_t>(std::move(out));
 }
 
 } // namespace infraconvert

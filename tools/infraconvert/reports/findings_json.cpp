@@ -33,10 +33,14 @@ json kind_json(const finding_kind_t &kind) {
 
 json fixes_json(const std::vector<fix_text_t> &fixes) {
     json list = json::array();
-    for (const fix_text_t &fix : fixes)
+    for (const fix_text_t &fix : fixes) {
         list.push_back({{"place", fix.before ? "before" : "after"},
                         {"lines", fix.lines},
                         {"restores", fix.restores}});
+        for (const replacement_t &each : fix.replacements)
+            list.back()["replacements"].push_back(
+                {{"line", each.line}, {"removed", each.removed}, {"text", each.text}});
+    }
     return list;
 }
 
@@ -74,17 +78,6 @@ std::string kind_document(const retired_kind_t &kind) {
                            {"explanation", kind.reason},
                            {"advice", ""}};
     return printed(document);
-}
-
-json codes_json(const fleet_summary_t &summary) {
-    json list = json::array();
-    for (const auto &[code, count] : summary.codes) {
-        json entry = kind_json(*count.kind);
-        entry["findings"] = count.findings;
-        entry["files"] = count.files;
-        list.push_back(entry);
-    }
-    return list;
 }
 
 } // namespace infraconvert

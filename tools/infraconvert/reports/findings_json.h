@@ -2,7 +2,6 @@
 #pragma once
 
 #include "audit/findings.h"
-#include "reports/fleet_summary.h"
 
 #include <nlohmann/json.hpp>
 
@@ -11,8 +10,6 @@ namespace infraconvert {
 nlohmann::ordered_json kind_json(const finding_kind_t &kind);
 nlohmann::ordered_json fixes_json(const std::vector<fix_text_t> &fixes);
 nlohmann::ordered_json findings_json(const std::vector<finding_t> &findings);
-// The codes that a fleet has, and how often.
-nlohmann::ordered_json codes_json(const fleet_summary_t &summary);
 // What infraconvert explain prints for a code.
 std::string kind_document(const finding_kind_t &kind);
 std::string kind_document(const retired_kind_t &kind);

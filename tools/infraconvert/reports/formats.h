@@ -1,22 +1,33 @@
-// The forms in which an audit is given out.
+// The forms in which records are given out, in one table.
 #pragma once
 
-#include "reports/fleet_summary.h"
+#include "reports/writer.h"
 
+#include <memory>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace infraconvert {
 
 struct format_t {
     const char *name; // on the command line
-    std::string (*write)(const fleet_summary_t &summary);
+    std::unique_ptr<writer_t> (*make)(output_t out);
 };
 // All formats, the one without --format first.
 std::span<const format_t> formats();
 
-std::string audit_text(const fleet_summary_t &summary);
-std::string audit_json(const fleet_summary_t &summary);
-std::string audit_sarif(const fleet_summary_t &summary);
+// "text, json or sarif", for help and errors.
+std::string format_names();
+// Null for a format that there is not.
+std::unique_ptr<writer_t> writer_named(const std::string &name, output_t out);
+
+std::unique_ptr<writer_t> text_writer(output_t out);
+std::unique_ptr<writer_t> json_writer(output_t out); // one document
+std::unique_ptr<writer_t>
+jsonl_writer(output_t out); // a header, the records, the totals: each a line
+std::unique_ptr<writer_t> sarif_writer(output_t out);
+std::unique_ptr<writer_t> page_writer(output_t out);   // HTML; records need their details
+std::unique_ptr<writer_t> accept_writer(output_t out); // a file of exceptions, for --accept @FILE
 
 } // namespace infraconvert

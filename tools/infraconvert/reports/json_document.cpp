@@ -4,17 +4,10 @@
 
 namespace infraconvert {
 
-namespace {
-
-constexpr int format_version = 1;
-
-} // namespace
-
 nlohmann::ordered_json document_of(const char *command) {
     return {{"format_version", format_version}, {"command", command}};
 }
 
-// A configuration may hold bytes that are no UTF-8; they show as replacement characters.
 void add_route(nlohmann::ordered_json &document, const route_t &route) {
     using json = nlohmann::ordered_json;
     const bool knows_first = !route.empty() && !route.front().empty();
@@ -23,6 +16,7 @@ void add_route(nlohmann::ordered_json &document, const route_t &route) {
     document["route"] = knows_first ? json(route) : json(nullptr);
 }
 
+// A configuration may hold bytes that are no UTF-8; they show as replacement characters.
 std::string printed_as_is(const nlohmann::ordered_json &document) {
     return document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
 }

@@ -9,6 +9,8 @@
 
 namespace infraconvert {
 
+constexpr int format_version = 1;
+
 nlohmann::ordered_json document_of(const char *command);
 // Adds "from", "to" and "route": null where a route has no first release of its own, or goes
 // nowhere.

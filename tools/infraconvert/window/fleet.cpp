@@ -3,6 +3,7 @@
 #include "audit/audit.h"
 #include "audit/fixes.h"
 #include "audit/masked_findings.h"
+#include "base/digest.h"
 #include "base/errors.h"
 #include "window/crew.h"
 
@@ -12,129 +13,146 @@ namespace infraconvert {
 
 namespace {
 
-void mark_agreed(const fleet_t &fleet, audited_t &audited) {
-    if (fleet.agreed)
-        fleet.agreed->mark(audited.file, audited.findings);
-}
+// One configuration on its way through the judgement: its record, and the fixes that were found.
+class examination_t {
+  public:
+    examination_t(const fleet_t &f, const std::string &file) : fleet(f) { record.file = file; }
 
-// Converts the result back, and judges the whole way.
-mending::mended_t look_back(const fleet_t &fleet, const conversion_request_t &there,
-                            const converted_t &conversion, audited_t &audited) {
-    conversion_request_t request = there;
-    request.text = conversion.result;
-    request.route = way_back(there.route);
-    const converted_t back = run_conversion(request);
-    if (back.failed() && !there.keep_going) {
-        audited.failed = true;
-        audited.verdict = "not reversible: the way back fails";
-        return {};
+    audited_t result() && {
+        record.alike = likeness_of(record);
+        return std::move(record);
     }
-    judged_result_t way =
-        judge_with_fixes(*conversion.original, *back.result, there_and_back(there.route));
-    audited.verdict = way.verdict();
-    audited.findings = std::move(way.findings);
-    mark_agreed(fleet, audited);
-    if (fleet.mask) {
+
+    void run() {
+        conversion_request_t request = fleet.request;
+        record.route = request.route;
+        request.text = read_configuration(record.file);
+        request.route = record.route = route_for(*request.text, request.route);
+        if (fleet.result || fleet.form_alone)
+            look_at_what_is_there(request.text);
+        else
+            convert(request);
+    }
+
+    void fail(const char *problem, int status) {
+        const std::string file = record.file;
+        const route_t route = record.route;
+        record = {};
+        record.file = file;
+        record.route = route;
+        record.state = state_t::unusable;
+        record.problem = problem;
+        record.problem_status = status;
+    }
+
+  private:
+    void convert(const conversion_request_t &request) {
+        const converted_t conversion = run_conversion(request);
+        record.state = conversion.failed()    ? state_t::failed
+                       : conversion.changes() ? state_t::changed
+                                              : state_t::unchanged;
+        add_services(conversion);
+        if (fleet.rollback && !conversion.failed())
+            return look_back(request, conversion);
+        keep(audit(conversion, true));
+        const mending::mended_t mended = mend_findings(record.findings, conversion, request);
+        finish(conversion, conversion, mended);
+    }
+
+    // Converts the result back, and judges the whole way.
+    void look_back(const conversion_request_t &there, const converted_t &conversion) {
+        conversion_request_t request = there;
+        request.text = conversion.result;
+        request.route = way_back(there.route);
+        const converted_t back = run_conversion(request);
         converted_t whole = conversion;
         whole.result = back.result;
-        mask_findings(audited.findings, whole);
+        mending::mended_t mended;
+        if (back.failed() && !there.keep_going) {
+            record.state = state_t::failed;
+            record.verdict = "not reversible: the way back fails";
+        } else {
+            judged_result_t way =
+                judge_with_fixes(*conversion.original, *back.result, there_and_back(there.route));
+            keep(std::move(way.findings));
+            way.findings = record.findings;
+            record.verdict = way.verdict();
+            mended = std::move(way.mended);
+        }
+        finish(conversion, whole, mended);
     }
-    return std::move(way.mended);
-}
 
-// A result that was not made here, or the file as it is.
-void judge_what_is_there(const fleet_t &fleet, const shared_text_t &text, audited_t &audited) {
-    const shared_text_t result = fleet.form_alone ? text : fleet.result;
-    const converted_t both = {.route = audited.route,
-                              .original = text,
-                              .result = result,
-                              .script = difference(split_lines(*text), split_lines(*result))};
-    audited.form_alone = fleet.form_alone;
-    audited.changed = both.changes();
-    judged_result_t judged = fleet.form_alone
-                                 ? judged_result_t{judge_form_of(*text, audited.route.front()), {}}
-                                 : judge_with_fixes(*text, *result, audited.route);
-    audited.findings = std::move(judged.findings);
-    mark_agreed(fleet, audited);
-    if (fleet.mask)
-        mask_findings(audited.findings, both);
-    if (fleet.keep_fixes && !judged.mended.fixes.empty())
-        fleet.keep_fixes(audited, judged.mended);
-    if (fleet.describe)
-        audited.details = fleet.describe(audited, both);
-}
+    // A result that was not made here, or the file as it is.
+    void look_at_what_is_there(const shared_text_t &text) {
+        const shared_text_t result = fleet.form_alone ? text : fleet.result;
+        const converted_t both = {.route = record.route,
+                                  .original = text,
+                                  .result = result,
+                                  .script = difference(split_lines(*text), split_lines(*result))};
+        record.state = fleet.form_alone ? state_t::checked
+                       : both.changes() ? state_t::changed
+                                        : state_t::unchanged;
+        judged_result_t judged =
+            fleet.form_alone ? judged_result_t{judge_form_of(*text, record.route.front()), {}}
+                             : judge_with_fixes(*text, *result, record.route);
+        keep(std::move(judged.findings));
+        finish(both, both, judged.mended);
+    }
 
-void look_at(const fleet_t &fleet, audited_t &audited) try {
-    conversion_request_t request = fleet.request;
-    audited.route = request.route;
-    request.text = read_configuration(audited.file);
-    request.route = audited.route = route_for(*request.text, request.route);
-    if (fleet.result || fleet.form_alone)
-        return judge_what_is_there(fleet, request.text, audited);
-    const converted_t conversion = run_conversion(request);
-    audited.failed = conversion.failed();
-    audited.changed = conversion.changes();
-    for (const step_t &step : conversion.steps) {
-        if (step.changes() || step.failure)
-            audited.services.emplace_back(step.service->name);
+    void add_services(const converted_t &conversion) {
+        for (const step_t &step : conversion.steps) {
+            if ((step.changes() || step.failure) &&
+                std::find(record.services.begin(), record.services.end(), step.service->name) ==
+                    record.services.end())
+                record.services.emplace_back(step.service->name);
+        }
     }
-    mending::mended_t mended;
-    if (fleet.rollback && !audited.failed) {
-        mended = look_back(fleet, request, conversion, audited);
-    } else {
-        audited.findings = audit(conversion, true);
-        mark_agreed(fleet, audited);
-        mended = mend_findings(audited.findings, conversion, request);
-        if (fleet.mask)
-            mask_findings(audited.findings, conversion);
+
+    // What was agreed on is known by what stands in the lines, before they are masked.
+    void keep(std::vector<finding_t> findings) {
+        record.findings = std::move(findings);
+        if (fleet.agreed)
+            fleet.agreed->mark(record.file, record.findings);
     }
-    if (fleet.keep_fixes && !mended.fixes.empty())
-        fleet.keep_fixes(audited, mended);
-    if (fleet.describe)
-        audited.details = fleet.describe(audited, conversion);
-} catch (const command_error_t &e) {
-    audited.problem = e.what();
-    audited.problem_status = e.exit_status;
-} catch (const std::exception &e) {
-    audited.problem = e.what();
-    audited.problem_status = exit_trouble;
-}
+
+    // `judged` has the two texts in which the findings name lines.
+    void finish(const converted_t &conversion, const converted_t &judged,
+                const mending::mended_t &mended) {
+        if (fleet.keep_fixes && !mended.fixes.empty())
+            fleet.keep_fixes(record, mended);
+        if (fleet.describe)
+            record.details = fleet.describe(conversion);
+        if (fleet.mask) {
+            mask_findings(record.findings, judged);
+        } else {
+            record.input_digest = sha256(*conversion.original);
+            record.result_digest = sha256(*conversion.result);
+        }
+    }
+
+    const fleet_t &fleet;
+    audited_t record;
+};
 
 } // namespace
 
-const char *audited_t::state() const {
-    if (!problem.empty())
-        return "unusable";
-    if (failed)
-        return "failed";
-    if (form_alone)
-        return "checked";
-    return changed ? "changed" : "unchanged";
+audited_t examine(const fleet_t &fleet, const std::string &file) {
+    examination_t examination(fleet, file);
+    try {
+        examination.run();
+    } catch (const command_error_t &e) {
+        examination.fail(e.what(), e.exit_status);
+    } catch (const std::exception &e) {
+        examination.fail(e.what(), exit_trouble);
+    }
+    return std::move(examination).result();
 }
 
-int audited_t::exit_status() const {
-    if (!problem.empty())
-        return problem_status;
-    if (failed)
-        return exit_failed;
-    return count_findings(findings).errors > 0 ? exit_findings : exit_done;
-}
-
-std::vector<audited_t> audit_all(const fleet_t &fleet) {
-    std::vector<audited_t> results;
-    const auto make = [&](size_t number) {
-        audited_t audited;
-        audited.file = fleet.files[number];
-        look_at(fleet, audited);
-        return audited;
-    };
-    make_in_order<audited_t>(fleet.files.size(), fleet.jobs, make,
-                             [&](size_t number, audited_t audited) {
-                                 results.push_back(std::move(audited));
-                                 if (fleet.progress)
-                                     fleet.progress(number + 1);
-                             });
-    return results;
+void examine_all(const fleet_t &fleet, const std::function<void(const audited_t &)> &take) {
+    make_in_order<audited_t>(
+        fleet.files.size(), fleet.jobs,
+        [&](size_t number) { return examine(fleet, fleet.files[number]); },
+        [&](size_t, const audited_t &audited) { take(audited); });
 }
 
 } // namespace infraconvert

@@ -1,0 +1,17 @@
+// What is to be known of many configurations at first sight: which of them need hands, and why.
+#pragma once
+
+#include "reports/header.h"
+#include "reports/totals.h"
+
+#include <string>
+
+namespace infraconvert {
+
+// Totals, causes with an example each, the worst configurations; some forty lines at most.
+std::string first_screen(const header_t &header, const totals_t &totals);
+
+// Of one configuration, or where the report itself goes elsewhere: what became of how many.
+std::string states_table(const header_t &header, const totals_t &totals);
+
+} // namespace infraconvert
