@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <set>
+#include <sstream>
 
 namespace {
 
@@ -80,6 +81,39 @@ TEST(effects, a_failing_conversion_shows_what_there_was) {
     EXPECT_TRUE(contains(failed.err, "before the conversion, which fails")) << failed.err;
 }
 
+// Many are told apart, and what one of them is like keeps the others from nothing.
+TEST(effects, of_many_configurations) {
+    workspace_t here;
+    here.write("fleet/a.cfg", with_ports(maps));
+    here.write("fleet/b.cfg", maps + "class-map spoiled\n\n  match cos 7\n");
+    here.write("fleet/c.cfg", "");
+    here.write("fleet/d.cfg", "hostname sw1\n");
+    const auto run = [&](const char *format) {
+        return here.run(
+            {"effects", "--from", "4.1(2)", "--to", "4.1(3)", "--format", format, "fleet"});
+    };
+    const auto text = run("text");
+    EXPECT_EQ(text.status, 1);
+    EXPECT_TRUE(text.out.starts_with("fleet/a.cfg, 4.1(2) to 4.1(3):\n")) << text.out;
+    EXPECT_TRUE(contains(text.out, "\n\nfleet/b.cfg, 4.1(2) to 4.1(3):\n")) << text.out;
+    for (const char *told : {"fleet/b.cfg: these are the effects before the conversion",
+                             "fleet/c.cfg: the configuration is empty", "fleet/d.cfg: no effects"})
+        EXPECT_TRUE(contains(text.err, told)) << told << '\n' << text.err;
+
+    const json document = json::parse(run("json").out);
+    ASSERT_EQ(document["configurations"].size(), 4);
+    EXPECT_EQ(document["configurations"][1]["failed"], true);
+    EXPECT_TRUE(contains(document["configurations"][2]["problem"].get<std::string>(), "empty"));
+    std::istringstream lines(run("jsonl").out);
+    std::vector<json> parsed;
+    for (std::string line; std::getline(lines, line);)
+        parsed.push_back(json::parse(line));
+    ASSERT_EQ(parsed.size(), 6);
+    for (size_t i = 0; i < 4; i++)
+        EXPECT_EQ(parsed[i + 1], document["configurations"][i]);
+    EXPECT_EQ(parsed[5]["count"], 4);
+}
+
 TEST(effects, secrets_and_wrong_arguments) {
     workspace_t here;
     here.write("in.cfg",
@@ -93,7 +127,9 @@ TEST(effects, secrets_and_wrong_arguments) {
     EXPECT_EQ(here.run({"effects", "in.cfg"}).status, 5); // nor has it a version line
     EXPECT_EQ(here.run({"effects", "--from", "4.1(2)"}).status, 2);
     EXPECT_EQ(here.run({"effects", "--from", "4.1(2)", "--keep-going", "in.cfg"}).status, 2);
-    EXPECT_EQ(here.run({"effects", "--from", "4.1(2)", "none.cfg"}).status, 5);
+    const auto none_there = here.run({"effects", "--json", "--from", "4.1(2)", "none.cfg"});
+    EXPECT_EQ(none_there.status, 5);
+    EXPECT_EQ(json::parse(none_there.out)["exit_status"], 5) << none_there.out;
     here.write("plain.cfg", "hostname sw1\n");
     const auto none = here.run({"effects", "--from", "4.1(2)", "plain.cfg"});
     EXPECT_EQ(none.status, 0);

@@ -217,8 +217,7 @@ std::function<int()> declare(CLI::App &arguments) {
     arguments.add_option("--format", options->format, "Findings as " + format_names() + " [text]")
         ->type_name("FORMAT")
         ->check(CLI::Validator(known_format, ""));
-    arguments.add_flag_callback(
-        "--json", [options] { options->format = "json"; }, "The same as --format json");
+    declare_json(arguments, options->format);
     arguments.add_flag("--details", options->details,
                        "All about each configuration, not only what needs hands; in JSON also the "
                        "differences and effects");

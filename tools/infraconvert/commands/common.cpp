@@ -109,6 +109,11 @@ void declare_json(CLI::App &arguments, bool &json) {
     arguments.add_flag("--json", json, "Print one JSON object on standard output");
 }
 
+void declare_json(CLI::App &arguments, std::string &format) {
+    arguments.add_flag_callback(
+        "--json", [&format] { format = "json"; }, "The same as --format json");
+}
+
 void declare_logs(CLI::App &arguments, bool &log, std::string &log_dir) {
     arguments.add_flag("--log", log, "Show the converters' logs on standard error");
     arguments.add_option("--log-dir", log_dir, "Keep the converters' logs in this directory")

@@ -43,6 +43,8 @@ void declare_paths(CLI::App &arguments, paths_t &paths);
 void declare_jobs(CLI::App &arguments, size_t &jobs);
 void declare_accept(CLI::App &arguments, std::vector<std::string> &accept);
 void declare_json(CLI::App &arguments, bool &json);
+// Of a command with several formats, of which one is "json".
+void declare_json(CLI::App &arguments, std::string &format);
 void declare_logs(CLI::App &arguments, bool &log, std::string &log_dir);
 void declare_mask(CLI::App &arguments, bool &mask);
 void declare_keep_going(CLI::App &arguments, bool &keep_going);

@@ -1,7 +1,6 @@
 #include "reports/effects_report.h"
 
 #include "base/messages.h"
-#include "reports/json_document.h"
 
 #include <algorithm>
 #include <map>
@@ -172,23 +171,18 @@ std::string effects_text(const effects_t &rows) {
     return text;
 }
 
-std::string effects_json(const std::string &path, const route_t &route, bool failed,
-                         const effects_t &rows) {
+nlohmann::ordered_json rows_json(const effects_t &rows) {
     const auto or_null = [](const std::string &word) {
         return word.empty() ? json(nullptr) : json(word);
     };
-    json document = document_of("effects");
-    document["path"] = path;
-    add_route(document, route);
-    document["failed"] = failed;
-    document["rows"] = json::array();
+    json list = json::array();
     for (const auto &[row, change] : rows)
-        document["rows"].push_back({{"place", row.place},
-                                    {"direction", or_null(row.direction)},
-                                    {"traffic", row.traffic},
-                                    {"effect", row.effect},
-                                    {"change", or_null(change_name(change))}});
-    return printed(document);
+        list.push_back({{"place", row.place},
+                        {"direction", or_null(row.direction)},
+                        {"traffic", row.traffic},
+                        {"effect", row.effect},
+                        {"change", or_null(change_name(change))}});
+    return list;
 }
 
 } // namespace infraconvert
