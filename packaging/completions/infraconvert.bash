@@ -33,7 +33,7 @@ _infraconvert() {
           convert) offered="$conversion --output --backup --plan --accept --mend --help" ;;
           audit) offered="$releases --keep-going --mask --format --details --fail-on --report --result --fixes --rollback --accept
                           --files-from --jobs --help" ;;
-          effects) offered="$releases --keep-going --mask --help" ;;
+          effects) offered="$releases --keep-going --mask --format --files-from --jobs --help" ;;
           help) offered='plan preview convert audit effects explain' ;;
           explain) offered="--json --help $(_infraconvert_codes 'IC[A-Z0-9-]+')" ;;
         esac

@@ -18,6 +18,7 @@ json record_json(const effects_record_t &record) {
         document["problem"] = record.problem;
     add_route(document, record.route);
     document["failed"] = !record.failure.empty();
+    document["failure"] = record.failure.empty() ? json(nullptr) : json(record.failure);
     document["rows"] = rows_json(record.rows);
     add_exact_bytes(document);
     return document;
@@ -48,9 +49,11 @@ class text_writer_t : public effects_writer_t {
         first = first && !shows;
         if (!record.problem.empty())
             message(record.problem);
-        else if (record.before)
+        if (!record.failure.empty() && !alone)
+            message(record.name + ": " + record.failure);
+        if (record.before)
             message(record.name + ": these are the effects before the conversion, which fails");
-        else if (record.rows.empty())
+        else if (record.problem.empty() && record.rows.empty())
             message(record.name + ": no effects: no policy-map with actions is attached");
     }
     void end() override {}
