@@ -135,6 +135,15 @@ TEST(records, fail_a_run_as_wished) {
     EXPECT_EQ(status("always", "loss.cfg"), 2);
 }
 
+// Standard input can be read but once.
+TEST(records, keep_fixes_of_standard_input) {
+    workspace_t here;
+    here.input = lossy;
+    const auto result = audit(here, {"--fixes", "fixes", "-"});
+    EXPECT_EQ(result.status, 4) << result.out;
+    EXPECT_TRUE(contains(here.read("fixes/-/after.cfg"), "service-policy type qos input in"));
+}
+
 // Many: which need hands, and why; the same is told once.
 TEST(first_screen, tells_which_need_hands) {
     const workspace_t here;

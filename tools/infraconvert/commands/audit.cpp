@@ -46,10 +46,9 @@ std::string folder_for(const std::string &folder, const std::string &file) {
 
 // "before.patch" and "after.cfg" of a configuration.
 void keep_fixes(const outputs_t &outputs, const std::string &folder, const audited_t &audited,
-                const mending::mended_t &mended) {
+                const mending::mended_t &mended, const std::string &original) {
     const std::string own = folder_for(folder, audited.file);
     std::filesystem::create_directories(own);
-    const std::string original = *read_configuration(audited.file);
     if (mended.original != original) {
         const lines_t before = split_lines(original), after = split_lines(mended.original);
         outputs.write(own + "/before.patch",
@@ -184,8 +183,9 @@ int run(const audit_options_t &options) {
     outputs_t outputs;
     expect_outputs(options, fleet, outputs);
     if (!options.fixes.empty())
-        fleet.keep_fixes = [&](const audited_t &audited, const mending::mended_t &mended) {
-            keep_fixes(outputs, options.fixes, audited, mended);
+        fleet.keep_fixes = [&](const audited_t &audited, const mending::mended_t &mended,
+                               const std::string &original) {
+            keep_fixes(outputs, options.fixes, audited, mended, original);
         };
     progress_t progress(fleet.files.size());
     reports_t reports;

@@ -119,7 +119,7 @@ class examination_t {
     void finish(const converted_t &conversion, const converted_t &judged,
                 const mending::mended_t &mended) {
         if (fleet.keep_fixes && !mended.fixes.empty())
-            fleet.keep_fixes(record, mended);
+            fleet.keep_fixes(record, mended, *conversion.original);
         if (fleet.describe)
             record.details = fleet.describe(conversion);
         if (fleet.mask) {

@@ -21,8 +21,9 @@ struct fleet_t {
     exceptions_t *agreed = nullptr; // marks what was agreed on
     // Makes the details of a record; called by several threads. None: records have no details.
     std::function<details_t(const converted_t &)> describe;
-    // Keeps the fixes of a configuration that has some; called by several threads.
-    std::function<void(const audited_t &, const mending::mended_t &)> keep_fixes;
+    // Keeps the fixes of a configuration that has some, with its text; called by several threads.
+    std::function<void(const audited_t &, const mending::mended_t &, const std::string &original)>
+        keep_fixes;
 };
 
 // Examines one configuration. What cannot be used is a record like another.
