@@ -260,6 +260,11 @@ const std::vector<judged_t> &judged() {
     static const std::string network = "class-map type network-qos a\n  match qos-group 2\n"
                                        "policy-map type network-qos n\n  class type network-qos a\n"
                                        "    mtu 9000\n";
+    // Class a of type qos is not the one whose traffic the queue a gets.
+    static const std::string hidden = with(
+        with(queue, "  match cos 1\n", "  match dscp 46\nclass-map type qos b\n  match cos 1\n"),
+        "  class a\n", "  class b\n");
+    static const std::string apart = with(two, "b\n  match cos 1", "b\n  match cos 2");
     static const std::vector<judged_t> table = {
         {"IC002", "5.0(2)", "5.0(3)", port, port + "  shutdown\n", port + port},
         {"IC006", "5.0(2)", "5.0(3)", port, port + "\r\n", port + "\n"},
@@ -275,9 +280,28 @@ const std::vector<judged_t> &judged() {
         {"IC023", "5.0(2)", "5.0(3)", "class-map type qos a\n  match cos 1\n",
          "class-map type qos a\n  match cos 2\n", "class-map type qos a\n  match  cos 1\n"},
         {"IC030", "5.0(2)", "5.0(3)", network, with(network, "    mtu 9000\n", ""), network},
+        // Of an action that nobody knows, several may stand side by side.
+        {"IC030", "5.0(2)", "5.0(3)", network + "    shape 1\n    shape 2\n",
+         network + "    shape 2\n", network + "    shape 1\n    shape 2\n"},
+        // Attached nowhere, under the name of what is attached, with a class that others have too.
+        {"IC030", "4.2(1)", "4.2(1)", queue + with(network, " n\n", " s\n"),
+         with(queue, "queuing s\n  class", "queuing t\n  class") + network,
+         queue + with(network, " n\n", " s\n")},
         {"IC037", "5.0(2)", "5.0(3)", queue, with(queue, "match qos-group 2", "match qos-group 3"),
          with(with(queue, "match qos-group 2", "match qos-group 4"), "set qos-group 2",
               "set qos-group 4")},
+        // A class-map of one type is not said by the row of its namesake of another type.
+        {"IC023", "5.0(2)", "5.0(3)", hidden, with(hidden, "match dscp 46", "match dscp 8"),
+         hidden},
+        {"IC020", "4.2(1)", "4.1(2)", "class-map type qos a\n", "", "class-map a\n"},
+        {"IC059", "5.0(2)", "5.0(3)", apart, with(apart, "qos-group 3", "qos-group 2"),
+         with(apart, "qos-group 3", "qos-group 4")},
+        {"IC059", "5.0(2)", "5.0(3)", apart, with(apart, "    set qos-group 3\n", ""), apart},
+        // "no fcoe" takes back what stands in front of it.
+        {"IC067", "4.1(2)", "5.0(2)", "vlan 5\n  no fcoe\n  fcoe\n", "vlan 5\n  fcoe\n  no fcoe\n",
+         "vlan 5\n  no fcoe\n  fcoe\n"},
+        {"IC040", "5.0(2)", "5.0(3)", "system qos\n  service-policy type queuing input built-in\n",
+         "system qos\n", "system qos\n  service-policy type queuing input built-in\n"},
         {"IC039", "5.0(2)", "5.0(3)", queue, with(queue, "percent 10", "percent 20"), queue},
         {"IC048", "5.0(2)", "4.1(2)", "feature npiv\n", "no npiv enable\n", "npiv enable\n"},
         {"IC053", "4.1(3)", "4.2(1)", network, with(network, "9000", "8900"),
@@ -310,6 +334,56 @@ TEST(audit, judges_any_result) {
         EXPECT_TRUE(contains(raised, row.code)) << row.code << " not in " << raised << row.raises;
         EXPECT_FALSE(contains(spared, row.code)) << row.code << " for\n" << row.neighbour;
     }
+}
+
+// What no converter knows, and a switch takes all the same, must not pass unread.
+TEST(audit, reads_words_that_were_cut_short) {
+    const struct {
+        const char *code, *from, *to;
+        std::string text;
+    } rows[] = {
+        {"IC043", "4.1(2)", "4.1(3)", "policy-m p\n  class class-default\n    priority\n"},
+        {"IC043", "4.1(2)", "4.1(3)", "sys qos\n  service-pol p\n"},
+        {"IC044", "4.1(2)", "4.2(1)", "npiv en\n"},
+        {"IC044", "4.2(1)", "4.1(3)", "mac addr aging-time 600\n"},
+        {"IC044", "4.1(2)", "4.2(1)", "port-sec database vsan 2\n"},
+        {"IC068", "5.0(2)", "5.0(3)",
+         "interface Ethernet1/1\n  fex assoc 101\n  switchp mode fex\n"},
+        {"IC069", "4.1(2)", "5.0(2)", "vl 10-11\n  fcoe\n"},
+    };
+    for (const auto &row : rows) {
+        const std::string found =
+            codes_in(infraconvert::judge(row.text, row.text, {row.from, row.to}));
+        EXPECT_TRUE(contains(found, row.code)) << row.code << " not in " << found << row.text;
+        EXPECT_FALSE(contains(
+            codes_in(infraconvert::judge(row.text, row.text, {row.from, row.from})), row.code))
+            << row.text;
+    }
+}
+
+// What the original has wrong already is one warning, however the conversion writes it.
+TEST(audit, tells_no_error_of_what_was_wrong_before) {
+    const struct {
+        const char *codes, *from, *to;
+        std::string original, result;
+    } rows[] = {
+        // The MTU pass writes the policy-map a second time.
+        {"IC011 ", "4.1(3)", "4.2(1)",
+         "policy-map type network-qos p\n  class type network-qos b\n    mtu 9000\n",
+         "policy-map type network-qos p\n  class type network-qos b\n    mtu 9000\n"
+         "policy-map type network-qos p\n  class type network-qos b\n    mtu 8962\n"},
+        // An attachment alone does not make the text one of the other model.
+        {"IC058 ", "4.2(1)", "5.0(2)", port + "  service-policy input nowhere\n",
+         port + "  service-policy input nowhere\n"},
+        {"IC058 ", "5.0(2)", "5.1(1)", "control-plane\n  service-policy input p\n",
+         "control-plane\n  service-policy input p\n"},
+        {"IC058 ", "4.1(2)", "4.1(3)", "class-map v\n  match cos 5\n  match qos-group 3\n",
+         "class-map type qos v\n  match cos 5\n  match qos-group 3\n"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(codes_in(infraconvert::judge(row.original, row.result, {row.from, row.to})),
+                  row.codes)
+            << row.original;
 }
 
 TEST(audit, tells_of_every_code_and_tests_it) {

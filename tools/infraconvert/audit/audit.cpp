@@ -23,7 +23,7 @@ class texts_t {
         : before(split_lines(original)), after(split_lines(result)) {}
 
     finding_t finding(const difference_t &difference) const {
-        finding_t finding = {finding_kind_named(difference.code), difference.words,
+        finding_t finding = {&difference.code.kind(), difference.words,
                              evidence(before, difference.before),
                              evidence(after, difference.after)};
         finding.place = place_of(finding, {before, before}, {after, after});
@@ -81,7 +81,6 @@ void tell_failures(const converted_t &conversion, const texts_t &texts,
         // Behind the first hop the lines are those of a text that nobody has.
         const bool shows = step.hop == 0;
         findings.push_back(texts.finding({"IC090",
-                                          meaning::weight_t::error,
                                           shows ? words : words + lines_in_words(conversion, step),
                                           {},
                                           shows ? lines : std::vector<uint32_t>(),
@@ -97,15 +96,14 @@ void tell_version_line(const converted_t &conversion, const texts_t &texts,
                        std::vector<finding_t> &findings) {
     if (const uint32_t line =
             meaning::other_version_line(*conversion.original, conversion.route.front()))
-        findings.push_back(
-            texts.finding({"IC064", meaning::weight_t::warning, "", {}, {line}, {}}));
+        findings.push_back(texts.finding({"IC064", "", {}, {line}, {}}));
 }
 
 // What stands against a conversion that failed: all at once, for a converter stops at the first.
 differences_t obstacles(const converted_t &conversion) {
     const std::string &from = conversion.route.front(), &to = conversion.route.back();
     differences_t all = meaning::judge_form(*conversion.original, from);
-    std::erase_if(all, [](const difference_t &d) { return d.weight == meaning::weight_t::note; });
+    std::erase_if(all, [](const difference_t &d) { return d.severity() == severity_t::note; });
     const differences_t unsayable = meaning::unsayable(*conversion.original, from, to);
     all.insert(all.end(), unsayable.begin(), unsayable.end());
     return all;

@@ -1,8 +1,8 @@
 // What an audit finds, and where.
 #pragma once
 
-#include "audit/finding_kinds.h"
 #include "base/lines.h"
+#include "meaning/finding_kinds.h"
 
 #include <optional>
 #include <span>

@@ -68,7 +68,7 @@ bool runs_every_rule(const conversion_request_t &request) {
 bool is_error(const finding_t &finding) { return finding.kind->severity == severity_t::error; }
 
 bool tells(const finding_t &finding, const meaning::difference_t &difference) {
-    return finding.kind->code == difference.code && finding.detail == difference.words;
+    return finding.kind == &difference.code.kind() && finding.detail == difference.words;
 }
 
 // Words change when a part of a finding is mended before the rest; the code stays, and then it is
@@ -84,7 +84,7 @@ void for_each_told(std::vector<finding_t> &findings, const meaning::difference_t
         }
     }
     for (finding_t &finding : findings) {
-        if (!found && is_error(finding) && finding.kind->code == difference.code &&
+        if (!found && is_error(finding) && finding.kind == &difference.code.kind() &&
             finding.fixes.empty() && finding.by_hand.empty()) {
             visit(finding);
             return;
@@ -206,7 +206,7 @@ std::string lines_to_type(const mended_t &mended) {
         if (fix.place == fix_place_t::before)
             continue;
         for (const meaning::difference_t &difference : fix.mends)
-            text += "! " + difference.code + ": " + difference.words + '\n';
+            text += "! " + std::string(difference.code.name()) + ": " + difference.words + '\n';
         for (const std::string &line : lines_of(fix.commands))
             text += line + '\n';
     }

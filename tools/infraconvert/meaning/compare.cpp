@@ -9,8 +9,8 @@ namespace infraconvert::meaning {
 namespace {
 
 bool stands_before(const difference_t &a, const difference_t &b) {
-    if (a.weight != b.weight)
-        return a.weight < b.weight;
+    if (a.severity() != b.severity())
+        return a.severity() < b.severity();
     if (a.code != b.code)
         return a.code < b.code;
     return std::pair(a.before, a.after) < std::pair(b.before, b.after);
@@ -27,14 +27,24 @@ void sort_lines(std::vector<difference_t> &differences) {
     std::stable_sort(differences.begin(), differences.end(), stands_before);
 }
 
-bool touches(const problem_t &problem, const row_t &row) {
-    const auto fits = [](const std::string &wanted, const std::string &has) {
-        return wanted.empty() || wanted == has;
-    };
-    return std::any_of(problem.touches.begin(), problem.touches.end(), [&](const auto &touched) {
-        return fits(touched.place, row.place) && fits(touched.policy, row.policy) &&
-               fits(touched.class_name, row.class_name);
-    });
+std::string touch_key(const std::string &place, const std::string &policy,
+                      const std::string &class_name) {
+    return place + '\n' + policy + '\n' + class_name;
+}
+
+// The first of the entries that concern a row, wholly or by a part of it.
+template<typename touched_t>
+std::optional<size_t> first_touching(const touched_t &touched, const row_t &row) {
+    std::optional<size_t> first;
+    for (int parts = 0; parts < 8 && !touched.empty(); parts++) {
+        const std::string none;
+        const auto found =
+            touched.find(touch_key(parts & 1 ? row.place : none, parts & 2 ? row.policy : none,
+                                   parts & 4 ? row.class_name : none));
+        if (found != touched.end() && (!first || found->second < *first))
+            first = found->second;
+    }
+    return first;
 }
 
 } // namespace
@@ -47,40 +57,42 @@ comparison_t::comparison_t(std::string_view before_text, std::string_view after_
         route.push_back(read_release(text));
 }
 
-difference_t &comparison_t::add(const char *code, weight_t weight, const std::string &words,
+difference_t &comparison_t::add(finding_code_t code, const std::string &words,
                                 const lines_t &before_lines, const lines_t &after_lines) {
-    differences.push_back({code, weight, words, {}, before_lines, after_lines});
+    differences.push_back({code, words, {}, before_lines, after_lines});
     return differences.back();
 }
 
-difference_t *comparison_t::cause_of(const row_t &row) {
-    for (const cause_t &cause : causes) {
-        if (touches(*cause.problem, row))
-            return &differences[cause.difference];
+void comparison_t::add_cause(const problem_t &problem) {
+    const size_t difference = differences.size();
+    for (const auto &[place, policy, class_name] : problem.touches) {
+        const std::string key = touch_key(place, policy, class_name);
+        causes.try_emplace(key, difference);
+        if (is_other_model(problem.fault))
+            unconverted.try_emplace(key, difference);
+        if (problem.fault == fault_t::match_of_other_type)
+            told_class_maps.insert(class_name);
     }
-    return nullptr;
+}
+
+std::optional<size_t> comparison_t::cause_of(const row_t &row) const {
+    return first_touching(causes, row);
 }
 
 bool comparison_t::is_told(std::string_view class_map) const {
-    return std::any_of(causes.begin(), causes.end(), [&](const cause_t &cause) {
-        const auto &touched = cause.problem->touches;
-        return cause.problem->fault == fault_t::match_of_other_type &&
-               std::any_of(touched.begin(), touched.end(),
-                           [&](const auto &each) { return each.class_name == class_map; });
-    });
+    return told_class_maps.contains(std::string(class_map));
 }
 
 bool comparison_t::is_unconverted(const row_t &row) const {
-    return std::any_of(causes.begin(), causes.end(), [&](const cause_t &cause) {
-        return is_other_model(cause.problem->fault) && touches(*cause.problem, row);
-    });
+    return first_touching(unconverted, row).has_value();
 }
 
 std::vector<difference_t> compare(std::string_view before, std::string_view after,
                                   std::span<const std::string_view> route) {
     comparison_t comparison(before, after, route);
-    for (const auto part : {compare_form, compare_rows, compare_order, compare_content,
-                            compare_features, compare_vlans, compare_blocks, tell_mtus})
+    for (const auto part :
+         {compare_form, compare_rows, compare_order, compare_groups, compare_content,
+          compare_features, compare_vlans, compare_blocks, tell_mtus})
         part(comparison);
     sort_lines(comparison.differences);
     return std::move(comparison.differences);
@@ -88,7 +100,7 @@ std::vector<difference_t> compare(std::string_view before, std::string_view afte
 
 bool has_errors(const std::vector<difference_t> &differences) {
     return std::any_of(differences.begin(), differences.end(),
-                       [](const difference_t &d) { return d.weight == weight_t::error; });
+                       [](const difference_t &d) { return d.is_error(); });
 }
 
 } // namespace infraconvert::meaning

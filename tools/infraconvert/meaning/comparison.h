@@ -5,9 +5,11 @@
 #include "meaning/form.h"
 #include "meaning/mtu.h"
 
-#include <initializer_list>
+#include <optional>
 #include <set>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace infraconvert::meaning {
@@ -29,8 +31,8 @@ struct comparison_t {
     comparison_t(std::string_view before_text, std::string_view after_text,
                  std::span<const std::string_view> texts);
 
-    difference_t &add(const char *code, weight_t weight, const std::string &words,
-                      const lines_t &before_lines, const lines_t &after_lines);
+    difference_t &add(finding_code_t code, const std::string &words, const lines_t &before_lines,
+                      const lines_t &after_lines);
 
     bool crosses_models() const { return before.is_typed() != after.is_typed(); }
 
@@ -39,15 +41,11 @@ struct comparison_t {
     const side_t before, after;
     std::vector<difference_t> differences;
 
-    // Faults of the result, and the differences that tell of them: rows that are lost because of
-    // one are told with it.
-    struct cause_t {
-        const problem_t *problem;
-        size_t difference;
-    };
-    std::vector<cause_t> causes;
-    // The difference that explains why a row is not there any more; null when none does.
-    difference_t *cause_of(const row_t &row);
+    // A fault, told by the difference that is added next: rows that are lost because of it are told
+    // with that.
+    void add_cause(const problem_t &problem);
+    // The difference that explains why a row is not there any more; none when none does.
+    std::optional<size_t> cause_of(const row_t &row) const;
     // True when a fault of the result is about the class-map of this name.
     bool is_told(std::string_view class_map) const;
     // True when what gives the row stands in the form of the other model.
@@ -66,12 +64,19 @@ struct comparison_t {
     };
     std::set<mtu_change_t> mtus;
     void note_mtu(const std::string &where, mtu_line_t old, mtu_line_t now);
+
+  private:
+    // By what a fault touches: place, policy-map and class, with what it does not concern empty.
+    using touched_t = std::unordered_map<std::string, size_t>;
+    touched_t causes, unconverted;
+    std::unordered_set<std::string> told_class_maps;
 };
 
 // In this order.
 void compare_form(comparison_t &comparison);
 void compare_rows(comparison_t &comparison);
 void compare_order(comparison_t &comparison);
+void compare_groups(comparison_t &comparison);
 void compare_content(comparison_t &comparison);
 void compare_features(comparison_t &comparison);
 void compare_vlans(comparison_t &comparison);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "meaning/effects.h"
+#include "meaning/finding_kinds.h"
 
 #include <cstdint>
 #include <string>
@@ -9,19 +10,19 @@
 
 namespace infraconvert::meaning {
 
-enum class weight_t { error, warning, note };
-
 struct row_change_t {
     row_t row;
     bool gained; // else lost
 };
 
 struct difference_t {
-    std::string code; // of the finding: "IC030"
-    weight_t weight;
+    finding_code_t code;
     std::string words;                   // "Ethernet1/1 output: priority for cos 5 is gone"
     std::vector<row_change_t> rows = {}; // those of the effect table that are concerned
     std::vector<uint32_t> before = {}, after = {}; // lines of the two texts, from 1, sorted
+
+    severity_t severity() const { return code.kind().severity; }
+    bool is_error() const { return severity() == severity_t::error; }
 };
 
 } // namespace infraconvert::meaning

@@ -8,7 +8,10 @@
 #include "meaning/model.h"
 
 #include <cstdint>
+#include <set>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace infraconvert::meaning {
@@ -32,8 +35,8 @@ class groups_t {
     bool sets(std::string_view class_name) const; // the policy puts this class into a group
 
   private:
-    std::vector<std::pair<std::string, traffic_t>> groups;
-    std::vector<std::string_view> set;
+    std::unordered_map<std::string_view, traffic_t> groups;
+    std::unordered_set<std::string_view> set;
 };
 
 // The policy of type qos in force at a place: its own, else the system's; null without one.
@@ -68,5 +71,35 @@ std::string in_words(const row_t &row);
 // Each row once, by place, direction, traffic and effect.
 using table_t = std::vector<row_t>;
 table_t effects_of(const model_t &model);
+
+// ---- marking.cpp
+
+// A class of an interface's policy, and the traffic that it shares a queue with.
+struct mark_t {
+    const class_t *from;
+    const action_t *action;
+    traffic_t traffic, joins; // `joins` is empty where nothing on the system has this number
+};
+
+// Where a system's policy of one type puts traffic; what interfaces say is compared with it.
+class system_marking_t {
+  public:
+    system_marking_t(const model_t &model, std::string_view type);
+
+    // Of a policy at an interface; none when it puts all traffic where the system's puts it.
+    std::vector<mark_t> marks(const policy_t &policy) const;
+
+  private:
+    traffic_t untyped_group(std::string_view number, const traffic_t &own) const;
+    bool repeats(const policy_t &policy, const std::vector<mark_t> &marks) const;
+    void read(const policy_t &policy);
+
+    const model_t &model;
+    const policy_t *policy;
+    const groups_t groups;                                         // of type qos
+    std::unordered_map<std::string_view, const class_t *> setting; // untyped: the first that does
+    std::set<traffic_t> traffic;                                   // of its classes
+    std::set<traffic_t> grouped; // of those that it puts into groups of their own
+};
 
 } // namespace infraconvert::meaning

@@ -26,6 +26,8 @@ enum class fault_t {
     fcoe_not_alone,      // in a stanza with more than its one VLAN
     fabric_order,        // "fex associate" ahead of "switchport mode fex-fabric"
     stray_line,          // a line of a map, a class or an attachment where none may stand
+    taken_back,          // "no" in front of a map or an attachment
+    odd_blank,           // a character that looks like a blank and is none
     map_line,            // a line that no map of this kind has
     class_line,          // a class line in another form than its policy-map's type asks for
     no_name,
@@ -47,11 +49,15 @@ struct problem_t {
     std::string subject; // the same in two texts when it is the same problem: "class-map voice"
     std::string words;   // what is wrong, in a sentence without its end
     std::vector<uint32_t> lines = {};
-    size_t weight = 0; // more in the result than in the original: the conversion made it worse
+    size_t weight = 0;    // more in the result than in the original: the conversion made it worse
+    bool of_maps = false; // of another model: class-maps or policy-maps are, not only
+                          // what attaches them
+    bool goes_with_another = false; // which tells enough
 
     // What does not work because of it; empty strings for what it does not concern.
     struct touched_t {
         std::string place, policy, class_name;
+        auto operator<=>(const touched_t &) const = default;
     };
     std::vector<touched_t> touches = {};
 };

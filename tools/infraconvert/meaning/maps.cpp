@@ -39,16 +39,24 @@ named_t read_name(const words_t &words) {
     return named;
 }
 
-template<typename map_t> map_t &map_named(std::vector<map_t> &maps, const named_t &named) {
-    const auto known = std::find_if(maps.begin(), maps.end(), [&](const map_t &map) {
-        return map.type == named.type && map.name == named.name;
-    });
-    if (known != maps.end())
-        return *known;
+template<typename map_t>
+map_t &map_named(std::vector<map_t> &maps, names_index_t &names, const named_t &named) {
+    for (const uint32_t known : names.of(named.name)) {
+        if (maps[known].type == named.type)
+            return maps[known];
+    }
+    names.add(named.name, static_cast<uint32_t>(maps.size()));
     maps.emplace_back();
     maps.back().type = named.type;
     maps.back().name = named.name;
     return maps.back();
+}
+
+// "02" is the group 2.
+std::string_view plain_number(std::string_view number) {
+    while (number.size() > 1 && number[0] == '0')
+        number.remove_prefix(1);
+    return number;
 }
 
 // ---- class-maps
@@ -56,14 +64,14 @@ template<typename map_t> map_t &map_named(std::vector<map_t> &maps, const named_
 void read_match(class_map_t &map, const line_t &line, const words_t &words) {
     const std::span<const std::string_view> rest = std::span(words).subspan(1);
     if (rest.size() == 2 && rest[0] == "qos-group")
-        map.groups.push_back({std::string(rest[1]), line.number});
+        map.groups.push_back({std::string(plain_number(rest[1])), line.number});
     else
         map.matches.push_back({joined(rest), line.number});
 }
 
 void read_class_map(model_t &model, const stanza_t &stanza, const named_t &named,
                     const std::string &owner) {
-    class_map_t &map = map_named(model.class_maps, named);
+    class_map_t &map = map_named(model.class_maps, model.class_map_names, named);
     map.headers.push_back(stanza.header.number);
     map.all = map.all || std::count(named.front.begin(), named.front.end(), "match-all") > 0;
     if (!named.front.empty())
@@ -116,17 +124,22 @@ action_t read_action(const line_t &line, const words_t &words) {
     return action;
 }
 
+// Of an action that the model does not know, several may stand side by side.
+bool replaces(const action_t &action, const action_t &earlier) {
+    const bool once = action.kind != action_kind_t::other || action.keyword == "police" ||
+                      action.keyword.starts_with("set ");
+    return earlier.keyword == action.keyword && (once || earlier.text == action.text);
+}
+
 void add_action(class_t &to, action_t action) {
-    std::erase_if(to.actions,
-                  [&](const action_t &earlier) { return earlier.keyword == action.keyword; });
+    std::erase_if(to.actions, [&](const action_t &earlier) { return replaces(action, earlier); });
     to.actions.push_back(std::move(action));
 }
 
 class_t &class_named(policy_t &policy, std::string_view name) {
-    const auto known = std::find_if(policy.classes.begin(), policy.classes.end(),
-                                    [&](const class_t &c) { return c.name == name; });
-    if (known != policy.classes.end())
-        return *known;
+    if (const auto known = policy.class_names.of(name); !known.empty())
+        return policy.classes[known.front()];
+    policy.class_names.add(name, static_cast<uint32_t>(policy.classes.size()));
     policy.classes.push_back({name, {}, {}});
     return policy.classes.back();
 }
@@ -151,7 +164,7 @@ class_t *read_class(model_t &model, policy_t &policy, const line_t &line, const 
 
 void read_policy(model_t &model, const stanza_t &stanza, const named_t &named,
                  const std::string &owner) {
-    policy_t &policy = map_named(model.policies, named);
+    policy_t &policy = map_named(model.policies, model.policy_names, named);
     policy.headers.push_back(stanza.header.number);
     if (!named.front.empty())
         model.front_words.push_back({named.type, named.name, named.front, stanza.header.number});
@@ -180,13 +193,12 @@ place_kind_t kind_of_place(std::string_view place) {
 } // namespace
 
 std::string_view action_t::group() const {
-    return std::string_view(text).substr(std::min(text.size(), keyword.size() + 1));
+    return plain_number(std::string_view(text).substr(std::min(text.size(), keyword.size() + 1)));
 }
 
 const class_t *policy_t::find(std::string_view class_name) const {
-    const auto found = std::find_if(classes.begin(), classes.end(),
-                                    [&](const class_t &c) { return c.name == class_name; });
-    return found == classes.end() ? nullptr : &*found;
+    const auto found = class_names.of(class_name);
+    return found.empty() ? nullptr : &classes[found.front()];
 }
 
 bool policy_t::has_actions() const {
@@ -213,8 +225,12 @@ bool read_attachment(model_t &model, const stanza_t &stanza, const line_t &line,
     if (words[0] != "service-policy" || line.indent == 0 || stanza.header.text.empty())
         return false;
     named_t named = read_name(words);
-    attachment_t attachment = {
-        joined(split_words(stanza.header.text)), {}, named.type, "", named.name, line.number};
+    attachment_t attachment = {joined(full_words(stanza.header.text, position_t::first_line)),
+                               {},
+                               named.type,
+                               "",
+                               named.name,
+                               line.number};
     attachment.kind = kind_of_place(attachment.place);
     if (attachment.kind == place_kind_t::system)
         attachment.place = "system";

@@ -40,28 +40,52 @@ bool belongs_below(std::string_view word) {
 
 // A first line that no release reads below another one.
 bool belongs_at_the_start(const words_t &words) {
-    return words.size() > 1 && (words[0] == "class-map" || words[0] == "policy-map");
+    return words.size() > 1 &&
+           (words[0] == "class-map" || words[0] == "policy-map" ||
+            begins_with(words, {"system", "qos"}) || begins_with(words, {"npiv", "enable"}));
+}
+
+// A blank that only looks like one, as texts from web pages and office programs have it, or the
+// mark that some editors put at the start of a file.
+bool holds_odd_blank(std::string_view text) {
+    constexpr std::string_view no_break_space = "\xc2\xa0", byte_order_mark = "\xef\xbb\xbf";
+    return text.find(no_break_space) != text.npos || text.find(byte_order_mark) != text.npos;
+}
+
+// Lines that take something back, of which a saved configuration has none: it says what is.
+bool takes_back(const words_t &words) {
+    constexpr std::string_view of_maps[] = {"class-map", "policy-map", "service-policy"};
+    return words.size() > 1 && words[0] == "no" &&
+           std::find(std::begin(of_maps), std::end(of_maps), words[1]) != std::end(of_maps);
+}
+
+void check_line(model_t &model, const line_t &line, const words_t &words, bool at_the_start) {
+    const bool stray = at_the_start ? belongs_below(words[0]) : belongs_at_the_start(words);
+    const misfit_t::kind_t kind = stray               ? misfit_t::stray_line
+                                  : takes_back(words) ? misfit_t::taken_back
+                                                      : misfit_t::odd_blank;
+    if (kind != misfit_t::odd_blank || holds_odd_blank(line.text))
+        model.misfits.push_back({kind, line.number, std::string(line.text)});
 }
 
 void read_body(model_t &model, const stanza_t &stanza, const std::string &key) {
     for (const line_t &line : stanza.body) {
-        const words_t words = split_words(line.text);
+        const words_t words = full_words(line.text, position_t::body);
         if (read_attachment(model, stanza, line, words))
             continue;
         block_t &block = block_of(model, key);
         if (is_fabric_line(words) && line.indent > 0)
-            block.fabric.push_back(line);
+            block.fabric.push_back({joined(words), line.number});
         else
             block.lines.push_back(line);
-        if (belongs_at_the_start(words))
-            model.misfits.push_back({misfit_t::stray_line, line.number, std::string(line.text)});
+        check_line(model, line, words, false);
     }
 }
 
 void read_stanza(model_t &model, const stanza_t &stanza) {
-    const words_t header = split_words(stanza.header.text);
-    if (header.empty())
+    if (stanza.header.text.empty())
         return read_body(model, stanza, "");
+    const words_t header = full_words(stanza.header.text, position_t::first_line);
     if (is_map(header))
         return read_map(model, stanza, header);
     if (read_feature(model, stanza, header) || read_vlans(model, stanza, header))
@@ -71,9 +95,7 @@ void read_stanza(model_t &model, const stanza_t &stanza) {
     if (block.headers.empty())
         block.header = stanza.header.text;
     block.headers.push_back(stanza.header.number);
-    if (belongs_below(header[0]))
-        model.misfits.push_back(
-            {misfit_t::stray_line, stanza.header.number, std::string(stanza.header.text)});
+    check_line(model, stanza.header, header, true);
     read_body(model, stanza, key);
 }
 
@@ -99,55 +121,6 @@ std::string feature_named(model_t &model, const line_t &header,
     return command[0] == "feature" ? std::string(command[1]) : "";
 }
 
-void set_feature(model_t &model, feature_t feature) {
-    const auto known = std::find_if(model.features.begin(), model.features.end(),
-                                    [&](const feature_t &f) { return f.name == feature.name; });
-    if (known == model.features.end())
-        model.features.push_back(std::move(feature));
-    else
-        *known = std::move(feature);
-}
-
-// ---- VLANs
-
-enum class list_t { good, bad, zero };
-
-// Reads a number of VLANs off the front of `list`; -1 when there is none.
-long take_number(std::string_view &list) {
-    constexpr size_t most_digits = 4;
-    size_t digits = 0;
-    long value = 0;
-    while (digits < list.size() && list[digits] >= '0' && list[digits] <= '9')
-        value = std::min(value * 10 + (list[digits++] - '0'), long{vlan_numbers});
-    list.remove_prefix(digits);
-    return digits > 0 && digits <= most_digits ? value : -1;
-}
-
-list_t read_list(std::string_view list, vlans_t &vlans) {
-    constexpr long last_vlan = 4094;
-    bool zero = false, good = true;
-    while (true) {
-        const bool left_out = list.empty() || list[0] == ',';
-        const long low = take_number(list);
-        long high = low;
-        if (low >= 0 && list.starts_with('-')) {
-            list.remove_prefix(1);
-            high = take_number(list);
-        }
-        zero = zero || low == 0 || left_out;
-        good = good && low > 0 && low <= high && high <= last_vlan;
-        for (long vlan = low; good && vlan <= high; vlan++)
-            vlans.set(static_cast<size_t>(vlan));
-        if (list.empty())
-            return zero ? list_t::zero : good ? list_t::good : list_t::bad;
-        if (list[0] != ',')
-            return list_t::bad;
-        list.remove_prefix(1);
-    }
-}
-
-bool is_number(char c) { return c >= '0' && c <= '9'; }
-
 } // namespace
 
 bool is_predefined(std::string_view class_name) {
@@ -163,30 +136,8 @@ bool read_feature(model_t &model, const stanza_t &stanza, const words_t &header)
     const std::string name = feature_named(model, stanza.header, off ? all.subspan(1) : all);
     if (name.empty())
         return false;
-    set_feature(model, {name, !off, stanza.header.number, stanza.header.text});
+    model.features[name] = {!off, stanza.header.number};
     read_body(model, stanza, "feature " + name);
-    return true;
-}
-
-bool read_vlans(model_t &model, const stanza_t &stanza, const words_t &header) {
-    if (header.size() < 2 || header[0] != "vlan" ||
-        !(is_number(header[1][0]) || header[1][0] == ','))
-        return false;
-    vlan_stanza_t vlans = {{}, stanza.header.number, {}, {}};
-    const list_t list = header.size() == 2 ? read_list(header[1], vlans.vlans) : list_t::bad;
-    if (list != list_t::good) {
-        model.misfits.push_back({list == list_t::zero ? misfit_t::vlan_zero : misfit_t::vlan_list,
-                                 stanza.header.number, std::string(stanza.header.text)});
-        return false;
-    }
-    for (const line_t &line : stanza.body) {
-        const words_t words = split_words(line.text);
-        if (words.size() == 1 && words[0] == "fcoe" && line.indent > 0)
-            vlans.fcoe.push_back(line.number);
-        else if (!read_attachment(model, stanza, line, words))
-            vlans.other.push_back(line);
-    }
-    model.vlans.push_back(std::move(vlans));
     return true;
 }
 
@@ -195,28 +146,49 @@ model_t::model_t(std::string_view text, std::string_view release_text, std::stri
       dialect(dialect_of(release, read_release(from))) {
     for (const stanza_t &stanza : reading.stanzas)
         read_stanza(*this, stanza);
+    for (uint32_t i = 0; i < attachments.size(); i++) {
+        first_attachments.try_emplace(place_key(attachments[i].place, attachments[i].type), i);
+        if (const policy_t *policy = policy_of(attachments[i]))
+            attached_policies.insert(policy);
+    }
 }
 
+namespace {
+
+// The map of this type among those of its name.
+template<typename map_t>
+const map_t *of_type(const std::vector<map_t> &maps, std::span<const uint32_t> named,
+                     std::string_view type) {
+    for (const uint32_t each : named) {
+        if (maps[each].type == type)
+            return &maps[each];
+    }
+    return nullptr;
+}
+
+} // namespace
+
 const class_map_t *model_t::class_map(std::string_view type, std::string_view name) const {
-    const auto found = std::find_if(class_maps.begin(), class_maps.end(), [&](const auto &map) {
-        return map.type == type && map.name == name;
-    });
-    return found == class_maps.end() ? nullptr : &*found;
+    return of_type(class_maps, class_map_names.of(name), type);
 }
 
 const policy_t *model_t::policy(std::string_view type, std::string_view name) const {
-    const auto found = std::find_if(policies.begin(), policies.end(), [&](const auto &map) {
-        return map.type == type && map.name == name;
-    });
-    return found == policies.end() ? nullptr : &*found;
+    return of_type(policies, policy_names.of(name), type);
+}
+
+const policy_t *model_t::policy_of(const attachment_t &attachment) const {
+    const bool plane = attachment.kind == place_kind_t::control_plane;
+    return policy(plane ? types::control_plane : attachment.type, attachment.name);
 }
 
 const attachment_t *model_t::attached(std::string_view place, std::string_view type) const {
-    const auto found =
-        std::find_if(attachments.begin(), attachments.end(), [&](const attachment_t &attachment) {
-            return attachment.place == place && attachment.type == type;
-        });
-    return found == attachments.end() ? nullptr : &*found;
+    const auto found = first_attachments.find(place_key(place, type));
+    return found == first_attachments.end() ? nullptr : &attachments[found->second];
+}
+
+std::span<const uint32_t> names_index_t::of(std::string_view name) const {
+    const auto found = by_name.find(name);
+    return found == by_name.end() ? std::span<const uint32_t>() : found->second;
 }
 
 } // namespace infraconvert::meaning

@@ -4,6 +4,7 @@
 // A model keeps what the text says, also what its release would not read; form.h judges that.
 #pragma once
 
+#include "meaning/abbreviations.h"
 #include "meaning/dialect.h"
 #include "meaning/reading.h"
 
@@ -12,6 +13,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace infraconvert::meaning {
@@ -60,6 +63,17 @@ struct action_t {
     std::string_view group() const;
 };
 
+// Which of a list of maps or classes have a name.
+class names_index_t {
+  public:
+    void add(std::string_view name, uint32_t index) { by_name[name].push_back(index); }
+    std::span<const uint32_t> of(std::string_view name) const;
+    bool has(std::string_view name) const { return by_name.contains(name); }
+
+  private:
+    std::unordered_map<std::string_view, std::vector<uint32_t>> by_name;
+};
+
 struct class_t {
     std::string_view name;
     std::vector<uint32_t> lines;
@@ -69,7 +83,8 @@ struct class_t {
 struct policy_t {
     std::string_view type, name;
     std::vector<uint32_t> headers;
-    std::vector<class_t> classes; // in the order of their first lines
+    std::vector<class_t> classes = {}; // in the order of their first lines
+    names_index_t class_names = {};
 
     const class_t *find(std::string_view class_name) const;
     bool has_actions() const;
@@ -91,6 +106,8 @@ struct misfit_t {
         stray_line, // a line of a map, class or attachment where none may stand
         map_line,   // a line that no map of its kind has
         class_type, // the class line names another type than its policy-map
+        taken_back, // "no" in front of a map or an attachment
+        odd_blank,  // a character that looks like a blank and is none
         vlan_list,  // a list of VLANs that does not read
         vlan_zero,  // the same, because of VLAN 0 or of a number left out
     } kind;
@@ -112,10 +129,8 @@ struct description_t {
 };
 
 struct feature_t {
-    std::string name; // "fc-port-security" and "npiv" in every spelling
-    bool on;
-    uint32_t line;
-    std::string_view text;
+    bool on = false;
+    uint32_t line = 0; // the last that says so
 };
 
 constexpr size_t vlan_numbers = 4096;
@@ -126,6 +141,14 @@ struct vlan_stanza_t {
     uint32_t line;
     std::vector<uint32_t> fcoe; // lines that say it
     std::vector<line_t> other;  // the rest of the body
+    bool has_fcoe = false;      // at its end
+    bool loses_fcoe = false;    // it has "no fcoe"
+};
+
+// "fex associate 101" or "switchport mode fex-fabric".
+struct fabric_line_t {
+    std::string text; // one blank between words
+    uint32_t line;
 };
 
 // The lines that the model knows nothing more about, under one stanza.
@@ -133,7 +156,7 @@ struct block_t {
     std::vector<uint32_t> headers; // none for lines ahead of the first stanza, and of maps
     std::string_view header;       // the first of them, as it is written
     std::vector<line_t> lines;
-    std::vector<line_t> fabric; // "fex associate N" and "switchport mode fex-fabric"
+    std::vector<fabric_line_t> fabric;
 };
 
 // A command whose spelling differs between releases, as it is written.
@@ -149,8 +172,18 @@ struct model_t {
 
     const class_map_t *class_map(std::string_view type, std::string_view name) const;
     const policy_t *policy(std::string_view type, std::string_view name) const;
+    // What is attached; null when it is not defined.
+    const policy_t *policy_of(const attachment_t &attachment) const;
+    bool is_attached(const policy_t &policy) const { return attached_policies.contains(&policy); }
     // The first attachment of this type at a place; null when there is none.
     const attachment_t *attached(std::string_view place, std::string_view type) const;
+    // Class-maps and policy-maps of a name, of whatever type, as indices.
+    std::span<const uint32_t> class_maps_named(std::string_view name) const {
+        return class_map_names.of(name);
+    }
+    std::span<const uint32_t> policies_named(std::string_view name) const {
+        return policy_names.of(name);
+    }
 
     reading_t reading;
     release_t release;
@@ -160,13 +193,26 @@ struct model_t {
     std::vector<policy_t> policies;
     std::vector<attachment_t> attachments;
     std::vector<front_words_t> front_words;
-    std::vector<description_t> descriptions; // in maps, where they mean nothing
-    std::vector<feature_t> features;
+    std::vector<description_t> descriptions;                // in maps, where they mean nothing
+    std::map<std::string, feature_t, std::less<>> features; // in whatever spelling: "npiv"
     std::vector<vlan_stanza_t> vlans;
     std::map<std::string, block_t, std::less<>> blocks; // by first line, brought to one spelling
     std::vector<spelled_t> spelled;
     std::vector<misfit_t> misfits;
+
+    // ---- for finding things by their name
+    names_index_t class_map_names, policy_names;
+    std::unordered_map<std::string, uint32_t> first_attachments; // by place and type
+    std::unordered_set<const policy_t *> attached_policies;
 };
+
+inline std::string place_key(std::string_view place, std::string_view part) {
+    return std::string(place) + '\n' + std::string(part);
+}
+
+// The VLANs that a configuration defines, and those with FCoE.
+vlans_t all_vlans(const model_t &model);
+vlans_t fcoe_vlans(const model_t &model);
 
 // ---- how a model is read, one function for each kind of stanza
 

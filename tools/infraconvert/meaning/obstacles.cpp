@@ -14,7 +14,7 @@ namespace {
 constexpr size_t own_groups = 4;
 
 difference_t obstacle(std::string words, std::vector<uint32_t> lines) {
-    return {"IC091", weight_t::error, std::move(words), {}, std::move(lines), {}};
+    return {"IC091", std::move(words), {}, std::move(lines), {}};
 }
 
 // Typed releases have network-qos policies on the system only.

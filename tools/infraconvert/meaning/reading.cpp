@@ -46,13 +46,27 @@ reading_t::reading_t(std::string_view text)
         const std::string_view raw = text.substr(at, end - at);
         at = end + 1;
         last_line++;
-        if (raw.ends_with('\r') && carriage_returns++ == 0)
-            first_carriage_return = last_line;
-        const line_t line = read_line(raw, last_line);
-        if (!means_nothing(line.text))
-            lines.push_back(line);
+        read(raw);
     }
     group(*this);
+}
+
+// A carriage return without a newline behind it ends a line for some systems and for others not.
+// Here it does, so that nothing behind it goes unread.
+void reading_t::read(std::string_view raw) {
+    for (size_t end = raw.find('\r'); end != raw.npos; end = raw.find('\r')) {
+        if (carriage_returns++ == 0)
+            first_carriage_return = last_line;
+        add(raw.substr(0, end));
+        raw.remove_prefix(end + 1);
+    }
+    add(raw);
+}
+
+void reading_t::add(std::string_view raw) {
+    const line_t line = read_line(raw, last_line);
+    if (!means_nothing(line.text))
+        lines.push_back(line);
 }
 
 words_t split_words(std::string_view line) {

@@ -33,10 +33,14 @@ struct reading_t {
 
     std::vector<line_t> lines; // those that mean something
     std::vector<stanza_t> stanzas;
-    uint32_t carriage_returns = 0;      // lines that end with CR LF
+    uint32_t carriage_returns = 0;      // lines that end with CR, with or without LF
     uint32_t first_carriage_return = 0; // number of the first of them
     bool ends_with_newline = true;
     uint32_t last_line = 0; // number of the last line
+
+  private:
+    void read(std::string_view raw);
+    void add(std::string_view raw);
 };
 
 using words_t = std::vector<std::string_view>;

@@ -51,39 +51,28 @@ traffic_t traffic_of(const model_t &model, std::string_view type, std::string_vi
 }
 
 groups_t::groups_t(const model_t &model, const policy_t *policy) {
-    const auto put = [&](std::string_view number, const traffic_t &traffic) {
-        for (auto &[known, sum] : groups) {
-            if (known == number)
-                return add_all(sum, traffic);
-        }
-        groups.emplace_back(number, traffic);
-    };
-    for (const class_t &each : policy ? policy->classes : std::vector<class_t>()) {
+    static const std::vector<class_t> no_classes;
+    for (const class_t &each : policy ? policy->classes : no_classes) {
         for (const action_t &action : each.actions) {
             if (action.kind != action_kind_t::group)
                 continue;
-            put(action.group(), traffic_of(model, types::qos, each.name));
-            set.push_back(each.name);
+            add_all(groups[action.group()], traffic_of(model, types::qos, each.name));
+            set.insert(each.name);
         }
     }
     if (!sets(classes::rest))
-        put(group_of_rest, {std::string(classes::rest)});
+        add_all(groups[group_of_rest], {std::string(classes::rest)});
     if (!sets(classes::fcoe))
-        put(group_of_fcoe, {std::string(classes::fcoe)});
+        add_all(groups[group_of_fcoe], {std::string(classes::fcoe)});
 }
 
 const traffic_t &groups_t::of(std::string_view number) const {
     static const traffic_t nothing;
-    for (const auto &[known, traffic] : groups) {
-        if (known == number)
-            return traffic;
-    }
-    return nothing;
+    const auto known = groups.find(number);
+    return known == groups.end() ? nothing : known->second;
 }
 
-bool groups_t::sets(std::string_view class_name) const {
-    return std::find(set.begin(), set.end(), class_name) != set.end();
-}
+bool groups_t::sets(std::string_view class_name) const { return set.contains(class_name); }
 
 const policy_t *policy_in_force(const model_t &model, std::string_view place) {
     const attachment_t *attachment = model.attached(place, types::qos);

@@ -12,7 +12,6 @@
 namespace infraconvert::mending {
 
 using meaning::difference_t;
-using meaning::weight_t;
 using differences_t = std::vector<difference_t>;
 
 namespace {
@@ -31,7 +30,7 @@ parts_t parts_of(const difference_t &difference) {
     for (const meaning::row_change_t &change : difference.rows)
         parts.insert((change.gained ? "new " : "gone ") + meaning::in_words(change.row));
     if (parts.empty() || difference.words.find("does not read") != std::string::npos)
-        parts.insert(difference.code + ' ' +
+        parts.insert(std::string(difference.code.name()) + ' ' +
                      difference.words.substr(0, difference.words.find(';')));
     return parts;
 }
@@ -39,10 +38,10 @@ parts_t parts_of(const difference_t &difference) {
 struct verdict_t {
     explicit verdict_t(differences_t found) : differences(std::move(found)) {
         for (const difference_t &difference : differences) {
-            if (difference.weight == weight_t::error)
+            if (difference.is_error())
                 errors.merge(parts_of(difference));
-            else if (difference.weight == weight_t::warning)
-                warnings.insert(difference.code);
+            else if (difference.severity() == severity_t::warning)
+                warnings.insert(difference.code.name());
         }
     }
 
@@ -53,8 +52,9 @@ struct verdict_t {
 // Sizes that changed are told for what was brought back too.
 bool is_about_mtu(const std::string &code) { return code.starts_with("IC05"); }
 
-bool is_about_maps(const std::string &code) {
-    return code.starts_with("IC01") || code.starts_with("IC02") || code.starts_with("IC03") ||
+bool is_about_maps(finding_code_t code) {
+    const std::string_view name = code.name();
+    return name.starts_with("IC01") || name.starts_with("IC02") || name.starts_with("IC03") ||
            code == "IC040" || code == "IC041" || code == "IC043" || code == "IC055";
 }
 
@@ -116,7 +116,7 @@ class after_t {
     std::vector<by_hand_t> left() const {
         std::vector<by_hand_t> left;
         for (const difference_t &difference : verdict.differences) {
-            if (difference.weight == weight_t::error)
+            if (difference.is_error())
                 left.push_back({difference, why_not(difference)});
         }
         return left;
@@ -124,8 +124,8 @@ class after_t {
 
   private:
     bool is_asked(const difference_t &difference) const {
-        return difference.weight == weight_t::error &&
-               (request.codes.empty() || request.codes.contains(difference.code));
+        return difference.is_error() &&
+               (request.codes.empty() || request.codes.contains(difference.code.name()));
     }
 
     bool one_alone() {
@@ -223,8 +223,8 @@ class after_t {
                      .mends = {},
                      .commands = without_needless(text, commands)};
         for (const difference_t &difference : verdict.differences) {
-            if (difference.weight == weight_t::error && is_gone(difference)) {
-                fix.codes.insert(difference.code);
+            if (difference.is_error() && is_gone(difference)) {
+                fix.codes.insert(difference.code.name());
                 fix.mends.push_back(difference);
             }
         }
@@ -331,10 +331,9 @@ class search_t {
         } else {
             const verdict_t old(meaning::compare(request.original, *request.result, request.route));
             for (const difference_t &difference : old.differences) {
-                if (difference.weight != weight_t::error ||
-                    any_of(parts_of(difference), now.errors))
+                if (!difference.is_error() || any_of(parts_of(difference), now.errors))
                     continue;
-                fix.codes.insert(difference.code);
+                fix.codes.insert(difference.code.name());
                 fix.mends.push_back(difference);
             }
             const bool asked = request.codes.empty() || any_of(fix.codes, request.codes);

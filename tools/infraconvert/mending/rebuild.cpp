@@ -78,7 +78,7 @@ class rebuilding_t {
         std::vector<const row_t *> lost;
         for (const difference_t &difference : differences) {
             for (const row_change_t &change : difference.rows) {
-                if (!change.gained && difference.weight == weight_t::error)
+                if (!change.gained && difference.is_error())
                     lost.push_back(&change.row);
             }
         }
@@ -87,7 +87,7 @@ class rebuilding_t {
             return rank(scene.before, *a) < rank(scene.before, *b);
         });
         for (const row_t *row : lost) {
-            const difference_t one = {"", weight_t::error, "", {{*row, false}}, {}, {}};
+            const difference_t one = {"IC030", "", {{*row, false}}, {}, {}};
             const candidate_t candidate = restored_rows(scene, one, names);
             if (!candidate.why_not.empty())
                 why_not = candidate.why_not;
@@ -100,7 +100,7 @@ class rebuilding_t {
     bool next_content(const std::vector<difference_t> &differences) {
         const scene_t scene(original, text, route);
         for (const difference_t &difference : differences) {
-            if (difference.weight == weight_t::error && difference.rows.empty() &&
+            if (difference.is_error() && difference.rows.empty() &&
                 add(restored_content(scene, difference).commands))
                 return true;
         }

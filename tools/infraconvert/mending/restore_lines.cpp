@@ -63,15 +63,6 @@ class line_restorer_t {
 
     // ---- VLANs
 
-    static vlans_t vlans_of(const model_t &model, bool with_fcoe) {
-        vlans_t all;
-        for (const vlan_stanza_t &stanza : model.vlans) {
-            if (!with_fcoe || !stanza.fcoe.empty())
-                all |= stanza.vlans;
-        }
-        return all;
-    }
-
     bool is_told(const vlan_stanza_t &stanza, const std::vector<uint32_t> &numbers) const {
         const auto told = [&](uint32_t line) {
             return std::binary_search(numbers.begin(), numbers.end(), line);
@@ -89,10 +80,10 @@ class line_restorer_t {
 
     // Each VLAN by itself, as releases 5 want "fcoe"; older ones read it too.
     candidate_t restored_vlans() {
-        const vlans_t lost = vlans_of(scene.before, false) & ~vlans_of(scene.after, false);
-        const vlans_t lost_fcoe = vlans_of(scene.before, true) & ~vlans_of(scene.after, true);
-        const vlans_t gained = vlans_of(scene.after, false) & ~vlans_of(scene.before, false);
-        const vlans_t new_fcoe = vlans_of(scene.after, true) & ~vlans_of(scene.before, true);
+        const vlans_t lost = all_vlans(scene.before) & ~all_vlans(scene.after);
+        const vlans_t lost_fcoe = fcoe_vlans(scene.before) & ~fcoe_vlans(scene.after);
+        const vlans_t gained = all_vlans(scene.after) & ~all_vlans(scene.before);
+        const vlans_t new_fcoe = fcoe_vlans(scene.after) & ~fcoe_vlans(scene.before);
         for (size_t vlan = 0; vlan < vlan_numbers; vlan++) {
             const std::string header = "vlan " + std::to_string(vlan);
             if (lost_fcoe[vlan])

@@ -11,8 +11,8 @@ a aborting action actions added adding address address-table addresses again ahe
 alter altering an
 an-infraconvert and another any are argument as ascii asks assign assigned associate association at attached
 attachment attachments back bandwidth banner be becomes been before beginning begins behind belong belongs below
-besides between block both breaks buf buffer but by byte bytes byteto c called calling can cannot carriage carried
-carries case change changed changes characters class class-all-flood class-default class-fcoe
+besides between blank block both breaks buf buffer but by byte bytes byteto c called calling can cannot carriage carried
+carries case change changed changes character characters class class-all-flood class-default class-fcoe
 class-ip-multicast class-map class-maps classes close cnv code come comes command commands completed
 configuration contradicts control-plane conversion convert convert_startup converted converter converters
 convertion copp copy cos could counted created creating criteria database default define defines
@@ -27,7 +27,7 @@ had half has have header headers here high higher hit holds however if ignoring 
 insert inserted inserting install instead interchange interface interfaces interleaved into invalid invoked is it its
 itself joins k keep keeps kept kesto keyword kind lack last later lead leads leaves left length less level like limit
 line
-lines list location log longer looking lost low lower lowered m mac mac-address-table make makes many map maps
+lines list location log longer looking looks lost low lower lowered m mac mac-address-table make makes many map maps
 mark marked marking match match-all match-any matched matches matching may mean means meet meets member memory met
 missing mode more most moved mtu mts_q multicast-optimize must name named names neither network-qos new newer
 next no none non-matching non-user nonvolatile nor not nothing now nowhere null number numbers of off offset old older
@@ -39,7 +39,7 @@ qos-group qos-groups qosgrp queue queue-limit queues queuing range raised reach 
 refused refusing release releases removing repeats replaced requred required reset result results return
 returned rewritten right room row rows rule s same satmgr save saved says schedule scheduling scratch search
 second section security see seen service service-policies service-policy set sets several shared should shown single
-size skip skipping so source special spelling stands stanza stanzas start starting startup state stay stays step still
+size skip skipping so something source special spelling stands stanza stanzas start starting startup state stay stays step still
 stood stop stopped str str1 success succesfully sucessfully switch switchport system table take taken takes
 target testing text than that the their them then there these they thing things this those three through to
 to_major to_minor to_patch to_product to_subversion to_ver together too total traffic train trust try turned

@@ -1,7 +1,8 @@
-// The table of what an audit can find. The codes are part of the interface: a code keeps its
-// meaning for good, and new findings take new codes.
+// The table of what can be found in a configuration and its conversion. The codes are part of the
+// interface: a code keeps its meaning for good, and new findings take new codes.
 #pragma once
 
+#include <compare>
 #include <string_view>
 
 namespace infraconvert {
@@ -212,6 +213,11 @@ inline constexpr finding_kind_t finding_kind_table[] = {
      "The original holds a line that its own release refuses, so it has no effect today. The "
      "conversion did not make it worse.",
      "Repair the original before the conversion, or remove the line."},
+    {"IC059", severity_t::error, "Traffic is in another qos-group",
+     "The policy of type qos under \"system qos\" puts traffic together that was apart, or apart "
+     "what was together. No policy of type queuing or network-qos names the group, but each group "
+     "has a queue of its own.",
+     "Let the classes set the qos-groups of the original."},
     {"IC060", severity_t::error, "Typed text where the older release writes none",
      "Releases before 4.1(3) write maps without a type. Typed maps in a configuration that is "
      "said to come from such a release are converted once more and come out damaged: probably "
@@ -291,6 +297,8 @@ class finding_code_t {
             this_code_has_no_row_in_finding_kind_table();
     }
     const finding_kind_t &kind() const { return *row; }
+    const char *name() const { return row->code; }            // "IC041"
+    auto operator<=>(const finding_code_t &) const = default; // in the order of the table
 
   private:
     const finding_kind_t *row = nullptr;
