@@ -45,6 +45,7 @@ std::vector<match_t> common(const std::vector<line_t> &old, const std::vector<li
     };
     std::vector<match_t> pairs;
     if (std::equal(old.begin(), old.end(), now.begin(), now.end(), same)) {
+        pairs.reserve(old.size());
         for (uint32_t i = 0; i < old.size(); i++)
             pairs.push_back({i, i});
         return pairs;

@@ -125,7 +125,7 @@ class action_teller_t {
         for (const auto &[where, found] : classes) {
             std::string actions;
             for (const std::string &action : found.actions)
-                actions += (actions.empty() ? "" : ", ") + action;
+                (actions += actions.empty() ? "" : ", ") += action;
             content.comparison.add(
                 code, where + ": " + actions + (found.actions.size() > 1 ? " are " : " is ") + verb,
                 of_original ? found.lines : lines_t(), of_original ? lines_t() : found.lines);

@@ -53,6 +53,7 @@ std::vector<std::string> places_in_words(const std::vector<const row_t *> &rows)
             directions.push_back(row->direction);
     }
     std::vector<std::string> words;
+    words.reserve(places.size());
     for (const auto &[place, directions] : places)
         words.push_back(place + (directions.empty() ? "" : " ") + listed(directions, " and ", 2));
     return words;
