@@ -108,8 +108,8 @@ class action_teller_t {
     bool is_lost(const policy_t &policy, const class_t &of, const action_t &action) {
         if (!content.after.policies_named(policy.name).empty())
             return true;
-        if (!content.rows_before.policies.contains(policy.name) ||
-            content.goes_with_control_plane(policy.type, action.line))
+        if (content.goes_with_control_plane(policy.type, action.line) ||
+            !content.rows_before.policies.contains(policy.name))
             return false;
         return !content.rows_before.having_rows.contains(&policy) || !nameless.has(of, action);
     }
