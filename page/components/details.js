@@ -5,6 +5,7 @@ function detailsOf(report, configuration) {
   if (configuration.problem) body.append(make("p", "trouble", configuration.problem));
   const details = report.details(configuration.index);
   if (!details) return body;
+  if (report.actions) body.append(report.actions(configuration));
   if (details.findings.length) body.append(section("Findings", ...findingsSection(report, details.findings)));
   if (details.effects?.rows.length) body.append(section("Effects", effectsTable(details.effects)));
   body.append(section("Services", servicesTable(details.services)));

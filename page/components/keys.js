@@ -5,7 +5,7 @@ function walk(place, by) {
   if (heads.length) heads[Math.max(0, Math.min(heads.length - 1, heads.indexOf(document.activeElement) + by))].focus();
 }
 
-function listenToKeys(place, form) {
+function listenToKeys(place, form, signal) {
   document.addEventListener("keydown", event => {
     if (event.ctrlKey || event.metaKey || event.altKey) return;
     if (event.key === "Escape") { goTo({}); return; }
@@ -13,5 +13,5 @@ function listenToKeys(place, form) {
     if (event.key === "/") { form.elements.text.focus(); event.preventDefault(); }
     if (event.key === "j") walk(place, 1);
     if (event.key === "k") walk(place, -1);
-  });
+  }, { signal });
 }

@@ -1,7 +1,12 @@
-// The report: one call shows it in the elements of report.html.
+// The report: one call shows it in the elements of report.html. The report that was shown before listens no more.
+
+let listening = new AbortController();
 
 function showReport(report) {
   const at = id => document.getElementById(id), form = at("filters"), list = at("list");
+  listening.abort();
+  listening = new AbortController();
+  const { signal } = listening;
   report.configurations.forEach((c, index) => { c.index = index; c.open ??= c.codes; });
   const update = () => updateList(report, form, list, at("count"));
   showIdentity(report, at("identity"));
@@ -13,9 +18,9 @@ function showReport(report) {
   form.addEventListener("input", () => goTo({ ...Object.fromEntries(new FormData(form)), needs: currentFilter().needs }));
   form.addEventListener("submit", event => event.preventDefault());
   form.addEventListener("reset", event => { event.preventDefault(); goTo({}); });
-  window.addEventListener("hashchange", update);
-  window.addEventListener("beforeprint", () => openAll(report, list));
-  listenToKeys(list, form);
+  window.addEventListener("hashchange", update, { signal });
+  window.addEventListener("beforeprint", () => openAll(report, list), { signal });
+  listenToKeys(list, form, signal);
   update();
 }
 

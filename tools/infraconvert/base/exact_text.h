@@ -3,6 +3,7 @@
 // under its key and "_base64". A list of texts has a list beside it.
 #pragma once
 
+#include "base/base64.h"
 #include "base/quoting.h"
 
 #include <nlohmann/json.hpp>
@@ -12,10 +13,6 @@
 #include <vector>
 
 namespace infraconvert {
-
-std::string base64(std::string_view bytes);
-// Throws input_error_t for what is no base64.
-std::string from_base64(const std::string &text);
 
 // The exact bytes of a text, or of each text of a list, as they stand beside it; null where it
 // needs none.

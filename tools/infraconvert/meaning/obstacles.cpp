@@ -69,9 +69,10 @@ void find_several_policies(const model_t &model, std::vector<difference_t> &foun
                 .push_back(&attachment);
     }
     for (const auto &[place, all] : places) {
-        const bool one = std::all_of(all.begin(), all.end(), [&](const attachment_t *each) {
-            return each->name == all.front()->name;
-        });
+        const bool one =
+            std::all_of(all.begin(), all.end(), [first = all.front()](const attachment_t *each) {
+                return each->name == first->name;
+            });
         std::vector<uint32_t> lines;
         for (const attachment_t *each : all)
             lines.push_back(each->line);

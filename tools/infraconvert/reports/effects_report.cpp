@@ -102,7 +102,9 @@ std::vector<section_t> sections_of(const effects_t &rows) {
         by_place[place_in_words(place)].push_back({change, row.traffic, row.direction, row.effect});
     }
     std::vector<section_t> sections;
-    for (auto &[place, lines] : by_place) {
+    for (auto &entry : by_place) {
+        const auto &place = entry.first;
+        auto &lines = entry.second;
         join(lines, &line_t::direction, " and ");
         join(lines, &line_t::effect, ", ");
         auto same = std::find_if(sections.begin(), sections.end(),

@@ -1,8 +1,11 @@
-#include "base/exact_text.h"
+#include "base/base64.h"
 
 #include "base/errors.h"
+#include "base/quoting.h"
 
 #include <openssl/evp.h>
+
+#include <vector>
 
 namespace infraconvert {
 
