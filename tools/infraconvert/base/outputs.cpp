@@ -128,14 +128,17 @@ void outputs_t::made_from(const std::string &file) {
     reads(file);
 }
 
-void outputs_t::reads(const std::string &file) {
+void outputs_t::only_reads(const std::string &file) {
     files_t shown;
     shown.add_open(STDOUT_FILENO, "shown");
-    const bool standard = file == standard_stream;
-    if (!shown.find(standard ? "/dev/stdin" : file).empty())
+    if (!shown.find(file == standard_stream ? "/dev/stdin" : file).empty())
         throw usage_error_t("standard output would go into " + quoted_name(file) +
                             ", which is read");
-    if (standard)
+}
+
+void outputs_t::reads(const std::string &file) {
+    only_reads(file);
+    if (file == standard_stream)
         inputs.add_open(STDIN_FILENO, "a file that is read");
     else
         inputs.add(file, "a file that is read");

@@ -33,6 +33,8 @@ class outputs_t {
     void made_from(const std::string &file);
     // The command reads this file too.
     void reads(const std::string &file);
+    // The command reads this file, and writes nothing but its standard output.
+    static void only_reads(const std::string &file);
 
     // Tells of an output before the work begins. Throws usage_error_t in the name of the option
     // when it is one of the inputs or another output, or when there can be no such file.

@@ -166,8 +166,9 @@ void report_all(const audit_options_t &options, const fleet_t &fleet, reports_t 
 
 // Tells the outputs apart from the files that are read, before any work.
 void expect_outputs(const audit_options_t &options, const fleet_t &fleet, outputs_t &outputs) {
+    const bool writes = !options.report.empty() || !options.fixes.empty();
     for (const std::string &file : fleet.files)
-        outputs.made_from(file);
+        writes ? outputs.made_from(file) : outputs_t::only_reads(file);
     if (fleet.result)
         outputs.made_from(configuration_file(options.result));
     if (!options.report.empty())

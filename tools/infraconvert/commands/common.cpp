@@ -141,8 +141,8 @@ void declare_mend(CLI::App &arguments, std::string &mend) {
 std::vector<std::string> files_of(const paths_t &paths) {
     std::vector<std::string> all = paths.given;
     if (!paths.list.empty()) {
-        const std::vector<std::string> listed = listed_paths(paths.list);
-        all.insert(all.end(), listed.begin(), listed.end());
+        std::vector<std::string> listed = listed_paths(paths.list);
+        std::move(listed.begin(), listed.end(), std::back_inserter(all));
     }
     if (paths.list == standard_stream &&
         std::find(all.begin(), all.end(), standard_stream) != all.end())

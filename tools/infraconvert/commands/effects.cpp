@@ -99,9 +99,8 @@ int run(const effects_options_t &options) {
     checked_route(options.releases);
     const std::vector<std::string> files = files_of(options.paths);
     const question_t question = question_of(options, files.size() == 1);
-    outputs_t outputs; // standard output may go elsewhere only
     for (const std::string &file : files)
-        outputs.made_from(file);
+        outputs_t::only_reads(file);
     progress_t progress(files.size());
     const auto writer = effects_writer(options.format, [&](std::string_view text) {
         progress.clear();
