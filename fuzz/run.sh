@@ -13,7 +13,7 @@ targets=(${2:-npiv fcportsec fwm satmgr assoc qos engine mask})
 build=${FUZZ_BUILD:-build/fuzz}
 [ -w /dev/shm ] && export TMPDIR=/dev/shm
 
-cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DINFRACONVERT_FUZZ=ON \
+cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DINFRACONVERT_TOOLS=ON -DINFRACONVERT_FUZZ=ON \
       -DCMAKE_CXX_COMPILER="${CLANGXX:-clang++}" \
       -DCMAKE_CXX_FLAGS="-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all" >/dev/null
 cmake --build "$build" --parallel "$(nproc)" --target "${targets[@]/#/fuzz_}" >/dev/null

@@ -31,6 +31,20 @@ def golden_seeds(directory):
         write_seed(directory, target, f"golden-{pair}-{name}", request, configuration)
 
 
+def meaning_seeds(directory):
+    """Every golden conversion: what was converted, and what came of it."""
+    golden = f"{root}/tests/golden"
+    for place, _, files in os.walk(golden):
+        if "in.cfg" not in files or "out.cfg" not in files:
+            continue
+        texts = []
+        for name in ("in.cfg", "out.cfg"):
+            with open(f"{place}/{name}", "rb") as file:
+                texts.append(file.read())
+        service, pair, name = os.path.relpath(place, golden).split(os.sep)[:3]
+        write_seed(directory, "meaning", f"{service}-{pair}-{name}", " ".join(pair.split("__")), b"\0".join(texts))
+
+
 def engine_seeds(directory):
     """A few texts, each with every operation at some places."""
     for number, text in enumerate([b"a\nab\n  aba\nabab\n", b"abababab", b"\n\n\n\naa", b"a\0b\na"]):
@@ -72,6 +86,7 @@ def main():
     os.makedirs(directory, exist_ok=True)
     golden_seeds(directory)
     engine_seeds(directory)
+    meaning_seeds(directory)
     mask_seeds(directory)
     keywords(directory)
 

@@ -1,0 +1,43 @@
+// Two texts, compared by what they mean. An input is
+//
+//     FROM TO
+//     text, and behind a zero byte another one (the same when there is none)
+//
+// Whatever they hold, the judgement ends, and a text loses nothing to itself.
+
+#include "check.h"
+
+#include "meaning/compare.h"
+
+#include <algorithm>
+
+using namespace infraconvert;
+
+namespace {
+
+std::string_view up_to(std::string_view &rest, char end) {
+    const size_t at = std::min(rest.find(end), rest.size());
+    const std::string_view part = rest.substr(0, at);
+    rest.remove_prefix(std::min(at + 1, rest.size()));
+    return part;
+}
+
+void judge(std::string_view from, std::string_view to, std::string_view before,
+           std::string_view after) {
+    (void)meaning::judge_form(before, from);
+    (void)meaning::unsayable(before, from, to);
+    (void)meaning::compare(before, after, std::vector{from, to});
+    fuzz::claim(!meaning::has_errors(meaning::compare(before, before, std::vector{from, from})),
+                "a text loses nothing to itself");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+    std::string_view rest(reinterpret_cast<const char *>(data), size);
+    std::string_view releases = up_to(rest, '\n');
+    const std::string_view from = up_to(releases, ' ');
+    const std::string_view before = up_to(rest, '\0');
+    judge(from, releases, before, rest.empty() ? before : rest);
+    return 0;
+}
