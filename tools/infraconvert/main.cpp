@@ -15,8 +15,9 @@
 namespace infraconvert {
 namespace {
 
-constexpr const command_t *commands[] = {&plan_command,  &preview_command, &convert_command,
-                                         &audit_command, &effects_command, &explain_command};
+constexpr const command_t *commands[] = {&plan_command,   &preview_command, &convert_command,
+                                         &undo_command,   &audit_command,   &effects_command,
+                                         &explain_command};
 
 // The names that may stand where a word was not understood.
 std::vector<std::string> names_like(const CLI::App &arguments, const std::string &word) {

@@ -147,7 +147,9 @@ converted_t with_fixes(const conversion_request_t &request, const mended_t &mend
             text = mending::applied(text, fix.commands);
         return text;
     };
-    return run_conversion(fixed);
+    converted_t conversion = run_conversion(fixed);
+    conversion.mended = true;
+    return conversion;
 }
 
 void add_fixes(std::vector<finding_t> &findings, const mended_t &mended,

@@ -8,4 +8,11 @@ namespace infraconvert {
 // The SHA-256 digest of `bytes` in hexadecimal.
 std::string sha256(std::string_view bytes);
 
+// The HMAC-SHA-256 of `bytes` in hexadecimal: a digest with which nobody can confirm a guess at
+// the bytes who does not have the key.
+std::string hmac_sha256(std::string_view key, std::string_view bytes);
+
+// A key that nobody can guess. Throws run_error.
+std::string random_key();
+
 } // namespace infraconvert

@@ -21,6 +21,7 @@ struct command_t {
 extern const command_t plan_command;
 extern const command_t preview_command;
 extern const command_t convert_command;
+extern const command_t undo_command;
 extern const command_t audit_command;
 extern const command_t explain_command;
 

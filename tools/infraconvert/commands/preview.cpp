@@ -217,7 +217,7 @@ std::function<int()> declare(CLI::App &arguments) {
         ->type_name("N");
     arguments
         .add_option("--label", options->labels,
-                    "Name of the original in the diff; given twice, also of the result")
+                    "Names in the diff: of the original, then of the result")
         ->type_name("NAME")
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);

@@ -59,6 +59,7 @@ struct converted_t {
     std::string logs = {}; // for people to read, when wanted
 
     bool masked = false; // as they are shown, not as they are
+    bool mended = false; // by fixes around the services
 
     bool failed() const;
     bool has_stops() const { return hops_of(route) > 1; }

@@ -1,0 +1,115 @@
+#include "reports/window_report.h"
+
+#include "base/errors.h"
+#include "base/messages.h"
+#include "base/quoting.h"
+#include "reports/json_document.h"
+
+#include <algorithm>
+
+namespace infraconvert {
+
+namespace {
+
+using json = nlohmann::ordered_json;
+using line_t = window_report_t::line_t;
+
+constexpr const char *verb_names[] = {"preview", "convert", "undo"};
+
+// In the order in which they are counted.
+constexpr struct {
+    const char *words;
+    standing_t standing;
+    bool done;
+} rows[] = {{"converted now", standing_t::converted, true},
+            {"converted", standing_t::converted, false},
+            {"put back", standing_t::ready, true},
+            {"ready", standing_t::ready, false},
+            {"unchanged", standing_t::unchanged, false},
+            {"refused", standing_t::refused, false},
+            {"failed", standing_t::failed, false},
+            {"torn", standing_t::torn, false},
+            {"stale", standing_t::stale, false},
+            {"unusable", standing_t::unusable, false}};
+
+// Standard output is for those who read; whoever wants all of very many takes the JSON.
+constexpr size_t most_lines = 100;
+
+bool needs_hands(const line_t &line) { return !line.state.why.empty(); }
+
+// Worst first, and then as in the plan.
+std::vector<const line_t *> lines_that_need_hands(const std::vector<line_t> &lines) {
+    std::vector<const line_t *> found;
+    for (const line_t &line : lines) {
+        if (needs_hands(line))
+            found.push_back(&line);
+    }
+    std::stable_sort(found.begin(), found.end(), [](const line_t *one, const line_t *other) {
+        return one->state.exit_status != other->state.exit_status &&
+               worse(one->state.exit_status, other->state.exit_status) == one->state.exit_status;
+    });
+    return found;
+}
+
+std::string counts_text(const std::vector<line_t> &lines) {
+    constexpr size_t width = 15;
+    std::string text;
+    for (const auto &row : rows) {
+        const auto count = std::count_if(lines.begin(), lines.end(), [&](const line_t &line) {
+            return line.state.standing == row.standing && line.state.done == row.done;
+        });
+        if (count > 0)
+            text += "  " + column(row.words, width) + std::to_string(count) + '\n';
+    }
+    return text;
+}
+
+std::string hands_text(const std::vector<const line_t *> &lines) {
+    std::string text;
+    for (size_t i = 0; i < std::min(lines.size(), most_lines); i++) {
+        const line_t &line = *lines[i];
+        text += "  " + quoted_name(line.file) + ": " + standing_name(line.state.standing) + ": " +
+                visible(line.state.why) + '\n';
+    }
+    if (lines.size() > most_lines)
+        text += "  and " + std::to_string(lines.size() - most_lines) + " more (--json has all)\n";
+    return text;
+}
+
+} // namespace
+
+int window_report_t::exit_status() const {
+    int status = exit_done;
+    for (const line_t &line : lines)
+        status = worse(status, line.state.exit_status);
+    return status;
+}
+
+std::string window_text(const window_report_t &report) {
+    const auto hands = lines_that_need_hands(report.lines);
+    const size_t all = report.lines.size();
+    std::string text = quoted_name(report.plan) + ": " + std::to_string(all) +
+                       (all == 1 ? " configuration\n" : " configurations\n") +
+                       counts_text(report.lines);
+    if (!hands.empty())
+        text += std::to_string(hands.size()) + (hands.size() == 1 ? " needs" : " need") +
+                " hands:\n" + hands_text(hands);
+    return text;
+}
+
+std::string window_json(const window_report_t &report) {
+    json document = document_of(verb_names[static_cast<size_t>(report.verb)]);
+    document["plan"] = report.plan;
+    document["exit_status"] = report.exit_status();
+    document["configurations"] = json::array();
+    for (const line_t &line : report.lines)
+        document["configurations"].push_back(
+            {{"path", line.file},
+             {"state", standing_name(line.state.standing)},
+             {"done", line.state.done},
+             {"why", line.state.why.empty() ? json(nullptr) : json(line.state.why)},
+             {"exit_status", line.state.exit_status}});
+    return printed(document);
+}
+
+} // namespace infraconvert

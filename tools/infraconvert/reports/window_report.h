@@ -1,0 +1,31 @@
+// Where a change window stands, or what was done with it: counts, and those that need hands.
+#pragma once
+
+#include "window/apply.h"
+
+#include <string>
+#include <vector>
+
+namespace infraconvert {
+
+enum class window_verb_t { look, apply, undo };
+
+struct window_report_t {
+    struct line_t {
+        std::string file;
+        standing_state_t state;
+    };
+
+    window_verb_t verb;
+    std::string plan; // its file
+    std::vector<line_t> lines;
+
+    // The status that wins.
+    int exit_status() const;
+};
+
+std::string window_text(const window_report_t &report);
+// With the names of all.
+std::string window_json(const window_report_t &report);
+
+} // namespace infraconvert

@@ -1,0 +1,262 @@
+#include "window/apply.h"
+
+#include "base/errors.h"
+#include "base/files.h"
+#include "base/interruption.h"
+#include "base/locked_file.h"
+#include "base/outputs.h"
+#include "base/quoting.h"
+#include "window/crew.h"
+
+#include <algorithm>
+#include <csignal>
+
+namespace infraconvert {
+
+namespace {
+
+using state_t = standing_state_t;
+
+constexpr const char *names[] = {"ready",     "unchanged", "refused", "failed",
+                                 "converted", "torn",      "stale",   "unusable"};
+
+std::string listed(const std::vector<std::string> &words) {
+    std::string text;
+    for (const std::string &word : words)
+        text += (text.empty() ? "" : ", ") + word;
+    return text;
+}
+
+// True when each byte is one of either text, or a zero where a longer one was to come, as a write
+// from the one to the other that was cut short leaves it.
+bool is_mixture(const std::string &text, const std::string &one, const std::string &other) {
+    if (text.size() < std::min(one.size(), other.size()) ||
+        text.size() > std::max(one.size(), other.size()))
+        return false;
+    for (size_t i = 0; i < text.size(); i++) {
+        const bool known =
+            (i < one.size() && text[i] == one[i]) || (i < other.size() && text[i] == other[i]);
+        if (!known)
+            return false;
+    }
+    return true;
+}
+
+// Removes what a save that was killed may have left beside the file.
+void remove_left_beside(const std::string &file) {
+    engine::replace_file_t save;
+    save.begin(file.c_str());
+}
+
+// Replaces a file that is still what was read of it.
+class replacement_t {
+  public:
+    replacement_t(const std::string &replaced, const std::string &bytes)
+        : file(replaced), text(bytes), lock(replaced) {
+        lock.look_again(text);
+    }
+
+    void write(const std::string &now) const {
+        const auto look = [&] {
+            lock.look_again(text);
+            return true;
+        };
+        const auto is_expected = [&](int old) { return lock.is(old, text); };
+        write_whole(file, now, {.before_first_byte = look, .is_expected = is_expected});
+    }
+
+  private:
+    const std::string &file, &text;
+    const locked_file_t lock;
+};
+
+// One configuration, with what the plan, the folder and the journal say of it.
+class one_t {
+  public:
+    one_t(const window_t &all, const last_deeds_t &before, const planned_t &which)
+        : window(all), folder(all.folder), deeds(before), planned(which),
+          file(folder.file(which.path)) {}
+
+    state_t look() {
+        if (planned.state == planned_state_t::unusable)
+            return {standing_t::unusable, false, planned.problem + " (when the plan was made)",
+                    exit_unusable};
+        text = *read_configuration(file);
+        return state_of(standing());
+    }
+
+    state_t apply(journal_t &journal) {
+        const state_t state = look();
+        if (state.standing == standing_t::ready || state.standing == standing_t::torn)
+            return convert_now(journal, state.standing == standing_t::torn);
+        if (state.standing == standing_t::converted && deeds.is_open(planned)) {
+            remove_left_beside(file);
+            journal.add(deed_t::converted, planned);
+        }
+        return state;
+    }
+
+    state_t undo(journal_t &journal) {
+        const state_t state = look();
+        const bool ours = deeds.stands(planned);
+        if (ours && (state.standing == standing_t::converted || state.standing == standing_t::torn))
+            return put_back(journal);
+        if (ours && state.standing == standing_t::ready) {
+            remove_left_beside(file);
+            journal.add(deed_t::undone, planned);
+        }
+        if (state.standing == standing_t::converted)
+            return {state.standing, false,
+                    "is what the plan makes of it, but was not converted with this plan; untouched",
+                    exit_unusable};
+        return ours || state.standing == standing_t::unusable
+                   ? state
+                   : state_t{state.standing, false, "", exit_done};
+    }
+
+  private:
+    standing_t standing() const {
+        const std::string digest = folder.digest(text);
+        if (digest == planned.input_digest)
+            return standing_of_input();
+        if (!planned.result_digest.empty() && digest == planned.result_digest)
+            return standing_t::converted;
+        return deeds.is_open(planned) && is_torn() ? standing_t::torn : standing_t::stale;
+    }
+
+    standing_t standing_of_input() const {
+        switch (planned.state) {
+        case planned_state_t::unchanged:
+            return standing_t::unchanged;
+        case planned_state_t::refused:
+            return standing_t::refused;
+        case planned_state_t::failed:
+            return standing_t::failed;
+        default:
+            return standing_t::ready;
+        }
+    }
+
+    state_t state_of(standing_t standing) const {
+        switch (standing) {
+        case standing_t::refused:
+            return {standing, false, "would lose something: " + listed(planned.refused),
+                    exit_findings};
+        case standing_t::failed:
+            return {standing, false,
+                    "does not convert: " + listed(planned.failed_services) + " fails", exit_failed};
+        case standing_t::torn:
+            return {standing, false,
+                    "its writing was interrupted; convert --plan completes it, undo puts the "
+                    "original back",
+                    exit_unusable};
+        case standing_t::stale:
+            return {standing, false,
+                    "has changed since the plan was made; untouched" + where_the_original_is(),
+                    exit_unusable};
+        case standing_t::converted:
+            return {standing, false, "", planned.failed_services.empty() ? exit_done : exit_failed};
+        default:
+            return {standing, false, "", exit_done};
+        }
+    }
+
+    std::string where_the_original_is() const {
+        return deeds.stands(planned)
+                   ? "; its original is " + quoted_name(folder.original(planned.input_digest))
+                   : "";
+    }
+
+    std::string result_of(const std::string &input) const {
+        std::string result = window.convert(planned, input);
+        if (folder.digest(result) != planned.result_digest)
+            throw conversion_error_t("the conversion gives another result than when the plan was "
+                                     "made, so the converters are others; untouched");
+        return result;
+    }
+
+    bool is_torn() const try {
+        const std::string before = folder.read_original(planned.input_digest);
+        return is_mixture(text, before, result_of(before));
+    } catch (const command_error_t &) {
+        return false;
+    }
+
+    // From the first line in the journal on signals wait until the last.
+    state_t convert_now(journal_t &journal, bool torn) const {
+        const std::string before = torn ? folder.read_original(planned.input_digest) : text;
+        const std::string result = result_of(before);
+        const replacement_t replacement(file, text);
+        uninterrupted_t::last_call();
+        const uninterrupted_t working;
+        journal.add(deed_t::begin, planned);
+        folder.keep_original(planned.input_digest, before);
+        replacement.write(result);
+        return done(journal, deed_t::converted, state_of(standing_t::converted));
+    }
+
+    state_t put_back(journal_t &journal) const {
+        const std::string before = folder.read_original(planned.input_digest);
+        const replacement_t replacement(file, text);
+        uninterrupted_t::last_call();
+        const uninterrupted_t working;
+        journal.add(deed_t::undoing, planned);
+        replacement.write(before);
+        return done(journal, deed_t::undone, {standing_t::ready, false, "", exit_done});
+    }
+
+    // The file counts, whatever becomes of the last line about it.
+    state_t done(journal_t &journal, deed_t deed, state_t state) const try {
+        state.done = true;
+        journal.add(deed, planned);
+        return state;
+    } catch (const command_error_t &e) {
+        return {state.standing, true, e.what(), e.exit_status};
+    }
+
+    const window_t &window;
+    const plan_folder_t &folder;
+    const last_deeds_t &deeds;
+    const planned_t &planned;
+    const std::string file;
+    std::string text; // of the file
+};
+
+// Whatever is wrong with one configuration is a line of the result, and never the end.
+template<typename work_t>
+void each(const window_t &window, const last_deeds_t &deeds, const work_t &work) {
+    const auto &all = window.plan.configurations;
+    const auto one = [&](size_t index) -> state_t {
+        try {
+            uninterrupted_t::last_call();
+            one_t at_hand(window, deeds, all[index]);
+            return work(at_hand);
+        } catch (const command_error_t &e) {
+            return {standing_t::unusable, false, e.what(), e.exit_status};
+        }
+    };
+    make_in_order<state_t>(all.size(), window.jobs, one, window.tell);
+}
+
+} // namespace
+
+const char *standing_name(standing_t standing) { return names[static_cast<size_t>(standing)]; }
+
+void look_at(const window_t &window) {
+    const last_deeds_t deeds(window.folder);
+    each(window, deeds, [](one_t &one) { return one.look(); });
+}
+
+// Nobody who stops reading what is told may end a run in the midst of a file.
+void apply(const window_t &window, journal_t &journal) {
+    signal(SIGPIPE, SIG_IGN);
+    window.folder.make_originals();
+    each(window, journal.before(), [&](one_t &one) { return one.apply(journal); });
+}
+
+void undo(const window_t &window, journal_t &journal) {
+    signal(SIGPIPE, SIG_IGN);
+    each(window, journal.before(), [&](one_t &one) { return one.undo(journal); });
+}
+
+} // namespace infraconvert
