@@ -120,7 +120,11 @@ TEST(failure, leaves_everything_as_it_was_unless_told_to_keep_going) {
     const auto shown = run({"preview", "--save-plan", "plan.json", "switch.cfg"});
     EXPECT_EQ(shown.status, 1);
     EXPECT_EQ(shown.out, "");
-    EXPECT_FALSE(here.has("plan.json"));
+    const auto planned = here.run({"convert", "--plan", "plan.json"});
+    EXPECT_EQ(planned.status, 1);
+    EXPECT_TRUE(contains(planned.out, "does not convert: qos fails")) << planned.out;
+    std::filesystem::remove_all(here.path("plan.json.private"));
+    std::filesystem::remove(here.path("plan.json"));
     EXPECT_EQ(run({"preview", "--rollback", "switch.cfg"}).status, 1);
     for (const arguments_t &arguments : {arguments_t{"convert", "switch.cfg"},
                                          arguments_t{"convert", "-o", "new.cfg", "switch.cfg"},

@@ -34,14 +34,14 @@ route_t checked_route(const route_options_t &options) {
 }
 
 route_t told_route_for(const std::string &name, const std::string &configuration,
-                       const route_t &wanted) {
+                       const route_t &wanted, bool tells) {
     route_t route;
     try {
         route = route_for(configuration, wanted);
     } catch (const input_error_t &e) {
         throw input_error_t(name + ": " + e.what());
     }
-    if (wanted.front().empty())
+    if (tells && wanted.front().empty())
         message(name + ": from " + route.front() + ", as its \"version\" line says");
     return route;
 }
@@ -138,12 +138,17 @@ void declare_mend(CLI::App &arguments, std::string &mend) {
         ->type_name("=CODE,...");
 }
 
-std::vector<std::string> files_of(const paths_t &paths) {
+std::vector<std::string> paths_as_given(const paths_t &paths) {
     std::vector<std::string> all = paths.given;
     if (!paths.list.empty()) {
         std::vector<std::string> listed = listed_paths(paths.list);
         std::move(listed.begin(), listed.end(), std::back_inserter(all));
     }
+    return all;
+}
+
+std::vector<std::string> files_of(const paths_t &paths) {
+    const std::vector<std::string> all = paths_as_given(paths);
     if (paths.list == standard_stream &&
         std::find(all.begin(), all.end(), standard_stream) != all.end())
         throw usage_error_t("standard input holds the list of files, so it is no configuration");
@@ -174,8 +179,9 @@ job_t read_job(const job_options_t &options) {
     const auto outputs = std::make_shared<outputs_t>();
     outputs->made_from(file);
     const shared_text_t text = read_configuration(file);
-    const route_t route = told_route_for(shown_name(file), *text, wanted);
-    compare_with_version_line(*text, route.front());
+    const route_t route = told_route_for(shown_name(file), *text, wanted, options.alone);
+    if (options.alone)
+        compare_with_version_line(*text, route.front());
     return {.file = file,
             .outputs = outputs,
             .request = {.text = text,

@@ -25,10 +25,10 @@ struct route_options_t {
 // The same, checked. Throws usage_error_t.
 route_t checked_route(const route_options_t &options);
 
-// The route of this one configuration, which is told where it comes from its version line. Throws
-// input_error_t.
+// The route of this one configuration, which is told, if wanted, where it comes from its version
+// line. Throws input_error_t.
 route_t told_route_for(const std::string &name, const std::string &configuration,
-                       const route_t &wanted);
+                       const route_t &wanted, bool tells = true);
 
 // Arguments that commands share, each read into the option that is given.
 void declare_route(CLI::App &arguments, route_options_t &route);
@@ -61,11 +61,16 @@ struct job_options_t {
     bool log = false;    // the converters' logs, on standard error
     std::string log_dir; // keeps them
     std::string mend;    // codes, or "all"; empty: nothing is mended
+    bool alone = true;   // what there is to say of the configuration beside its result is said
 };
 
 // The files that the paths stand for, one at least. What was passed by within folders is said.
 // Throws usage_error_t, and input_error_t for a list that cannot be read.
 std::vector<std::string> files_of(const paths_t &paths);
+
+// The paths themselves, with those of the list. Throws input_error_t for a list that cannot be
+// read.
+std::vector<std::string> paths_as_given(const paths_t &paths);
 
 // Warns of the exceptions that are of no use.
 void tell_idle(const exceptions_t &exceptions);

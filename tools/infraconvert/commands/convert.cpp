@@ -8,15 +8,17 @@
 #include "base/quoting.h"
 #include "commands/backup.h"
 #include "commands/common.h"
+#include "commands/many.h"
+#include "commands/window.h"
 #include "reports/command_json.h"
 #include "reports/conversion_findings.h"
 #include "reports/mask.h"
 #include "reports/summary.h"
-#include "window/plan_file.h"
+#include "window/planning.h"
 
+#include <algorithm>
 #include <csignal>
 #include <memory>
-#include <optional>
 
 namespace infraconvert {
 
@@ -28,32 +30,22 @@ struct convert_options_t : job_options_t {
     std::string output;              // empty: in place
     std::string backup_suffix;       // empty: no backup
     std::string plan;                // empty: none
-    std::vector<std::string> accept; // codes of findings
+    std::vector<std::string> accept; // codes, and files behind "@"
+    paths_t paths;
+    size_t jobs = 1;
 };
 
-// What the command is to do, once the plan, if there is one, has had its say.
+// What the command is to do with one configuration.
 struct task_t {
-    std::optional<plan_t> plan;
     job_t job;
     std::string destination; // a file or standard_stream
     std::string backup;      // empty: none
     bool keep_going;
+    bool alone;                          // there is no other configuration behind it
     std::shared_ptr<locked_file_t> lock; // of a file that is converted in place
 
     bool in_place() const { return destination == job.file && destination != standard_stream; }
 };
-
-convert_options_t with_plan(convert_options_t options, const plan_t &plan) {
-    options.releases = {.from = plan.route.front(),
-                        .to = plan.route.back(),
-                        .via = {plan.route.begin() + 1, plan.route.end() - 1}};
-    options.services = plan.services;
-    options.keep_going = plan.keep_going;
-    options.mend = plan.mend;
-    if (options.path.empty())
-        options.path = plan.path;
-    return options;
-}
 
 std::string destination_of(const convert_options_t &options, const std::string &file) {
     if (options.output.empty())
@@ -72,9 +64,7 @@ void check_combination(const convert_options_t &options, const task_t &task) {
         throw usage_error_t("--backup goes with a conversion in place only");
 }
 
-void expect_outputs(const convert_options_t &options, const task_t &task) {
-    if (!options.plan.empty())
-        task.job.outputs->reads(options.plan);
+void expect_outputs(const task_t &task) {
     if (!task.in_place() && task.destination != standard_stream)
         task.job.outputs->expect("--output", task.destination);
     if (task.backup.empty())
@@ -83,27 +73,19 @@ void expect_outputs(const convert_options_t &options, const task_t &task) {
     refuse_other_backup(task.backup, *task.job.request.text);
 }
 
-task_t task_of(const convert_options_t &given) {
-    const bool chooses = !given.releases.from.empty() || !given.releases.to.empty() ||
-                         !given.releases.via.empty() || !given.services.empty() ||
-                         given.keep_going || !given.mend.empty();
-    if (!given.plan.empty() && chooses)
-        throw usage_error_t(
-            "--plan brings --from, --to, --via, --service, --keep-going and --mend with it");
+task_t task_of(const convert_options_t &options) {
     task_t task;
-    if (!given.plan.empty())
-        task.plan = read_plan(given.plan);
-    const convert_options_t options = task.plan ? with_plan(given, *task.plan) : given;
     task.keep_going = options.keep_going;
-    task.job.file = configuration_file(options.path);
+    task.alone = options.alone;
+    task.job.file = options.path;
     task.destination = destination_of(options, task.job.file);
     check_combination(options, task);
-    if (task.in_place() && !options.path.empty())
+    if (task.in_place())
         task.lock = std::make_shared<locked_file_t>(task.job.file);
     task.job = read_job(options);
     if (!options.backup_suffix.empty())
         task.backup = task.job.file + options.backup_suffix;
-    expect_outputs(options, task);
+    expect_outputs(task);
     return task;
 }
 
@@ -126,14 +108,16 @@ void convert_in_place(const task_t &task, const converted_t &conversion) {
                 {.before_first_byte = commit, .is_expected = is_expected});
 }
 
-// Once the file is written the exit status tells so, whatever signal comes.
+// Once the file is written the exit status tells so, whatever signal comes; of many, each is
+// written or not, and a signal ends the work between them.
 void write_file(const task_t &task, const converted_t &conversion) {
     const uninterrupted_t writing(!may_wait_for_a_reader(task.destination));
     if (task.in_place())
         convert_in_place(task, conversion);
     else
         task.job.outputs->write(task.destination, *conversion.result);
-    uninterrupted_t::committed();
+    if (task.alone)
+        uninterrupted_t::committed();
 }
 
 // Writes the result where it belongs. Returns false when there was nothing to write.
@@ -167,11 +151,9 @@ std::string refusal(const std::string &codes) {
            codes;
 }
 
-int run(const convert_options_t &options) {
+int convert_alone(const convert_options_t &options) {
     exceptions_t agreed(options.accept, today());
     const task_t task = task_of(options);
-    if (task.plan)
-        check_input(*task.plan, *task.job.request.text);
     const converted_t conversion = run_job(task.job);
     const std::string name = shown_name(task.job.file);
     const converted_t shown = shown_conversion(conversion, options.mask);
@@ -182,8 +164,6 @@ int run(const convert_options_t &options) {
     tell_idle(agreed);
     const std::string refused = refused_codes(findings);
     const bool usable = task.keep_going || !conversion.failed();
-    if (task.plan && usable)
-        check_result(*task.plan, *conversion.result);
     const bool written = usable && refused.empty() && write_result(task, conversion);
     message(name + ": " +
             (usable && !refused.empty() ? refusal(refused)
@@ -194,6 +174,71 @@ int run(const convert_options_t &options) {
     if (conversion.failed())
         return exit_failed;
     return refused.empty() ? exit_done : exit_findings;
+}
+
+looked_at_t convert_one_of_many(const convert_options_t &options, exceptions_t &agreed,
+                                const std::string &file) {
+    convert_options_t own = options;
+    own.path = file;
+    own.alone = false;
+    const task_t task = task_of(own);
+    const converted_t conversion = run_job(task.job);
+    const std::vector<finding_t> findings =
+        findings_of(conversion, task.job.request, file, agreed, options.mask);
+    const planned_t planned = planned_of(conversion, options.keep_going, findings);
+    if (planned.state != planned_state_t::ready)
+        return {{file, planned, state_as_planned(planned)}, ""};
+    uninterrupted_t::last_call();
+    write_file(task, conversion);
+    const int status = conversion.failed() ? exit_failed : exit_done;
+    return {{file, planned, {standing_t::converted, true, "", status}}, ""};
+}
+
+// Nobody who stops reading what is told may end this in the midst of a file.
+int convert_many(const convert_options_t &options, const std::vector<std::string> &files) {
+    if (!options.output.empty() || options.log || !options.log_dir.empty())
+        throw usage_error_t("--output, --log and --log-dir go with one configuration");
+    check_release("--to", options.releases.to);
+    checked_route(options.releases);
+    codes_to_mend(options.mend);
+    exceptions_t agreed(options.accept, today());
+    signal(SIGPIPE, SIG_IGN);
+    const window_report_t report = with_each(
+        window_verb_t::convert, files, options.jobs,
+        [&](const std::string &file) { return convert_one_of_many(options, agreed, file); },
+        [](const std::string &) {});
+    try_output(options.json ? window_json(report) : window_text(report));
+    tell_idle(agreed);
+    return report.exit_status();
+}
+
+// The plan was agreed on with all of its options, and keeps the originals itself.
+int convert_as_planned(const convert_options_t &options) {
+    const bool chooses = !options.releases.from.empty() || !options.releases.to.empty() ||
+                         !options.releases.via.empty() ||
+                         !options.services.empty() || options.keep_going || !options.mend.empty() ||
+                         !options.accept.empty();
+    if (chooses)
+        throw usage_error_t("--plan brings --from, --to, --via, --service, --keep-going, --mend and "
+                            "--accept with it");
+    if (!options.output.empty() || !options.backup_suffix.empty() || options.log ||
+        !options.log_dir.empty())
+        throw usage_error_t("--plan converts in place and keeps the originals for infraconvert "
+                            "undo; it goes without --output, --backup, --log and --log-dir");
+    return apply_plan(
+        {options.plan, paths_as_given(options.paths), options.json, false, options.jobs});
+}
+
+int run(convert_options_t options) {
+    if (!options.plan.empty())
+        return convert_as_planned(options);
+    const std::vector<std::string> files = files_of(options.paths);
+    if (files.size() > 1 && std::find(files.begin(), files.end(), standard_stream) != files.end())
+        throw usage_error_t("standard input goes alone");
+    if (files.size() > 1)
+        return convert_many(options, files);
+    options.path = files[0];
+    return convert_alone(options);
 }
 
 std::function<int()> declare(CLI::App &arguments) {
@@ -210,17 +255,15 @@ std::function<int()> declare(CLI::App &arguments) {
         .add_flag(std::string("--backup{") + default_suffix + "}", options->backup_suffix,
                   "Keep the original beside the file, with this suffix [.bak]")
         ->type_name("=SUFFIX");
-    arguments
-        .add_option("--plan", options->plan,
-                    "Apply exactly what preview --save-plan saved; PATH may be left out")
-        ->type_name("FILE")
-        ->check(not_empty);
+    declare_plan(arguments, options->plan,
+                 "Convert as agreed on in this plan, all of it or these PATHs");
     declare_accept(arguments, options->accept);
     declare_mend(arguments, options->mend);
     declare_mask(arguments, options->mask);
     declare_json(arguments, options->json);
     declare_logs(arguments, options->log, options->log_dir);
-    declare_path(arguments, options->path);
+    declare_jobs(arguments, options->jobs);
+    declare_paths(arguments, options->paths);
     return [options] { return run(*options); };
 }
 
@@ -228,7 +271,7 @@ std::function<int()> declare(CLI::App &arguments) {
 
 const command_t convert_command = {
     .name = "convert",
-    .summary = "Convert a configuration, in place or to another file",
+    .summary = "Convert configurations, in place or to another file",
     .examples = "infraconvert convert --from '4.0(1)' --to '4.1(3)' --backup switch.cfg\n"
                 "infraconvert convert --from '4.0(1)' --to '4.1(3)' --output new.cfg switch.cfg\n"
                 "infraconvert convert --from '4.0(1)' --to '4.1(3)' - < switch.cfg > new.cfg\n"

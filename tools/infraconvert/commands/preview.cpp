@@ -6,15 +6,18 @@
 #include "base/messages.h"
 #include "base/quoting.h"
 #include "commands/common.h"
+#include "commands/many.h"
+#include "commands/window.h"
 #include "reports/command_json.h"
 #include "reports/conversion_findings.h"
 #include "reports/mask.h"
 #include "reports/summary.h"
 #include "reports/unified.h"
-#include "window/plan_file.h"
+#include "window/planning.h"
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 
 namespace infraconvert {
 
@@ -28,8 +31,12 @@ struct preview_options_t : job_options_t {
     bool words = false;
     bool rollback = false;
     bool exit_code = false;
+    bool details = false;            // of each, where there are many
     std::string save_plan;           // empty: nowhere
+    std::string plan;                // that is looked at in place of files; empty: none
     std::vector<std::string> accept; // codes, and files behind "@"
+    paths_t paths;
+    size_t jobs = 1;
 };
 
 // The name in the head of the diff. The state stands behind a tab, where patch expects a time and
@@ -92,17 +99,53 @@ int status_of(const preview_options_t &options, bool failed, bool changes) {
     return options.exit_code && changes ? exit_would_change : exit_done;
 }
 
-void save_plan_of(const preview_options_t &options, const job_t &job,
-                  const converted_t &conversion) {
-    if (conversion.failed() && !options.keep_going)
-        return message("no plan is saved");
-    job.outputs->write(options.save_plan,
-                       plan_text(plan_of(conversion, job.file, options.keep_going, options.mend)));
-    message("the plan is saved in " + quoted_name(options.save_plan));
-}
+// A plan that is to be saved, and kept off others until then.
+class saving_t {
+  public:
+    saving_t(const preview_options_t &given, outputs_t &files) : options(given), outputs(files) {
+        if (options.save_plan.empty())
+            return;
+        outputs.expect("--save-plan", options.save_plan);
+        planning.emplace(options.save_plan);
+        for (const service_t *service : services_named(options.services))
+            plan.services.emplace_back(service->name);
+        plan.keep_going = options.keep_going;
+        plan.mend = options.mend;
+    }
+
+    // Without a conversion: there is none.
+    void complete(planned_t &planned, const std::string &file,
+                  const converted_t *conversion) const {
+        if (planning)
+            planning->complete(planned, file, conversion);
+    }
+
+    void save(std::vector<planned_t> configurations) {
+        if (!planning)
+            return;
+        const auto ready = std::count_if(
+            configurations.begin(), configurations.end(),
+            [](const planned_t &planned) { return planned.state == planned_state_t::ready; });
+        plan.configurations = std::move(configurations);
+        outputs.write(options.save_plan, plan_text(plan));
+        const std::string name = quoted_name(options.save_plan);
+        message("the plan is saved in " + name +
+                (ready == 0 ? "; as it is, it converts nothing"
+                            : "; infraconvert convert --plan " + name + " converts " +
+                                  std::to_string(ready) + " of " +
+                                  std::to_string(plan.configurations.size())));
+    }
+
+  private:
+    const preview_options_t &options;
+    outputs_t &outputs;
+    std::optional<planning_t> planning;
+    plan_t plan;
+};
 
 int preview(const preview_options_t &options, const job_t &job) {
     exceptions_t agreed(options.accept, today());
+    saving_t saving(options, *job.outputs);
     const converted_t conversion = run_job(job);
     const converted_t shown = shown_conversion(conversion, options.mask);
     const std::vector<finding_t> findings =
@@ -121,8 +164,9 @@ int preview(const preview_options_t &options, const job_t &job) {
     tell_findings(name, findings);
     tell_idle(agreed);
     tell_outcome(name, conversion, options.keep_going);
-    if (!options.save_plan.empty())
-        save_plan_of(options, job, conversion);
+    planned_t planned = planned_of(conversion, options.keep_going, findings);
+    saving.complete(planned, job.file, &conversion);
+    saving.save({planned});
     return status_of(options, conversion.failed(), conversion.changes());
 }
 
@@ -189,7 +233,81 @@ int rollback(const preview_options_t &options, job_t job) {
     return status_of(options, forward.failed() || back.failed(), exact.changes());
 }
 
-int run(const preview_options_t &options) {
+looked_at_t preview_one_of_many(const preview_options_t &options, const saving_t &saving,
+                                exceptions_t &agreed, const std::string &file) {
+    preview_options_t own = options;
+    own.path = file;
+    own.alone = false;
+    const job_t job = read_job(own);
+    const converted_t conversion = run_job(job);
+    const std::vector<finding_t> findings =
+        findings_of(conversion, job.request, job.file, agreed, options.mask);
+    planned_t planned = planned_of(conversion, options.keep_going, findings);
+    saving.complete(planned, file, &conversion);
+    std::string details;
+    if (options.details) {
+        const converted_t shown = shown_conversion(conversion, options.mask);
+        details = diff_of(options, {shown, file, conversion.route.back()}, true);
+    }
+    return {{file, planned, state_as_planned(planned)}, details};
+}
+
+void refuse_options_for_one(const preview_options_t &options) {
+    const char *first = !options.labels.empty()                   ? "--label"
+                        : options.rollback                        ? "--rollback"
+                        : options.log || !options.log_dir.empty() ? "--log and --log-dir"
+                        : options.explain && !options.details     ? "--explain, without --details,"
+                        : options.json && options.details         ? "--json with --details"
+                                                                  : nullptr;
+    if (first)
+        throw usage_error_t(std::string(first) + " goes with one configuration");
+}
+
+int preview_many(const preview_options_t &options, const std::vector<std::string> &files) {
+    refuse_options_for_one(options);
+    check_release("--to", options.releases.to);
+    checked_route(options.releases);
+    codes_to_mend(options.mend);
+    exceptions_t agreed(options.accept, today());
+    outputs_t outputs;
+    for (const std::string &file : files)
+        outputs.made_from(file);
+    saving_t saving(options, outputs);
+    window_report_t report = with_each(
+        window_verb_t::preview, files, options.jobs,
+        [&](const std::string &file) { return preview_one_of_many(options, saving, agreed, file); },
+        [](const std::string &details) { write_output(details); });
+    std::vector<planned_t> planned;
+    for (const auto &line : report.lines) {
+        planned.push_back(line.planned);
+        if (line.planned.state == planned_state_t::unusable)
+            saving.complete(planned.back(), line.file, nullptr);
+    }
+    if (options.json)
+        write_output(window_json(report));
+    else if (options.details)
+        message_lines(window_text(report));
+    else
+        write_output(window_text(report));
+    tell_idle(agreed);
+    saving.save(std::move(planned));
+    return report.exit_status(options.exit_code);
+}
+
+int look_at_plan(const preview_options_t &options) {
+    const bool chooses = !options.releases.from.empty() || !options.releases.to.empty() ||
+                         !options.releases.via.empty() ||
+                         !options.services.empty() || options.keep_going || !options.mend.empty() ||
+                         !options.accept.empty() || !options.save_plan.empty() ||
+                         options.rollback || options.explain || options.details;
+    if (chooses)
+        throw usage_error_t("--plan tells where a plan stands, which was made with options of its "
+                            "own; it goes with --json, --exit-code, --jobs and PATHs only");
+    return look_at_plan(window_options_t{options.plan, paths_as_given(options.paths), options.json,
+                                         options.exit_code, options.jobs});
+}
+
+int run(preview_options_t options) {
     if (options.labels.size() > 2)
         throw usage_error_t("--label may be given twice at most");
     for (const std::string &name : options.labels) {
@@ -201,9 +319,17 @@ int run(const preview_options_t &options) {
     if (options.words && options.explain)
         throw usage_error_t(
             "--word-diff does not go with --explain: lines have rules, words have none");
+    if (!options.plan.empty())
+        return look_at_plan(options);
+    const std::vector<std::string> files = files_of(options.paths);
+    const bool is_standard = std::find(files.begin(), files.end(), standard_stream) != files.end();
+    if (is_standard && (files.size() > 1 || !options.save_plan.empty()))
+        throw usage_error_t(
+            "standard input goes alone, and without --save-plan: a plan names files");
+    if (files.size() > 1)
+        return preview_many(options, files);
+    options.path = files[0];
     const job_t job = read_job(options);
-    if (!options.save_plan.empty())
-        job.outputs->expect("--save-plan", options.save_plan);
     return options.rollback ? rollback(options, job) : preview(options, job);
 }
 
@@ -230,19 +356,22 @@ std::function<int()> declare(CLI::App &arguments) {
                        "Name the rule behind each changed line in a margin");
     arguments.add_flag("--rollback", options->rollback,
                        "Convert there and back again, and show what differs then");
+    arguments.add_flag("--details", options->details,
+                       "The differences of each, where there are many");
     arguments.add_flag("--exit-code", options->exit_code,
                        "Exit with 3 when something would change");
     arguments
-        .add_option("--save-plan", options->save_plan,
-                    "Save this conversion for infraconvert convert --plan")
+        .add_option("--save-plan", options->save_plan, "Save this, for infraconvert convert --plan")
         ->type_name("FILE")
         ->check(not_empty);
+    declare_plan(arguments, options->plan, "Tell where this plan stands; changes nothing");
     declare_accept(arguments, options->accept);
     declare_mend(arguments, options->mend);
     declare_mask(arguments, options->mask);
     declare_json(arguments, options->json);
     declare_logs(arguments, options->log, options->log_dir);
-    declare_path(arguments, options->path);
+    declare_jobs(arguments, options->jobs);
+    declare_paths(arguments, options->paths);
     return [options] { return run(*options); };
 }
 
@@ -254,7 +383,8 @@ const command_t preview_command = {
     .examples = "infraconvert preview --from '4.0(1)' --to '4.1(3)' switch.cfg\n"
                 "infraconvert preview --from '4.0(1)' --to '4.1(3)' --explain switch.cfg\n"
                 "infraconvert preview --from '4.0(1)' --to '4.1(3)' --rollback switch.cfg\n"
-                "infraconvert preview --from '4.0(1)' --to '4.1(3)' --save-plan w.json a.cfg\n",
+                "infraconvert preview --from '4.0(1)' --to '4.1(3)' --save-plan w.json site/\n"
+                "infraconvert preview --plan w.json\n",
     .declare = declare,
 };
 

@@ -13,15 +13,14 @@ namespace {
 
 std::function<int()> declare(CLI::App &arguments) {
     const auto options = std::make_shared<window_options_t>();
-    arguments.add_option("--plan", options->plan, "The plan that was applied")
-        ->type_name("FILE")
-        ->check(not_empty);
+    declare_plan(arguments, options->plan, "The plan that was applied");
     declare_json(arguments, options->json);
     arguments
         .add_option("PATH", options->paths,
                     "Only these of its configurations, or those below these folders")
         ->type_name("")
         ->check(not_empty);
+    declare_jobs(arguments, options->jobs);
     return [options] {
         if (options->plan.empty())
             throw usage_error_t("missing --plan FILE, the plan that was applied");

@@ -22,7 +22,7 @@ namespace {
 std::string result_of(const plan_t &plan, const planned_t &planned, const std::string &text) {
     conversion_request_t request;
     request.text = std::make_shared<const std::string>(text);
-    request.releases = {planned.route.front(), planned.route.back()};
+    request.route = planned.route;
     request.services = services_named(plan.services);
     request.keep_going = plan.keep_going;
     converted_t conversion = run_conversion(request);
@@ -67,7 +67,7 @@ plan_folder_t opened_folder(const std::string &plan_file) {
 int work(window_verb_t verb, const window_options_t &options) {
     const plan_folder_t folder = opened_folder(options.plan);
     std::optional<journal_t> journal;
-    if (verb != window_verb_t::look)
+    if (verb != window_verb_t::preview)
         journal.emplace(folder);
     plan_t plan = read_plan(options.plan);
     choose(plan, folder, options.paths);
@@ -82,23 +82,28 @@ int work(window_verb_t verb, const window_options_t &options) {
         .jobs = options.jobs,
         .tell =
             [&](size_t index, const standing_state_t &state) {
-                report.lines.push_back({folder.file(plan.configurations[index].path), state});
+                const planned_t &planned = plan.configurations[index];
+                report.lines.push_back({folder.file(planned.path), planned, state});
                 progress.show(index + 1);
             }};
-    if (verb == window_verb_t::look)
+    if (verb == window_verb_t::preview)
         look_at(window);
-    else if (verb == window_verb_t::apply)
+    else if (verb == window_verb_t::convert)
         apply(window, *journal);
     else
         undo(window, *journal);
     try_output(options.json ? window_json(report) : window_text(report));
-    return report.exit_status();
+    return report.exit_status(options.exit_code);
 }
 
 } // namespace
 
-int look_at_plan(const window_options_t &options) { return work(window_verb_t::look, options); }
-int apply_plan(const window_options_t &options) { return work(window_verb_t::apply, options); }
+void declare_plan(CLI::App &arguments, std::string &plan, const std::string &words) {
+    arguments.add_option("--plan", plan, words)->type_name("FILE")->check(not_empty);
+}
+
+int look_at_plan(const window_options_t &options) { return work(window_verb_t::preview, options); }
+int apply_plan(const window_options_t &options) { return work(window_verb_t::convert, options); }
 int undo_plan(const window_options_t &options) { return work(window_verb_t::undo, options); }
 
 } // namespace infraconvert

@@ -61,35 +61,66 @@ std::string counts_text(const std::vector<line_t> &lines) {
         if (count > 0)
             text += "  " + column(row.words, width) + std::to_string(count) + '\n';
     }
-    return text;
+    const auto mended = std::count_if(lines.begin(), lines.end(), [](const line_t &line) {
+        return line.planned.mended && line.state.standing != standing_t::refused;
+    });
+    return text + (mended > 0
+                       ? "  " + column("of them mended", width) + std::to_string(mended) + '\n'
+                       : "");
 }
 
 std::string hands_text(const std::vector<const line_t *> &lines) {
     std::string text;
     for (size_t i = 0; i < std::min(lines.size(), most_lines); i++) {
         const line_t &line = *lines[i];
-        text += "  " + quoted_name(line.file) + ": " + standing_name(line.state.standing) + ": " +
-                visible(line.state.why) + '\n';
+        const std::string name = quoted_name(line.file) + ": ";
+        const bool is_named = line.state.why.starts_with(name);
+        text += "  " + name + standing_name(line.state.standing) + ": " +
+                visible(line.state.why.substr(is_named ? name.size() : 0)) + '\n';
     }
     if (lines.size() > most_lines)
         text += "  and " + std::to_string(lines.size() - most_lines) + " more (--json has all)\n";
     return text;
 }
 
+json line_json(const line_t &line) {
+    const planned_t &planned = line.planned;
+    return {{"path", line.file},
+            {"state", standing_name(line.state.standing)},
+            {"done", line.state.done},
+            {"why", line.state.why.empty() ? json(nullptr) : json(line.state.why)},
+            {"exit_status", line.state.exit_status},
+            {"route", planned.route},
+            {"rules", planned.rules},
+            {"failed_services", planned.failed_services},
+            {"errors", planned.findings.errors},
+            {"warnings", planned.findings.warnings},
+            {"notes", planned.findings.notes},
+            {"agreed", planned.findings.agreed},
+            {"refused", planned.refused},
+            {"mended", planned.mended}};
+}
+
 } // namespace
 
-int window_report_t::exit_status() const {
+// What would be lost stops nobody from looking.
+int window_report_t::exit_status(bool tells_change) const {
     int status = exit_done;
-    for (const line_t &line : lines)
-        status = worse(status, line.state.exit_status);
+    for (const line_t &line : lines) {
+        const bool is_shown_only =
+            verb == window_verb_t::preview && line.state.exit_status == exit_findings;
+        status = worse(status, is_shown_only ? exit_done : line.state.exit_status);
+        if (tells_change && line.state.standing == standing_t::ready)
+            status = worse(status, exit_would_change);
+    }
     return status;
 }
 
 std::string window_text(const window_report_t &report) {
     const auto hands = lines_that_need_hands(report.lines);
     const size_t all = report.lines.size();
-    std::string text = quoted_name(report.plan) + ": " + std::to_string(all) +
-                       (all == 1 ? " configuration\n" : " configurations\n") +
+    std::string text = (report.plan.empty() ? "" : quoted_name(report.plan) + ": ") +
+                       std::to_string(all) + (all == 1 ? " configuration\n" : " configurations\n") +
                        counts_text(report.lines);
     if (!hands.empty())
         text += std::to_string(hands.size()) + (hands.size() == 1 ? " needs" : " need") +
@@ -99,16 +130,10 @@ std::string window_text(const window_report_t &report) {
 
 std::string window_json(const window_report_t &report) {
     json document = document_of(verb_names[static_cast<size_t>(report.verb)]);
-    document["plan"] = report.plan;
-    document["exit_status"] = report.exit_status();
+    document["plan"] = report.plan.empty() ? json(nullptr) : json(report.plan);
     document["configurations"] = json::array();
     for (const line_t &line : report.lines)
-        document["configurations"].push_back(
-            {{"path", line.file},
-             {"state", standing_name(line.state.standing)},
-             {"done", line.state.done},
-             {"why", line.state.why.empty() ? json(nullptr) : json(line.state.why)},
-             {"exit_status", line.state.exit_status}});
+        document["configurations"].push_back(line_json(line));
     return printed(document);
 }
 

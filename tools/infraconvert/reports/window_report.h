@@ -8,20 +8,21 @@
 
 namespace infraconvert {
 
-enum class window_verb_t { look, apply, undo };
+enum class window_verb_t { preview, convert, undo };
 
 struct window_report_t {
     struct line_t {
         std::string file;
+        planned_t planned;
         standing_state_t state;
     };
 
     window_verb_t verb;
-    std::string plan; // its file
+    std::string plan; // its file; empty: there is none
     std::vector<line_t> lines;
 
-    // The status that wins.
-    int exit_status() const;
+    // The status that wins; to would_change where something would, when asked for.
+    int exit_status(bool tells_change = false) const;
 };
 
 std::string window_text(const window_report_t &report);

@@ -79,8 +79,7 @@ class one_t {
 
     state_t look() {
         if (planned.state == planned_state_t::unusable)
-            return {standing_t::unusable, false, planned.problem + " (when the plan was made)",
-                    exit_unusable};
+            return state_as_planned(planned);
         text = *read_configuration(file);
         return state_of(standing());
     }
@@ -97,54 +96,30 @@ class one_t {
     }
 
     state_t undo(journal_t &journal) {
-        const state_t state = look();
-        const bool ours = deeds.stands(planned);
-        if (ours && (state.standing == standing_t::converted || state.standing == standing_t::torn))
+        if (!deeds.stands(planned))
+            return look_at_others();
+        const state_t state = look_for_undo();
+        if (state.standing == standing_t::converted || state.standing == standing_t::torn)
             return put_back(journal);
-        if (ours && state.standing == standing_t::ready) {
+        if (state.standing == standing_t::ready) {
             remove_left_beside(file);
             journal.add(deed_t::undone, planned);
         }
-        if (state.standing == standing_t::converted)
-            return {state.standing, false,
-                    "is what the plan makes of it, but was not converted with this plan; untouched",
-                    exit_unusable};
-        return ours || state.standing == standing_t::unusable
-                   ? state
-                   : state_t{state.standing, false, "", exit_done};
+        return state;
     }
 
   private:
     standing_t standing() const {
         const std::string digest = folder.digest(text);
         if (digest == planned.input_digest)
-            return standing_of_input();
+            return state_as_planned(planned).standing;
         if (!planned.result_digest.empty() && digest == planned.result_digest)
             return standing_t::converted;
         return deeds.is_open(planned) && is_torn() ? standing_t::torn : standing_t::stale;
     }
 
-    standing_t standing_of_input() const {
-        switch (planned.state) {
-        case planned_state_t::unchanged:
-            return standing_t::unchanged;
-        case planned_state_t::refused:
-            return standing_t::refused;
-        case planned_state_t::failed:
-            return standing_t::failed;
-        default:
-            return standing_t::ready;
-        }
-    }
-
     state_t state_of(standing_t standing) const {
         switch (standing) {
-        case standing_t::refused:
-            return {standing, false, "would lose something: " + listed(planned.refused),
-                    exit_findings};
-        case standing_t::failed:
-            return {standing, false,
-                    "does not convert: " + listed(planned.failed_services) + " fails", exit_failed};
         case standing_t::torn:
             return {standing, false,
                     "its writing was interrupted; convert --plan completes it, undo puts the "
@@ -157,8 +132,24 @@ class one_t {
         case standing_t::converted:
             return {standing, false, "", planned.failed_services.empty() ? exit_done : exit_failed};
         default:
-            return {standing, false, "", exit_done};
+            return state_as_planned(planned);
         }
+    }
+
+    state_t look_for_undo() try { return look(); } catch (const input_error_t &e) {
+        throw input_error_t(e.what() + where_the_original_is());
+    }
+
+    // What the plan has not converted is none of undo's business.
+    state_t look_at_others() try {
+        const standing_t standing = look().standing;
+        if (standing != standing_t::converted)
+            return {standing, false, "", exit_done};
+        return {standing, false,
+                "is what the plan makes of it, but was not converted with this plan; untouched",
+                exit_unusable};
+    } catch (const input_error_t &) {
+        return {standing_t::unusable, false, "", exit_done};
     }
 
     std::string where_the_original_is() const {
@@ -241,6 +232,25 @@ void each(const window_t &window, const last_deeds_t &deeds, const work_t &work)
 } // namespace
 
 const char *standing_name(standing_t standing) { return names[static_cast<size_t>(standing)]; }
+
+standing_state_t state_as_planned(const planned_t &planned) {
+    switch (planned.state) {
+    case planned_state_t::unchanged:
+        return {standing_t::unchanged, false, "", exit_done};
+    case planned_state_t::refused:
+        return {standing_t::refused, false, "would lose something: " + listed(planned.refused),
+                exit_findings};
+    case planned_state_t::failed:
+        return {standing_t::failed, false,
+                "does not convert: " + listed(planned.failed_services) +
+                    (planned.failed_services.size() == 1 ? " fails" : " fail"),
+                exit_failed};
+    case planned_state_t::unusable:
+        return {standing_t::unusable, false, planned.problem, exit_unusable};
+    default:
+        return {standing_t::ready, false, "", exit_done};
+    }
+}
 
 void look_at(const window_t &window) {
     const last_deeds_t deeds(window.folder);

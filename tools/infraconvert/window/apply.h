@@ -41,6 +41,9 @@ struct standing_state_t {
     int exit_status = 0; // that it asks for
 };
 
+// Of a file that is what the plan was made for.
+standing_state_t state_as_planned(const planned_t &planned);
+
 struct window_t {
     // Makes the result of a configuration out of its text. May be called by several threads; throws
     // command_error_t.

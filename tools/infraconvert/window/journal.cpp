@@ -68,8 +68,8 @@ last_deeds_t::last_deeds_t(const plan_folder_t &folder) {
             read_line(text.substr(from, end - from));
         } catch (const std::exception &) {
             throw input_error_t(quoted_name(file) + ": line " + std::to_string(number) +
-                              " is not one of a journal; nothing is done, because what was done "
-                              "before cannot be told");
+                                " is not one of a journal; nothing is done, because what was done "
+                                "before cannot be told");
         }
     }
     whole_size = static_cast<off_t>(from);
@@ -99,8 +99,8 @@ journal_t::journal_t(const plan_folder_t &folder)
         throw run_error_t("cannot open " + quoted_name(file) + ": " + strerror(errno));
     if (!engine::lock(opened.descriptor()) && errno == EWOULDBLOCK)
         throw run_error_t("another run is at work with " + quoted_name(folder.plan()) +
-                        "; this one changes nothing (infraconvert preview --plan tells where the "
-                        "window stands)");
+                          "; this one changes nothing (infraconvert preview --plan tells where the "
+                          "window stands)");
     deeds = std::make_unique<last_deeds_t>(folder);
     if (ftruncate(opened.descriptor(), deeds->size()) != 0)
         throw run_error_t("cannot write " + quoted_name(file) + ": " + strerror(errno));

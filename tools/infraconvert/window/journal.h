@@ -53,12 +53,14 @@ class last_deeds_t {
 // The journal of a run that changes something. There is one such run at a time.
 class journal_t {
   public:
-    // Throws run_error_t when another run has it, or when it cannot be written, else as last_deeds_t.
+    // Throws run_error_t when another run has it, or when it cannot be written, else as
+    // last_deeds_t.
     explicit journal_t(const plan_folder_t &folder);
 
     const last_deeds_t &before() const { return *deeds; } // this run
 
-    // On return the line is on stable storage. May be called by several threads. Throws run_error_t.
+    // On return the line is on stable storage. May be called by several threads. Throws
+    // run_error_t.
     void add(deed_t deed, const planned_t &planned);
 
   private:

@@ -53,7 +53,8 @@ json planned_json(const planned_t &planned) {
             {"findings",
              {{"errors", planned.findings.errors},
               {"warnings", planned.findings.warnings},
-              {"notes", planned.findings.notes}}},
+              {"notes", planned.findings.notes},
+              {"agreed", planned.findings.agreed}}},
             {"agreed", agreed_json(planned.agreed)},
             {"refused", planned.refused},
             {"mended", planned.mended},
@@ -77,7 +78,8 @@ planned_t planned_from(const json &entry) {
                          .route = entry.at("route"),
                          .rules = entry.at("rules"),
                          .failed_services = entry.at("failed_services"),
-                         .findings = {count.at("errors"), count.at("warnings"), count.at("notes")},
+                         .findings = {count.at("errors"), count.at("warnings"), count.at("notes"),
+                                      count.at("agreed")},
                          .agreed = agreed_from(entry.at("agreed")),
                          .refused = entry.at("refused"),
                          .mended = entry.at("mended"),
@@ -104,7 +106,7 @@ plan_t plan_from(const json &document) {
 
 input_error_t unusable_plan(const std::string &file, const std::string &why) {
     return input_error_t(quoted_name(file) + ": not a plan that can be used: " + why +
-                       "; make it with infraconvert preview --save-plan");
+                         "; make it with infraconvert preview --save-plan");
 }
 
 } // namespace

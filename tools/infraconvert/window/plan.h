@@ -3,6 +3,7 @@
 #pragma once
 
 #include "audit/findings.h"
+#include "conversion/route.h"
 
 #include <string>
 #include <vector>
@@ -27,7 +28,7 @@ struct planned_t {
     std::string path; // from the plan's folder
     planned_state_t state = planned_state_t::ready;
     std::string problem;            // why it is not usable
-    std::vector<std::string> route; // releases, from the one that wrote it to the one that reads it
+    route_t route;
     std::vector<std::string> rules;
     std::vector<std::string> failed_services;
     finding_count_t findings;

@@ -11,18 +11,22 @@
 
 namespace infraconvert {
 
+// What is to be done with a configuration whose conversion and findings are these: without its path
+// and its digests.
+planned_t planned_of(const converted_t &conversion, bool keep_going,
+                     const std::vector<finding_t> &findings);
+// The same of one that cannot be read.
+planned_t planned_of_problem(const std::string &problem);
+
 class planning_t {
   public:
     // Makes the private folder, and keeps other runs off the plan. Throws input_error_t where an
     // earlier plan of this name has converted files: their way back stands in that folder.
     explicit planning_t(const std::string &plan_file);
 
-    // What is planned for a configuration: `refused` are the codes of errors that were not agreed
-    // on. May be called by several threads.
-    planned_t planned(const std::string &file, const converted_t &conversion, bool keep_going,
-                      const std::vector<finding_t> &findings,
-                      const std::vector<std::string> &refused) const;
-    planned_t unusable(const std::string &file, const std::string &problem) const;
+    // Gives `planned` the path from the plan, and the digests of the conversion; null: there is
+    // none. May be called by several threads.
+    void complete(planned_t &planned, const std::string &file, const converted_t *conversion) const;
 
   private:
     plan_folder_t folder;
