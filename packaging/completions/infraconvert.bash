@@ -24,23 +24,26 @@ _infraconvert() {
     --accept) offered=$(_infraconvert_codes 'IC[0-9]+') ;;
     *)
       if [ "$COMP_CWORD" -eq 1 ]; then
-        offered='plan preview convert audit effects explain help --help --version -V'
+        offered='plan preview convert undo audit effects explain help --help --version -V'
       else
         case $command in
           plan) offered="$releases --help" ;;
           preview) offered="$conversion --unified --label --color --word-diff --explain --rollback --exit-code
-                            --save-plan --accept --mend --help" ;;
-          convert) offered="$conversion --output --backup --plan --accept --mend --help" ;;
+                            --save-plan --plan --details --accept --mend --files-from
+                            --jobs --help" ;;
+          convert) offered="$conversion --output --backup --plan --accept --mend --files-from
+                            --jobs --help" ;;
+          undo) offered="--plan --json --jobs --help" ;;
           audit) offered="$releases --keep-going --mask --format --details --fail-on --report --result --fixes --rollback --accept
                           --files-from --jobs --help" ;;
           effects) offered="$releases --keep-going --mask --format --files-from --jobs --help" ;;
-          help) offered='plan preview convert audit effects explain' ;;
+          help) offered='plan preview convert undo audit effects explain' ;;
           explain) offered="--json --help $(_infraconvert_codes 'IC[A-Z0-9-]+')" ;;
         esac
         # A path is wanted far more often than an option.
         case $command:$word in
-          preview: | convert: | audit: | effects: | preview:[!-]* | convert:[!-]* | audit:[!-]* | \
-            effects:[!-]*) offered= ;;
+          preview: | convert: | undo: | audit: | effects: | preview:[!-]* | convert:[!-]* | undo:[!-]* | \
+            audit:[!-]* | effects:[!-]*) offered= ;;
         esac
       fi ;;
   esac

@@ -3,6 +3,7 @@
 //
 // Takes every few of the calls, unless the environment has INFRACONVERT_EVERY_SIGNAL.
 
+#include "infraconvert/traced_command.h"
 #include "infraconvert/workspace.h"
 
 #include <chrono>
@@ -12,7 +13,6 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <map>
-#include <sys/ptrace.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <thread>
@@ -21,12 +21,11 @@
 namespace {
 
 namespace fs = std::filesystem;
-using call_t = __ptrace_syscall_info;
+using call_t = support::traced_command_t::call_t;
 
 const std::string original = "npiv enable\nvlan 1\n";
 const std::string converted = "feature npiv\nvlan 1\n";
 constexpr int signals[] = {SIGTERM, SIGINT, SIGHUP};
-constexpr int exit_could_not_start = 126;
 
 // The command in a folder of its own, which also is where its private copies go.
 class interrupted_t : public ::testing::Test {
@@ -39,29 +38,12 @@ class interrupted_t : public ::testing::Test {
     }
     ~interrupted_t() override { fs::remove_all(room); }
 
-    // Sends the signal at the first call that is `chosen`. Returns the status as wait() gives it.
+    // As the traced command does, from an untouched file on.
     int run(const std::function<bool(const call_t &)> &chosen, int signal) {
         here.write("switch.cfg", original);
         fs::remove(here.path("switch.cfg.bak"));
-        const pid_t command = start();
-        int status = 0;
-        waitpid(command, &status, 0); // in front of its first instruction
-        ptrace(PTRACE_SETOPTIONS, command, 0, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
-        while (WIFSTOPPED(status)) {
-            call_t call = {};
-            ptrace(PTRACE_GET_SYSCALL_INFO, command, sizeof call, &call);
-            if (call.op == PTRACE_SYSCALL_INFO_ENTRY && chosen(call)) {
-                kill(command, signal);
-                ptrace(PTRACE_DETACH, command, 0, 0);
-            } else {
-                const int stop =
-                    WSTOPSIG(status); // at a call, at the start, or a signal of its own
-                const bool is_signal = stop != SIGTRAP && stop != (SIGTRAP | 0x80);
-                ptrace(PTRACE_SYSCALL, command, 0, is_signal ? stop : 0);
-            }
-            waitpid(command, &status, 0);
-        }
-        return status;
+        return support::traced_command_t{here.path(""), room, arguments, input, ignores}.run(
+            chosen, signal);
     }
 
     // How many calls there are when nothing interrupts.
@@ -97,28 +79,6 @@ class interrupted_t : public ::testing::Test {
     bool ignores = false; // the signals
 
   private:
-    pid_t start() const {
-        const pid_t child = fork();
-        if (child != 0)
-            return child;
-        for (const int signal : signals)
-            ::signal(signal, ignores ? SIG_IGN : SIG_DFL);
-        const int nothing = open("/dev/null", O_RDWR);
-        dup2(input < 0 ? nothing : input, STDIN_FILENO);
-        dup2(nothing, STDOUT_FILENO);
-        dup2(nothing, STDERR_FILENO);
-        setenv("TMPDIR", room.c_str(), 1);
-        setenv("ASAN_OPTIONS", "detect_leaks=0", 1); // which is refused to a process that is traced
-        std::string command = support::command_path();
-        std::vector<char *> words = {command.data()};
-        for (const std::string &argument : arguments)
-            words.push_back(const_cast<char *>(argument.c_str()));
-        words.push_back(nullptr);
-        if (chdir(here.path("").c_str()) == 0 && ptrace(PTRACE_TRACEME, 0, 0, 0) == 0)
-            execv(words[0], words.data());
-        _exit(exit_could_not_start);
-    }
-
     // On a busy machine the program that holds the copies may end after the command.
     static bool is_empty(const fs::path &directory) {
         using namespace std::chrono_literals;

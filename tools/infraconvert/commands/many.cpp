@@ -34,13 +34,15 @@ window_report_t with_each(window_verb_t verb, const std::vector<std::string> &fi
                           const with_one_t &with_one,
                           const std::function<void(const std::string &details)> &show) {
     window_report_t report = {verb, "", {}};
-    const progress_t progress(files.size());
+    progress_t progress(files.size());
     make_in_order<looked_at_t>(
         files.size(), jobs, [&](size_t index) { return guarded(with_one, files[index]); },
-        [&](size_t index, looked_at_t looked_at) {
+        [&](size_t, looked_at_t looked_at) {
+            if (!looked_at.details.empty())
+                progress.clear();
             show(looked_at.details);
             report.lines.push_back(std::move(looked_at.line));
-            progress.show(index + 1);
+            progress.step();
         });
     return report;
 }

@@ -73,7 +73,7 @@ int work(window_verb_t verb, const window_options_t &options) {
     choose(plan, folder, options.paths);
 
     window_report_t report = {verb, options.plan, {}};
-    const progress_t progress(plan.configurations.size());
+    progress_t progress(plan.configurations.size());
     const window_t window = {
         .folder = folder,
         .plan = plan,
@@ -84,7 +84,7 @@ int work(window_verb_t verb, const window_options_t &options) {
             [&](size_t index, const standing_state_t &state) {
                 const planned_t &planned = plan.configurations[index];
                 report.lines.push_back({folder.file(planned.path), planned, state});
-                progress.show(index + 1);
+                progress.step();
             }};
     if (verb == window_verb_t::preview)
         look_at(window);

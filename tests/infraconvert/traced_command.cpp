@@ -1,0 +1,62 @@
+#include "traced_command.h"
+
+#include "workspace.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace support {
+
+namespace {
+
+constexpr int exit_could_not_start = 126;
+
+} // namespace
+
+int traced_command_t::start() const {
+    const pid_t child = fork();
+    if (child != 0)
+        return child;
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+        ::signal(signal, ignores ? SIG_IGN : SIG_DFL);
+    const int nothing = open("/dev/null", O_RDWR);
+    dup2(input < 0 ? nothing : input, STDIN_FILENO);
+    dup2(nothing, STDOUT_FILENO);
+    dup2(nothing, STDERR_FILENO);
+    setenv("TMPDIR", room.c_str(), 1);
+    setenv("ASAN_OPTIONS", "detect_leaks=0", 1); // which is refused to a process that is traced
+    std::string command = command_path();
+    std::vector<char *> words = {command.data()};
+    for (const std::string &argument : arguments)
+        words.push_back(const_cast<char *>(argument.c_str()));
+    words.push_back(nullptr);
+    if (chdir(directory.c_str()) == 0 && ptrace(PTRACE_TRACEME, 0, 0, 0) == 0)
+        execv(words[0], words.data());
+    _exit(exit_could_not_start);
+}
+
+int traced_command_t::run(const std::function<bool(const call_t &)> &chosen, int signal) const {
+    const pid_t command = start();
+    int status = 0;
+    waitpid(command, &status, 0); // in front of its first instruction
+    ptrace(PTRACE_SETOPTIONS, command, 0, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+    while (WIFSTOPPED(status)) {
+        call_t call = {};
+        ptrace(PTRACE_GET_SYSCALL_INFO, command, sizeof call, &call);
+        if (call.op == PTRACE_SYSCALL_INFO_ENTRY && chosen(call)) {
+            kill(command, signal);
+            ptrace(PTRACE_DETACH, command, 0, 0);
+        } else {
+            const int stop = WSTOPSIG(status); // at a call, at the start, or a signal of its own
+            const bool is_signal = stop != SIGTRAP && stop != (SIGTRAP | 0x80);
+            ptrace(PTRACE_SYSCALL, command, 0, is_signal ? stop : 0);
+        }
+        waitpid(command, &status, 0);
+    }
+    return status;
+}
+
+} // namespace support
