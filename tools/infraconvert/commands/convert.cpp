@@ -215,12 +215,12 @@ int convert_many(const convert_options_t &options, const std::vector<std::string
 // The plan was agreed on with all of its options, and keeps the originals itself.
 int convert_as_planned(const convert_options_t &options) {
     const bool chooses = !options.releases.from.empty() || !options.releases.to.empty() ||
-                         !options.releases.via.empty() ||
-                         !options.services.empty() || options.keep_going || !options.mend.empty() ||
-                         !options.accept.empty();
+                         !options.releases.via.empty() || !options.services.empty() ||
+                         options.keep_going || !options.mend.empty() || !options.accept.empty();
     if (chooses)
-        throw usage_error_t("--plan brings --from, --to, --via, --service, --keep-going, --mend and "
-                            "--accept with it");
+        throw usage_error_t(
+            "--plan brings --from, --to, --via, --service, --keep-going, --mend and "
+            "--accept with it");
     if (!options.output.empty() || !options.backup_suffix.empty() || options.log ||
         !options.log_dir.empty())
         throw usage_error_t("--plan converts in place and keeps the originals for infraconvert "

@@ -296,10 +296,10 @@ int preview_many(const preview_options_t &options, const std::vector<std::string
 
 int look_at_plan(const preview_options_t &options) {
     const bool chooses = !options.releases.from.empty() || !options.releases.to.empty() ||
-                         !options.releases.via.empty() ||
-                         !options.services.empty() || options.keep_going || !options.mend.empty() ||
-                         !options.accept.empty() || !options.save_plan.empty() ||
-                         options.rollback || options.explain || options.details;
+                         !options.releases.via.empty() || !options.services.empty() ||
+                         options.keep_going || !options.mend.empty() || !options.accept.empty() ||
+                         !options.save_plan.empty() || options.rollback || options.explain ||
+                         options.details;
     if (chooses)
         throw usage_error_t("--plan tells where a plan stands, which was made with options of its "
                             "own; it goes with --json, --exit-code, --jobs and PATHs only");

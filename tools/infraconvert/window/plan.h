@@ -27,7 +27,7 @@ struct agreed_t {
 struct planned_t {
     std::string path; // from the plan's folder
     planned_state_t state = planned_state_t::ready;
-    std::string problem;            // why it is not usable
+    std::string problem; // why it is not usable
     route_t route;
     std::vector<std::string> rules;
     std::vector<std::string> failed_services;
