@@ -25,7 +25,7 @@ offered() {
 check() {
   local words=("$@") word=${*: -1} in_zsh
   case $word in --*) in_zsh=$word ;; *) in_zsh="'$word:" ;; esac
-  offered "$@" | grep -qxe "$word" || missing "bash completion" "${words[*]}"
+  grep -qxe "$word" <<<"$(offered "$@")" || missing "bash completion" "${words[*]}"
   grep -qFe "$in_zsh" <<<"$zsh_completion" || missing "zsh completion" "${words[*]}"
   grep -qFe "$word" <<<"$man_page" || missing "man page" "${words[*]}"
 }
@@ -41,7 +41,7 @@ for command in $commands; do
   for option in $("$infraconvert" "$command" --help | options); do check "$command" "$option"; done
 done
 for service in $("$infraconvert" plan --from '4.1(2)' --to '4.1(3)' | awk 'NR > 1 { print $1 }'); do
-  offered plan --service "$service" | grep -qx "$service" || missing "bash completion" "$service"
+  grep -qx "$service" <<<"$(offered plan --service "$service")" || missing "bash completion" "$service"
   grep -qE "\(all .*\<$service\>" <<<"$zsh_completion" || missing "zsh completion" "$service"
   grep -qE "^\.BR? $service\>" <<<"$man_page" || missing "man page" "$service"
 done
