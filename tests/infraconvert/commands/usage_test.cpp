@@ -55,7 +55,7 @@ TEST(usage, wrong_arguments_and_unusable_inputs_say_what_to_do) {
         {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "dir"},
          "dir/readme: the configuration is empty",
          5},
-        {{"effects", "--from", "4.1(3)", "a.cfg", "b.cfg"}, "'b.cfg'"},
+        {{"explain", "IC041", "IC043"}, "'IC043'"},
         {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "--", "--json"},
          "--json: No such file",
          5},
