@@ -13,14 +13,14 @@ _infraconvert() {
   fi
 
   local releases='--from --to --via --service --json'
-  local conversion="$releases --keep-going --mask --log --log-dir"
+  local conversion="$releases --keep-going --mask --max-size --log --log-dir"
   case $previous in
     --service) offered='all qos fcportsec npiv fwm assoc satmgr' ;;
     --color) offered='auto always never' ;;
     --fail-on) offered='error warning never' ;;
     --format) offered='text json jsonl sarif accept' ;;
     --from | --to | --via | --label | --unified | -U | --output | -o | --plan | --save-plan | --log-dir | \
-      --report | --fixes | --result | --files-from | --jobs | -j) ;;
+      --report | --fixes | --result | --files-from | --jobs | -j | --max-size) ;;
     --accept) offered=$(_infraconvert_codes 'IC[0-9]+') ;;
     *)
       if [ "$COMP_CWORD" -eq 1 ]; then
@@ -35,8 +35,8 @@ _infraconvert() {
                             --jobs --help" ;;
           undo) offered="--plan --json --jobs --help" ;;
           audit) offered="$releases --keep-going --mask --format --details --fail-on --report --result --fixes --rollback --accept
-                          --files-from --jobs --help" ;;
-          effects) offered="$releases --keep-going --mask --format --files-from --jobs --help" ;;
+                          --files-from --jobs --max-size --help" ;;
+          effects) offered="$releases --keep-going --mask --format --files-from --jobs --max-size --help" ;;
           help) offered='plan preview convert undo audit effects explain' ;;
           explain) offered="--json --help $(_infraconvert_codes 'IC[A-Z0-9-]+')" ;;
         esac

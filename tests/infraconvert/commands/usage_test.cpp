@@ -3,6 +3,7 @@
 
 #include "infraconvert/workspace.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 
 namespace {
@@ -68,6 +69,8 @@ TEST(usage, wrong_arguments_and_unusable_inputs_say_what_to_do) {
         {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "ff.cfg"},
          "ff.cfg: a byte 0xFF at line 2, column 1 (byte 7)",
          5},
+        {{"audit", "--from", "4.1(3)", "--to", "5.0(2)", "--max-size", "0", "switch.cfg"},
+         "--max-size"},
         {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "--color", "blue", "switch.cfg"},
          "blue"},
         {{"preview", "--from", "4.1(3)", "--to", "5.0(2)", "-U", "x", "switch.cfg"}, "--unified"},
@@ -116,6 +119,29 @@ TEST(usage, wrong_arguments_and_unusable_inputs_say_what_to_do) {
     }
     EXPECT_EQ(here.read("switch.cfg"), "npiv enable\n");
     EXPECT_EQ(here.read("taken.cfg"), "npiv enable\n");
+}
+
+TEST(usage, what_is_too_large_for_a_configuration_is_not_read) {
+    workspace_t here;
+    constexpr uint64_t megabyte = 1024 * 1024;
+    here.write("folder/huge.cfg", "npiv enable\n");
+    std::filesystem::resize_file(here.path("folder/huge.cfg"), 4096 * megabyte);
+    here.write("two.cfg", "npiv enable\n!" + std::string(2 * megabyte, '-') + "\n");
+    const auto preview = [&](std::vector<std::string> last) {
+        last.insert(last.begin(), {"preview", "--from", "4.1(2)", "--to", "4.2(1)"});
+        return here.run(last);
+    };
+    for (const char *endless : {"folder/huge.cfg", "/dev/zero"}) {
+        const auto result = preview({endless});
+        EXPECT_EQ(result.status, 5);
+        EXPECT_TRUE(contains(result.err, std::string(endless) + ": larger than 64 MB"))
+            << result.err;
+        EXPECT_TRUE(contains(result.err, "let --max-size say")) << result.err;
+    }
+    here.input = here.read("two.cfg");
+    EXPECT_EQ(preview({"--max-size", "2", "-"}).status, 5);
+    EXPECT_TRUE(contains(preview({"--max-size", "3", "-"}).out, "+feature npiv"));
+    EXPECT_TRUE(contains(preview({"two.cfg"}).out, "+feature npiv"));
 }
 
 TEST(usage, help_leads_with_examples_and_fits_on_a_screen) {

@@ -21,12 +21,27 @@ std::string system_error(const std::string &path) {
     return quoted_name(path) + ": " + strerror(errno);
 }
 
-std::string read_descriptor(int descriptor, const std::string &name) {
+uint64_t most_of_a_configuration = usual_megabytes; // megabytes
+
+[[noreturn]] void refuse_size(const std::string &name) {
+    const std::string most = std::to_string(most_of_a_configuration);
+    throw input_error_t(quoted_name(name) + ": larger than " + most +
+                        " MB, which no switch saves; if this is a configuration, let --max-size " +
+                        "say how large it is");
+}
+
+std::string read_descriptor(int descriptor, const std::string &name, uint64_t most) {
+    struct stat status;
+    const bool has_size = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+    if (has_size && static_cast<uint64_t>(status.st_size) > most)
+        refuse_size(name);
     std::string bytes;
     const bool complete = engine::read_all(descriptor, [&](std::string_view block) {
         bytes += block;
-        return true;
+        return bytes.size() <= most;
     });
+    if (bytes.size() > most)
+        refuse_size(name);
     if (!complete)
         throw input_error_t(system_error(name));
     return bytes;
@@ -39,6 +54,13 @@ std::string place(const std::string &text, size_t at) {
     const size_t column = newline == text.npos ? at + 1 : at - newline;
     return "line " + std::to_string(line) + ", column " + std::to_string(column) + " (byte " +
            std::to_string(at) + ")";
+}
+
+std::string read_file_up_to(const std::string &path, uint64_t most) {
+    const engine::file_t file = engine::open_at(AT_FDCWD, path.c_str(), O_RDONLY);
+    if (!file.is_open())
+        throw input_error_t(system_error(path));
+    return read_descriptor(file.descriptor(), path, most);
 }
 
 void refuse_unconvertible(const std::string &name, const std::string &text) {
@@ -55,12 +77,9 @@ void refuse_unconvertible(const std::string &name, const std::string &text) {
 
 } // namespace
 
-std::string read_file(const std::string &path) {
-    const engine::file_t file = engine::open_at(AT_FDCWD, path.c_str(), O_RDONLY);
-    if (!file.is_open())
-        throw input_error_t(system_error(path));
-    return read_descriptor(file.descriptor(), path);
-}
+std::string read_file(const std::string &path) { return read_file_up_to(path, UINT64_MAX); }
+
+void set_most_megabytes(uint64_t megabytes) { most_of_a_configuration = megabytes; }
 
 bool holds(int descriptor, std::string_view bytes) {
     const bool equal = engine::read_all(descriptor, [&](std::string_view block) {
@@ -81,8 +100,9 @@ std::string configuration_file(const std::string &path) {
 shared_text_t read_configuration(const std::string &file) {
     const bool standard = file == standard_stream;
     const std::string name = standard ? "standard input" : file;
-    auto text = std::make_shared<const std::string>(standard ? read_descriptor(STDIN_FILENO, name)
-                                                             : read_file(file));
+    const uint64_t most = most_of_a_configuration * 1024 * 1024;
+    auto text = std::make_shared<const std::string>(
+        standard ? read_descriptor(STDIN_FILENO, name, most) : read_file_up_to(file, most));
     refuse_unconvertible(name, *text);
     return text;
 }

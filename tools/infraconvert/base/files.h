@@ -1,6 +1,7 @@
 // Reading configurations, and plain files.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -26,8 +27,16 @@ bool holds(int descriptor, std::string_view bytes);
 // The file that the user means with `path`: itself, or for a directory its ascii/system.cfg.
 std::string configuration_file(const std::string &path);
 
+// A file of more megabytes cannot be a configuration, unless somebody says so: no switch saves more
+// than some ten of them.
+constexpr uint64_t usual_megabytes = 64;
+constexpr uint64_t most_megabytes = 4095; // that the converters take
+// For the whole process, while the arguments are read.
+void set_most_megabytes(uint64_t megabytes);
+
 // The configuration in `file`, which may be standard_stream. Throws input_error_t when it cannot be
-// read or when the converters would not see all of it: an empty one, a zero byte, a 0xFF byte.
+// read, is too large, or when the converters would not see all of it: an empty one, a zero byte, a
+// 0xFF byte. Of one that is too large no more is read than shows it.
 shared_text_t read_configuration(const std::string &file);
 
 // Writes a file that nobody else looks at. Throws run_error_t.

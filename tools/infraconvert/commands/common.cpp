@@ -12,6 +12,15 @@ namespace {
 
 constexpr const char *all_codes = "all";
 
+void declare_max_size(CLI::App &arguments) {
+    arguments
+        .add_option_function<uint64_t>("--max-size", set_most_megabytes,
+                                       "Refuse larger configurations [" +
+                                           std::to_string(usual_megabytes) + "]")
+        ->type_name("MEGABYTES")
+        ->check(CLI::Range(uint64_t{1}, most_megabytes).description(""));
+}
+
 } // namespace
 
 const CLI::Validator
@@ -73,6 +82,7 @@ void declare_path(CLI::App &arguments, std::string &path) {
     arguments.add_option("PATH", path, "Configuration, directory with ascii/system.cfg, or -")
         ->type_name("")
         ->check(not_empty);
+    declare_max_size(arguments);
 }
 
 void declare_paths(CLI::App &arguments, paths_t &paths) {
@@ -85,6 +95,7 @@ void declare_paths(CLI::App &arguments, paths_t &paths) {
                     "Also the paths in this file, or on standard input: -")
         ->type_name("FILE")
         ->check(not_empty);
+    declare_max_size(arguments);
 }
 
 void declare_jobs(CLI::App &arguments, size_t &jobs) {

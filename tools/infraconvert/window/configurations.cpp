@@ -4,6 +4,7 @@
 #include "window/configurations.h"
 
 #include "base/files.h"
+#include "base/lines.h"
 #include "base/quoting.h"
 
 #include <algorithm>
@@ -87,18 +88,15 @@ bool begins_like_a_configuration(std::string_view line) {
 // Prose may begin a line with such a word too; a configuration names its features early, and has
 // nothing above them but comments. An empty file may be a switch whose backup went wrong.
 bool may_be_a_configuration(const fs::path &file) {
-    constexpr int looked_at = 2000; // lines
+    constexpr size_t looked_at = 256 * 1024; // bytes: what is no text may have no lines
     std::ifstream stream(file, std::ios::binary);
-    std::string line;
-    if (!std::getline(stream, line))
+    std::string beginning(looked_at, '\0');
+    stream.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
+    beginning.resize(static_cast<size_t>(stream.gcount()));
+    if (beginning.empty())
         return true;
-    for (int i = 0; i < looked_at; i++) {
-        if (begins_like_a_configuration(line))
-            return true;
-        if (!std::getline(stream, line))
-            return false;
-    }
-    return false;
+    const lines_t lines = split_lines(beginning);
+    return std::any_of(lines.begin(), lines.end(), begins_like_a_configuration);
 }
 
 class finder_t {
