@@ -97,6 +97,19 @@ def attachments(first, count, typed):
         yield f"interface Ethernet1/{p}\n" + "".join(f"  service-policy {line} policy-{p}\n" for line in lines)
 
 
+def attached(size):
+    """Interfaces with two attachments each, several of one policy-map: in 10 MB some 13,000 maps and 72,000
+    attachments."""
+    policies, ports = max(2, size * 6500 // 10_000_000), size * 36_000 // 10_000_000
+    maps = ("".join(f"class-map class-{p}\n  match cos {p % 8}\n" for p in range(policies)) +
+            "".join(f"policy-map policy-{p}\n  class class-{p}\n    bandwidth percent {10 + p % 8}\n"
+                    for p in range(policies)))
+    stanzas = itertools.islice(interfaces(None), ports)
+    return maps + "system qos\n  service-policy policy-0\n" + "".join(
+        f"{stanza[:-1]}  service-policy input policy-{i % policies}\n"
+        f"  service-policy output policy-{(i * 7 + 1) % policies}\n\n" for i, stanza in enumerate(stanzas))
+
+
 def qos_section(size, typed, match_any=False):
     """Class-maps, policy-maps, system qos and attachments; one policy for the system, the others for
     interfaces."""
@@ -120,6 +133,8 @@ def control_plane(_):
 
 def dense(kind, size):
     head = "version 4.1(3)\nhostname switch\n"
+    if kind == "attachments":
+        return head + attached(size)
     if kind == "qos":
         return head + qos_section(size, typed=False)
     if kind in ("qos typed", "qos typed match-any"):

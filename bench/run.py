@@ -44,10 +44,12 @@ class Case:
         self.typed, self.match_any = typed, match_any
 
     def kinds(self):
-        return ["real"] + (["dense"] if self.dense else [])
+        return ["real"] + (["dense"] if self.dense else []) + (["attachments"] if self.dense == "qos" else [])
 
     def text(self, kind, size):
-        return generate.dense(self.dense, size) if kind == "dense" else generate.real(size, self.typed, self.match_any)
+        if kind == "real":
+            return generate.real(size, self.typed, self.match_any)
+        return generate.dense(self.dense if kind == "dense" else kind, size)
 
 
 CASES = [
@@ -114,7 +116,7 @@ class Measurement:
 
 def tables(binaries, place, cases, most):
     """Yields the lines of one table for each kind of configuration."""
-    for kind in ("real", "dense"):
+    for kind in ("real", "dense", "attachments"):
         yield f"\n### {kind.capitalize()} configurations\n"
         yield "| conversion | size | time ms | x sed -i | x durable copy | growth per doubling | memory / file |"
         yield "|---|---|---:|---:|---:|---:|---:|"
