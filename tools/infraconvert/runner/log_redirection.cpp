@@ -31,7 +31,8 @@ void redirect_logs_to(const std::string &directory) { log_directory = directory;
 
 extern "C" FILE *fopen(const char *path, const char *mode) {
     using fopen_t = FILE *(*)(const char *, const char *);
-    static const auto next = reinterpret_cast<fopen_t>(dlsym(RTLD_NEXT, "fopen"));
+    // On machines of 32 bits this one is fopen64 too, and "fopen" would be one of long ago.
+    static const auto next = reinterpret_cast<fopen_t>(dlsym(RTLD_NEXT, "fopen64"));
     // cppcheck-suppress returnDanglingLifetime
     return next(redirected(path).c_str(), mode);
 }
