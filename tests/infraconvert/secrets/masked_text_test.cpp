@@ -122,6 +122,11 @@ TEST(masked_text, keeps_what_a_line_is_made_of) {
         {"crypto ca x\n certificate 1\n  30\nvlan 1\n  quit\nvlan 1\n",
          "crypto <masked>\n <masked>\n  <masked>\n<masked>\n  <masked>\nvlan 1\n"},
         {"crypto ca x\n certificate 1\nvlan 1\n", "crypto <masked>\n <masked>\nvlan 1\n"},
+        {"banner motd END\nvlan 1\n END \nvlan 1\n",
+         "banner <masked>\n<masked>\n <masked>\nvlan 1\n"},
+        // An end that came earlier is none.
+        {"quit\nEND\ncrypto ca x\n certificate 1\nbanner motd END\nvlan 1\n",
+         "<masked>\n<masked>\ncrypto <masked>\n <masked>\nbanner <masked>\nvlan 1\n"},
     };
     for (const row_t &row : rows)
         EXPECT_EQ(masked_text(row.text), row.masked);

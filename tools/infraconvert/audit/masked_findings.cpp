@@ -34,12 +34,12 @@ void mask_fix(fix_text_t &fix, const mask_t &mask) {
 } // namespace
 
 void mask_findings(std::vector<finding_t> &findings, const converted_t &conversion) {
-    const std::string original = masked_text(*conversion.original);
-    const std::string result = masked_text(*conversion.result);
-    const lines_t before = split_lines(original), after = split_lines(result);
+    const mask_t &mask = mask_of(conversion);
+    const shared_text_t original = conversion.masked_texts->masked(conversion.original);
+    const shared_text_t result = conversion.masked_texts->masked(conversion.result);
+    const lines_t before = split_lines(*original), after = split_lines(*result);
     const lines_t exact_before = split_lines(*conversion.original);
     const lines_t exact_after = split_lines(*conversion.result);
-    const mask_t mask = mask_of(conversion);
     for (finding_t &finding : findings) {
         finding.detail = mask.message(finding.detail);
         finding.place = place_of(finding, {exact_before, before}, {exact_after, after});

@@ -227,9 +227,7 @@ std::function<int()> declare(CLI::App &arguments) {
                     "Findings that make the exit status 4: error, warning or never [error]")
         ->type_name("WHICH")
         ->check(CLI::IsMember({"error", "warning", "never"}).description(""));
-    arguments
-        .add_option("--report", options->report,
-                    "Also write a page with findings and differences, for a browser")
+    arguments.add_option("--report", options->report, "Also write a page for a browser")
         ->type_name("FILE.html")
         ->check(not_empty);
     arguments

@@ -67,14 +67,13 @@ namespace {
 
 // Takes the logs along that the request asks for. `last` is the text that they end with, also when
 // it does not count.
-void take_logs(const logs_t &logs, const conversion_request_t &request, const std::string &last,
+void take_logs(const logs_t &logs, const conversion_request_t &request, const shared_text_t &last,
                converted_t &conversion) {
-    mask_t mask;
+    const mask_t *used = nullptr;
     if (request.mask_logs) {
-        mask = mask_of(conversion);
-        mask.learn(last);
+        used = &mask_of(conversion);
+        conversion.masked_texts->masked(last);
     }
-    const mask_t *used = request.mask_logs ? &mask : nullptr;
     if (request.wants_logs)
         conversion.logs = readable_logs(logs, used);
     if (!request.log_directory.empty())
@@ -103,7 +102,7 @@ class journey_t {
         if (counts())
             conversion.result = text;
         conversion.script = counts() ? history.script() : history_t(request.text).script();
-        take_logs(logs, request, *text, conversion);
+        take_logs(logs, request, text, conversion);
         return std::move(conversion);
     }
 
@@ -143,13 +142,12 @@ class journey_t {
 
 converted_t run_conversion(const conversion_request_t &request) { return journey_t(request).run(); }
 
-mask_t mask_of(const converted_t &conversion) {
-    mask_t mask;
-    std::set<shared_text_t> texts(conversion.stages.begin(), conversion.stages.end());
-    texts.insert({conversion.original, conversion.result});
-    for (const shared_text_t &text : texts)
-        mask.learn(*text);
-    return mask;
+const mask_t &mask_of(const converted_t &conversion) {
+    for (const shared_text_t &text : conversion.stages)
+        conversion.masked_texts->masked(text);
+    conversion.masked_texts->masked(conversion.original);
+    conversion.masked_texts->masked(conversion.result);
+    return conversion.masked_texts->mask();
 }
 
 } // namespace infraconvert

@@ -60,6 +60,8 @@ struct converted_t {
 
     bool masked = false; // as they are shown, not as they are
     bool mended = false; // by fixes around the services
+    // What was masked of it already.
+    std::shared_ptr<masked_texts_t> masked_texts = std::make_shared<masked_texts_t>();
 
     bool failed() const;
     bool has_stops() const { return hops_of(route) > 1; }
@@ -78,7 +80,7 @@ struct converted_t {
 // the machine does not allow it, and usage_error_t when the logs cannot be kept.
 converted_t run_conversion(const conversion_request_t &request);
 
-// What may be told about the conversion.
-mask_t mask_of(const converted_t &conversion);
+// What may be told about the conversion; good as long as that.
+const mask_t &mask_of(const converted_t &conversion);
 
 } // namespace infraconvert

@@ -77,7 +77,7 @@ std::vector<meaning::changed_row_t> effects_of(const converted_t &conversion, bo
                          : meaning::rows_of(*conversion.original, route.front());
     if (!mask)
         return rows;
-    const mask_t told = mask_of(conversion);
+    const mask_t &told = mask_of(conversion);
     for (auto &[row, change] : rows) {
         for (std::string *words : {&row.place, &row.traffic, &row.effect})
             *words = told.message(*words);

@@ -1,19 +1,19 @@
 #include "reports/mask.h"
 
-#include "secrets/masked_text.h"
-
 namespace infraconvert {
 
 converted_t shown_conversion(converted_t conversion, bool mask) {
     if (!mask)
         return conversion;
-    const mask_t told = mask_of(conversion);
-    conversion.original = std::make_shared<const std::string>(masked_text(*conversion.original));
-    conversion.result = std::make_shared<const std::string>(masked_text(*conversion.result));
+    const std::shared_ptr<masked_texts_t> texts = conversion.masked_texts;
+    const mask_t &told = mask_of(conversion);
+    conversion.original = texts->masked(conversion.original);
+    conversion.result = texts->masked(conversion.result);
     conversion.masked = true;
+    conversion.masked_texts = std::make_shared<masked_texts_t>();
     if (conversion.failed()) {
         for (shared_text_t &stage : conversion.stages)
-            stage = std::make_shared<const std::string>(masked_text(*stage));
+            stage = texts->masked(stage);
     }
     for (step_t &step : conversion.steps) {
         if (!step.failure)

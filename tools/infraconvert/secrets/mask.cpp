@@ -102,8 +102,8 @@ std::vector<std::string_view> lines_from(std::string_view text, size_t start) {
 
 } // namespace
 
-void mask_t::learn(std::string_view configuration) {
-    for_each_shown_line(
+std::string mask_t::learn(std::string_view configuration) {
+    return masked_text(
         configuration,
         [this](std::string_view line, std::span<const std::string_view> words, size_t count) {
             for (size_t i = 0; i < words.size(); i++)
@@ -212,6 +212,13 @@ class mask_t::teller_t {
     size_t counted = 0;  // quotes are counted up to here
     bool quoted = false; // that is between quotes
 };
+
+const masked_texts_t::text_t &masked_texts_t::masked(const text_t &text) {
+    text_t &result = texts[text];
+    if (!result)
+        result = std::make_shared<const std::string>(known.learn(*text));
+    return result;
+}
 
 std::string mask_t::message(std::string_view text) const {
     return teller_t(*this, text, kind_t::message).told();

@@ -2,6 +2,8 @@
 // secrets out of sight.
 #pragma once
 
+#include <map>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -12,8 +14,9 @@ namespace infraconvert {
 
 class mask_t {
   public:
-    // Takes note of what shows of a configuration (masked_text.h) and what does not.
-    void learn(std::string_view configuration);
+    // Takes note of what shows of a configuration and what does not. Returns it masked
+    // (masked_text.h).
+    std::string learn(std::string_view configuration);
 
     // A finding's detail, a reason, an effect. A word shows when it shows in a configuration or is
     // one of our own (own_words.h). Any other is masked, with all behind it: up to the next ", ",
@@ -41,6 +44,21 @@ class mask_t {
     set_t shown, hidden; // words of configurations
     // Lines that do not show as a whole, and their ends; how much of each shows.
     std::unordered_map<std::string, size_t, hash_t, std::equal_to<>> lines;
+};
+
+// The texts of one conversion, each looked through once for all that is told of it.
+class masked_texts_t {
+  public:
+    using text_t = std::shared_ptr<const std::string>;
+
+    // The text masked.
+    const text_t &masked(const text_t &text);
+    // The mask that knows the texts so far.
+    const mask_t &mask() const { return known; }
+
+  private:
+    mask_t known;
+    std::map<text_t, text_t> texts;
 };
 
 } // namespace infraconvert

@@ -26,13 +26,26 @@ std::string_view up_to(std::string_view line, std::span<const std::string_view> 
     return line.substr(0, static_cast<size_t>(last.data() + last.size() - line.data()));
 }
 
+void append_masked(std::string &result, std::string_view line,
+                   std::span<const std::string_view> words, size_t shown) {
+    if (shown == words.size()) {
+        result += line;
+        return;
+    }
+    result += up_to(line, words.first(shown));
+    result += shown > 0 ? " " : "";
+    result += masked_mark;
+    result += line.ends_with('\n') ? "\n" : "";
+}
+
 } // namespace
 
-void for_each_shown_line(std::string_view text, const shown_visit_t &visit) {
+std::string masked_text(std::string_view text, const shown_visit_t &visit) {
     const lines_t lines = split_lines(text);
     const std::vector<bool> within = lines_within_texts(lines);
     const harmless_lines_t &harmless = harmless_lines_t::get();
     const harmless_lines_t::body_t *body = nullptr;
+    std::string result;
     for (size_t i = 0; i < lines.size(); i++) {
         const words_t words = words_of(lines[i]);
         harmless_lines_t::match_t match;
@@ -45,23 +58,10 @@ void for_each_shown_line(std::string_view text, const shown_visit_t &visit) {
             match = harmless.body_line(body, words);
             body = match.body ? match.body : body;
         }
-        visit(lines[i], words, match.words);
+        append_masked(result, lines[i], words, match.words);
+        if (visit)
+            visit(lines[i], words, match.words);
     }
-}
-
-std::string masked_text(std::string_view text) {
-    std::string result;
-    for_each_shown_line(
-        text, [&](std::string_view line, std::span<const std::string_view> words, size_t shown) {
-            if (shown == words.size()) {
-                result += line;
-                return;
-            }
-            result += up_to(line, words.first(shown));
-            result += shown > 0 ? " " : "";
-            result += masked_mark;
-            result += line.ends_with('\n') ? "\n" : "";
-        });
     return result;
 }
 

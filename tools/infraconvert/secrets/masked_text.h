@@ -12,14 +12,12 @@ namespace infraconvert {
 
 constexpr std::string_view masked_mark = "<masked>";
 
-// The text with the secrets of its lines masked; it has as many lines. It must be a whole
-// configuration: what a line may show depends on what stands above it.
-std::string masked_text(std::string_view text);
-
-// Calls visit(line, words, shown) for each line of a whole configuration: the first `shown` of its
-// words show, the others do not.
+// Called with each line and its words: the first `shown` of them show, the others do not.
 using shown_visit_t = std::function<void(std::string_view line,
                                          std::span<const std::string_view> words, size_t shown)>;
-void for_each_shown_line(std::string_view text, const shown_visit_t &visit);
+
+// The text with the secrets of its lines masked; it has as many lines. It must be a whole
+// configuration: what a line may show depends on what stands above it.
+std::string masked_text(std::string_view text, const shown_visit_t &visit = {});
 
 } // namespace infraconvert

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cctype>
 #include <optional>
+#include <unordered_map>
 
 namespace infraconvert {
 
@@ -114,24 +115,50 @@ opening_t opening_of(std::string_view line) {
     return {};
 }
 
-// The number of the line that ends a text; that of the last line, or none, when none does.
-std::optional<size_t> end_of_text(const lines_t &lines, size_t first, const ending_t &ending) {
-    for (size_t i = first; i < lines.size(); i++) {
-        if (ends(lines[i], ending))
-            return i;
+// Where texts end. One whose end must come, and does not, would be looked for up to the end of the
+// configuration again and again.
+class ends_t {
+  public:
+    explicit ends_t(const lines_t &l) : lines(l) {}
+
+    // The number of the line at or behind `first` that ends the text; that of the last line, or
+    // none, when none does.
+    std::optional<size_t> of(size_t first, const ending_t &ending) {
+        if (ending.must_come && ending.whole_line && !comes(first, ending.text) &&
+            !comes(first, ending.other))
+            return {};
+        for (size_t i = first; i < lines.size(); i++) {
+            if (ends(lines[i], ending))
+                return i;
+        }
+        if (ending.must_come || lines.empty())
+            return {};
+        return lines.size() - 1;
     }
-    if (ending.must_come || lines.empty())
-        return {};
-    return lines.size() - 1;
-}
+
+  private:
+    // Does a line at or behind `first` consist of nothing else?
+    bool comes(size_t first, std::string_view text) {
+        if (last_places.empty()) {
+            for (size_t i = 0; i < lines.size(); i++)
+                last_places[without_blanks(lines[i])] = i;
+        }
+        const auto last = last_places.find(text);
+        return !text.empty() && last != last_places.end() && last->second >= first;
+    }
+
+    const lines_t &lines;
+    std::unordered_map<std::string_view, size_t> last_places;
+};
 
 } // namespace
 
 std::vector<bool> lines_within_texts(const lines_t &lines) {
     std::vector<bool> within(lines.size());
+    ends_t ends_of_texts(lines);
     for (size_t i = 0; i < lines.size(); i++) {
         const opening_t opening = opening_of(lines[i]);
-        const auto last = opening ? end_of_text(lines, i + 1, *opening) : std::nullopt;
+        const auto last = opening ? ends_of_texts.of(i + 1, *opening) : std::nullopt;
         if (!last)
             continue;
         within[i] = armoured_key(lines[i], {}).has_value();
