@@ -134,6 +134,80 @@ TEST(mend, looks_only_for_what_is_asked_for) {
     EXPECT_FALSE(none.by_hand.empty());
 }
 
+std::vector<std::string> only_fix(const mended_t &fixed) {
+    EXPECT_EQ(fixed.fixes.size(), 1U);
+    EXPECT_TRUE(fixed.by_hand.empty());
+    return fixed.fixes.empty() ? std::vector<std::string>() : lines_of(fixed.fixes[0].commands);
+}
+
+using lines_t = std::vector<std::string>;
+
+// Whatever the way on which a fix is found, only what is missing is typed.
+TEST(mend, types_the_fewest_lines) {
+    const std::string passed_over =
+        typed.substr(0, typed.find("system qos")) + "system qos\n  service-policy dc\n";
+    EXPECT_EQ(only_fix(mended(untyped, passed_over, "4.1(2)", "4.1(3)")),
+              (lines_t{"system qos", "  no service-policy dc", "  service-policy type qos input dc",
+                       "  service-policy type queuing input dc",
+                       "  service-policy type queuing output dc"}));
+    const std::string misplaced =
+        with(typed, "policy-map type queuing dc\n  class type queuing voice\n    priority\n",
+             "policy-map type network-qos dc\n  class type network-qos voice\n    priority\n"
+             "policy-map type queuing dc\n  class type queuing voice\n") +
+        "class-map type network-qos voice\n  match qos-group 2\n";
+    const lines_t moved = only_fix(mended(untyped, misplaced, "4.1(2)", "4.1(3)"));
+    EXPECT_EQ(std::count(moved.begin(), moved.end(), "    priority"), 1);
+    EXPECT_LE(moved.size(), 6U);
+}
+
+// Two classes for the same packets: the first of them gets the packets.
+const std::string overlapping = "class-map type qos a\n  match cos 1\nclass-map type qos b\n"
+                                "  match cos 1\npolicy-map type qos s\n  class a\n"
+                                "    set qos-group 2\n  class b\n    set qos-group 3\n"
+                                "system qos\n  service-policy type qos input s\n";
+
+TEST(mend, puts_classes_back_in_their_order) {
+    const std::string turned =
+        with(with(overlapping, "  class a\n    set qos-group 2\n", ""), "    set qos-group 3\n",
+             "    set qos-group 3\n  class a\n    set qos-group 2\n");
+    const mended_t fixed = mended(overlapping, turned, "5.0(2)", "5.0(3)");
+    EXPECT_TRUE(fixed.by_hand.empty());
+    EXPECT_LT(fixed.result.find("set qos-group 2"), fixed.result.find("set qos-group 3"))
+        << fixed.result;
+}
+
+TEST(mend, makes_no_class_that_has_no_class_map) {
+    const std::string original = "class-map type queuing a\n  match qos-group 2\n"
+                                 "policy-map type qos p\n  class type qos a\n"
+                                 "policy-map type queuing p\n  class type queuing a\n"
+                                 "    priority\nsystem qos\n"
+                                 "  service-policy type queuing input p\n";
+    const std::string result = "class-map a\npolicy-map p\n  class a\n    priority\n"
+                               "system qos\n  service-policy p\n";
+    const mended_t left = mended(original, result, "5.0(2)", "4.1(2)");
+    EXPECT_NE(left.result.find("class-map a\n"), std::string::npos) << left.result;
+    ASSERT_FALSE(left.by_hand.empty());
+    EXPECT_NE(left.by_hand[0].why.find("gets no packets"), std::string::npos)
+        << left.by_hand[0].why;
+}
+
+// A number that traffic goes into by itself is kept free of the system's classes.
+TEST(mend, classifies_and_schedules_at_an_interface_in_one_group) {
+    const std::string original = "class-map a\n  match cos 2\nclass-map b\n  match cos 3\n"
+                                 "policy-map p\n  class a\n    set qos-group 4\n"
+                                 "    priority\ninterface Ethernet1/1\n"
+                                 "  service-policy input p\n";
+    const std::string result = "class-map type qos a\n  match cos 2\nclass-map type qos b\n"
+                               "  match cos 3\nclass-map type queuing a\n\n"
+                               "policy-map type qos p\npolicy-map type queuing p\n"
+                               "  class type queuing a\n    priority\ninterface Ethernet1/1\n"
+                               "  service-policy type queuing input p\n";
+    const lines_t lines = only_fix(mended(original, result, "4.1(2)", "5.0(2)"));
+    EXPECT_EQ(lines, (lines_t{"policy-map type qos p", "  class type qos a", "    set qos-group 4",
+                              "interface Ethernet1/1", "  service-policy type qos input p",
+                              "class-map type queuing a", "  match qos-group 4"}));
+}
+
 // Lines ahead of the first stanza belong to none that could be entered.
 TEST(mend, types_nothing_ahead_of_the_first_stanza) {
     const mended_t left = mended(typed, "  match protocol arp\n" + typed, "4.2(1)", "5.0(2)");

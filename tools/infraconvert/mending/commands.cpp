@@ -232,8 +232,8 @@ class editor_t {
     }
 
     void remove_class(const std::string &header, const std::string &name) {
-        const range_t range = class_range(header, name);
-        if (range.end > 0)
+        for (range_t range = class_range(header, name); range.end > 0;
+             range = class_range(header, name))
             remove({range.first, last_in(range)});
     }
 
@@ -356,31 +356,44 @@ constexpr size_t most_tried = 200;
 
 } // namespace
 
-commands_t without_needless(std::string_view text, const commands_t &commands) {
+void put_removals_first(commands_t &commands) {
+    for (command_t &command : commands) {
+        if (!command.header.starts_with("policy-map "))
+            std::stable_partition(command.body.begin(), command.body.end(),
+                                  [](const typed_line_t &line) { return line.removes; });
+    }
+}
+
+commands_t without_needless(const commands_t &commands, const is_enough_t &is_enough) {
     if (lines_of(commands).size() > most_tried)
         return commands;
-    const std::string wanted = applied(text, commands);
     commands_t needed = commands;
     // From the last line to the first, so that a class goes when none of its actions is needed.
     for (size_t i = needed.size(); i-- > 0;) {
         for (size_t j = needed[i].body.size(); j-- > 0;) {
             const std::vector<typed_line_t> body = needed[i].body;
-            const bool holds_actions = is_class_line(body[j].text) && j + 1 < body.size() &&
-                                       !is_class_line(body[j + 1].text);
+            const bool holds_actions = is_class_line(body[j].text) && !body[j].removes &&
+                                       j + 1 < body.size() && !is_class_line(body[j + 1].text);
             if (holds_actions)
                 continue;
             needed[i].body.erase(needed[i].body.begin() + static_cast<ptrdiff_t>(j));
-            if (applied(text, needed) != wanted)
+            if (!is_enough(needed))
                 needed[i].body = body;
         }
         if (!needed[i].body.empty())
             continue;
         const command_t command = needed[i];
         needed.erase(needed.begin() + static_cast<ptrdiff_t>(i));
-        if (applied(text, needed) != wanted)
+        if (!is_enough(needed))
             needed.insert(needed.begin() + static_cast<ptrdiff_t>(i), command);
     }
     return needed;
+}
+
+commands_t without_needless(std::string_view text, const commands_t &commands) {
+    const std::string wanted = applied(text, commands);
+    return without_needless(
+        commands, [&](const commands_t &fewer) { return applied(text, fewer) == wanted; });
 }
 
 } // namespace infraconvert::mending

@@ -1,6 +1,7 @@
 // Lines as an engineer types them on a switch, and what they make of a saved configuration.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,6 +46,9 @@ void add_action(commands_t &commands, const std::string &policy, const std::stri
 // Adds everything that `more` has and `commands` has not.
 void merge(commands_t &commands, const commands_t &more);
 
+// Outside policy-maps: a place takes a second policy only when the first is gone.
+void put_removals_first(commands_t &commands);
+
 // Every line, in the order in which it is typed.
 std::vector<std::string> lines_of(const commands_t &commands);
 
@@ -55,5 +59,9 @@ std::string applied(std::string_view text, const commands_t &commands);
 
 // The commands without what `text` has already.
 commands_t without_needless(std::string_view text, const commands_t &commands);
+
+// The commands without every line for which fewer are enough.
+using is_enough_t = std::function<bool(const commands_t &)>;
+commands_t without_needless(const commands_t &commands, const is_enough_t &is_enough);
 
 } // namespace infraconvert::mending

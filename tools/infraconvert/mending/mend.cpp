@@ -3,6 +3,7 @@
 #include "mending/mend.h"
 
 #include "meaning/compare.h"
+#include "mending/map_lines.h"
 #include "mending/respell.h"
 #include "mending/restore.h"
 
@@ -45,12 +46,23 @@ struct verdict_t {
         }
     }
 
+    // Everything, notes too.
+    parts_t told() const {
+        parts_t all;
+        for (const difference_t &difference : differences)
+            all.insert(difference.code.name() + (' ' + difference.words));
+        return all;
+    }
+
     differences_t differences;
     parts_t errors, warnings;
 };
 
-// Sizes that changed are told for what was brought back too.
-bool is_about_mtu(const std::string &code) { return code.starts_with("IC05"); }
+// What may be told anew without anything being worse: sizes of what was brought back, maps that are
+// attached nowhere and go where the release refuses them, and what the original has already.
+bool may_be_new(const std::string &code) {
+    return code.starts_with("IC05") || code == "IC027" || code == "IC011" || code == "IC013";
+}
 
 bool is_about_maps(finding_code_t code) {
     const std::string_view name = code.name();
@@ -71,7 +83,7 @@ bool any_of(const parts_t &some, const parts_t &all) {
 bool is_better(const verdict_t &old, const verdict_t &now) {
     return includes(old.errors, now.errors) &&
            std::all_of(now.warnings.begin(), now.warnings.end(), [&](const std::string &code) {
-               return old.warnings.contains(code) || is_about_mtu(code);
+               return old.warnings.contains(code) || may_be_new(code);
            });
 }
 
@@ -92,8 +104,9 @@ difference_t together(const std::vector<const difference_t *> &parts) {
 
 class after_t {
   public:
-    after_t(const mending_request_t &asked, std::string converted)
-        : request(asked), text(std::move(converted)), verdict(judged(text)) {}
+    // `done` counts what is judged, for all ways together.
+    after_t(const mending_request_t &asked, std::string converted, size_t &done)
+        : request(asked), text(std::move(converted)), work(done), verdict(judged(text)) {}
 
     void run() {
         if (verdict.errors.size() > most_errors)
@@ -109,7 +122,7 @@ class after_t {
 
     const mending_request_t &request;
     std::string text;
-    size_t work = 0; // in bytes judged
+    size_t &work; // in bytes judged
     verdict_t verdict;
     std::vector<fix_t> fixes;
 
@@ -177,10 +190,14 @@ class after_t {
         const bool about_maps = std::any_of(asked.begin(), asked.end(), [](const auto &each) {
             return !each.rows.empty() || is_about_maps(each.code);
         });
-        for (const names_t names : {names_t::same, names_t::placed}) {
+        constexpr std::pair<names_t, bool> ways[] = {
+            {names_t::same, false}, {names_t::same, true}, {names_t::placed, true}};
+        for (const auto &[names, anew] : ways) {
             if (!about_maps)
                 break;
-            const candidate_t candidate = rebuilt_qos(request.original, text, request.route, names);
+            const candidate_t candidate =
+                rebuilt_qos(request.original, text, request.route, names, anew);
+            work += candidate.judged;
             if (!candidate.commands.empty() && try_one(candidate.commands, asked, true))
                 return true;
         }
@@ -204,9 +221,10 @@ class after_t {
     }
 
     // With `some` it is enough that one of the differences is gone.
-    bool try_one(const commands_t &commands, const differences_t &all, bool some = false) {
+    bool try_one(commands_t commands, const differences_t &all, bool some = false) {
         if (work > most_work)
             return false;
+        put_removals_first(commands);
         const std::string now = applied(text, commands);
         if (now == text)
             return false;
@@ -216,22 +234,40 @@ class after_t {
         };
         const bool does = some ? std::any_of(all.begin(), all.end(), is_gone)
                                : std::all_of(all.begin(), all.end(), is_gone);
-        if (!does || !is_better(verdict, then))
+        if (!does || !is_better(verdict, then) || !maps_of(now).orphans_are_among(maps_of(text)))
             return false;
         fix_t fix = {.place = fix_place_t::after,
                      .codes = {},
                      .mends = {},
-                     .commands = without_needless(text, commands)};
+                     .commands = fewest(commands, then)};
         for (const difference_t &difference : verdict.differences) {
             if (difference.is_error() && is_gone(difference)) {
                 fix.codes.insert(difference.code.name());
                 fix.mends.push_back(difference);
             }
         }
+        text = applied(text, fix.commands);
         fixes.push_back(std::move(fix));
-        text = now;
-        verdict = std::move(then);
+        verdict = judged(text);
         return true;
+    }
+
+    maps_t maps_of(const std::string &result) const {
+        return {request.original, result, request.route};
+    }
+
+    // The lines without those that change nothing that is told.
+    commands_t fewest(const commands_t &commands, const verdict_t &reached) {
+        const commands_t needed = without_needless(text, commands);
+        const maps_t maps = maps_of(applied(text, needed));
+        const parts_t told = reached.told();
+        const auto is_enough = [&](const commands_t &fewer) {
+            const std::string made = applied(text, fewer);
+            return work < most_work && maps_of(made).stands_for(maps) &&
+                   includes(told, judged(made).told());
+        };
+        // What was typed again may stay as it is, once it is not removed.
+        return without_needless(without_needless(needed, is_enough), is_enough);
     }
 
     std::string why_not(const difference_t &difference) const {
@@ -242,7 +278,9 @@ class after_t {
             if (!candidate.why_not.empty())
                 return candidate.why_not;
         }
-        return "no lines were found that restore it and change nothing else";
+        const std::string reason = no_way(scene, difference);
+        return reason.empty() ? "no lines were found that restore it and change nothing else"
+                              : reason;
     }
 };
 
@@ -280,22 +318,28 @@ class search_t {
 
   private:
     void add(std::vector<fix_t> edits, std::string original, std::string converted) {
-        ways.push_back({std::move(edits), std::move(original), converted, {request, converted}});
+        ways.push_back(
+            {std::move(edits), std::move(original), converted, {request, converted, work}});
         ways.back().after.run();
     }
 
-    bool is_done() const { return !ways.empty() && ways.front().after.verdict.errors.empty(); }
+    bool is_done() const {
+        return std::any_of(ways.begin(), ways.end(),
+                           [](const way_t &way) { return way.after.verdict.errors.empty(); });
+    }
 
     // Each way to write it by itself, then one after the other.
     void try_edits() {
         using respell_t = respelling_t (*)(std::string_view, std::string_view);
         constexpr respell_t ways_to_write[] = {
-            in_written_form, with_plain_names,
+            with_fabric_order, in_written_form, with_plain_names, without_descriptions,
             [](std::string_view text, std::string_view) { return in_written_order(text); }};
         const std::string_view release = request.route.front();
         respelling_t all = {std::string(request.original), ""};
         size_t used = 0;
         for (const respell_t respell : ways_to_write) {
+            if (is_done())
+                return;
             try_edit(respell(request.original, release));
             const respelling_t next = respell(all.text, release);
             if (next.text == all.text)
@@ -303,7 +347,7 @@ class search_t {
             used++;
             all = {next.text, all.words + (all.words.empty() ? "" : "; ") + next.words};
         }
-        if (used > 1)
+        if (used > 1 && !is_done())
             try_edit(all);
     }
 
@@ -355,6 +399,7 @@ class search_t {
 
     const mending_request_t &request;
     std::vector<way_t> ways;
+    size_t work = 0;
 };
 
 } // namespace

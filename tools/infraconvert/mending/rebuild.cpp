@@ -42,9 +42,10 @@ size_t position(const model_t &model, const row_t &row) {
     return policy ? policy->classes.size() : 0;
 }
 
-// Rows of the system first, classes in the order of the original's classification.
+// Rows of the system first; at a place what puts traffic into groups ahead of what happens to them;
+// classes in the order of the original's classification.
 auto rank(const model_t &model, const row_t &row) {
-    return std::tuple(row.is_marking(), row.place != "system", row.place, position(model, row),
+    return std::tuple(row.place != "system", row.place, !row.is_marking(), position(model, row),
                       row.action_line);
 }
 
@@ -54,14 +55,16 @@ class rebuilding_t {
                  std::span<const std::string_view> through, names_t takes)
         : original(of), route(through), names(takes), text(result) {}
 
-    candidate_t run() {
-        add(removal_of_qos(model_t(text, route.back(), route[route.size() - 2])));
+    candidate_t run(bool anew) {
+        if (anew)
+            add(removal_of_qos(model_t(text, route.back(), route[route.size() - 2])));
         for (size_t step = 0; step < most_steps && why_not.empty(); step++) {
             const auto differences = compare(original, text, route);
+            judged += text.size();
             if (!has_errors(differences) || !(next_row(differences) || next_content(differences)))
                 break;
         }
-        return {why_not.empty() ? commands : commands_t(), why_not};
+        return {why_not.empty() ? commands : commands_t(), why_not, judged};
     }
 
   private:
@@ -100,8 +103,17 @@ class rebuilding_t {
     bool next_content(const std::vector<difference_t> &differences) {
         const scene_t scene(original, text, route);
         for (const difference_t &difference : differences) {
-            if (difference.is_error() && difference.rows.empty() &&
-                add(restored_content(scene, difference).commands))
+            if (!difference.is_error())
+                continue;
+            for (const attachment_t &attachment : scene.before.attachments) {
+                if (difference.rows.empty() &&
+                    std::binary_search(difference.before.begin(), difference.before.end(),
+                                       attachment.line) &&
+                    add(restored_marking(scene, attachment, names_t::same).commands))
+                    return true;
+            }
+            if ((add(restored_content(scene, difference).commands) ||
+                 add(restored_order(scene, difference).commands)))
                 return true;
         }
         return false;
@@ -112,13 +124,14 @@ class rebuilding_t {
     const names_t names;
     std::string text, why_not;
     commands_t commands;
+    size_t judged = 0;
 };
 
 } // namespace
 
 candidate_t rebuilt_qos(std::string_view original, std::string_view result,
-                        std::span<const std::string_view> route, names_t names) {
-    return rebuilding_t(original, result, route, names).run();
+                        std::span<const std::string_view> route, names_t names, bool anew) {
+    return rebuilding_t(original, result, route, names).run(anew);
 }
 
 } // namespace infraconvert::mending

@@ -239,7 +239,41 @@ respelling_t with_plain_names(std::string_view text, std::string_view release) {
     return draft.result(words);
 }
 
+respelling_t without_descriptions(std::string_view text, std::string_view release) {
+    const model_t model(text, release, release);
+    draft_t draft(text);
+    for (const stanza_t &stanza : model.reading.stanzas) {
+        if (!is_map(split_words(stanza.header.text)))
+            continue;
+        for (const line_t &line : stanza.body) {
+            if (begins_with(split_words(line.text), {"description"}))
+                draft.remove(line.number);
+        }
+    }
+    return draft.result("maps without their descriptions");
+}
+
 // ---- order
+
+respelling_t with_fabric_order(std::string_view text, std::string_view release) {
+    const model_t model(text, release, release);
+    draft_t draft(text);
+    for (const auto &[key, block] : model.blocks) {
+        const fabric_line_t *member = nullptr;
+        for (const auto &line : block.fabric) {
+            const bool mode = !begins_with(split_words(line.text), {"fex", "associate"});
+            if (!mode && !member)
+                member = &line;
+            if (!mode || !member)
+                continue;
+            draft.remove(line.line);
+            draft.set(member->line, std::string(draft.line(line.line)) + '\n' +
+                                        std::string(draft.line(member->line)));
+            break;
+        }
+    }
+    return draft.result("\"switchport mode fex-fabric\" ahead of \"fex associate\"");
+}
 
 namespace {
 

@@ -20,6 +20,12 @@ respelling_t in_written_form(std::string_view text, std::string_view release);
 // Names of maps that hold a keyword, under another name: "policy-map-a" is "policy_map_a".
 respelling_t with_plain_names(std::string_view text, std::string_view release);
 
+// Fabric extender ports with "switchport mode fex-fabric" right ahead of "fex associate".
+respelling_t with_fabric_order(std::string_view text, std::string_view release);
+
+// Maps without their descriptions, which mean nothing.
+respelling_t without_descriptions(std::string_view text, std::string_view release);
+
 // Stanzas of one first line as one, and class-maps, policy-maps and "system qos" in this order
 // between the stanzas that have nothing to do with them and the interfaces.
 respelling_t in_written_order(std::string_view text);

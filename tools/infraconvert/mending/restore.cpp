@@ -71,15 +71,25 @@ std::vector<candidate_t> restoring(const scene_t &scene, const difference_t &dif
             candidates.push_back(std::move(candidate));
     };
     if (!difference.rows.empty()) {
-        for (const names_t names : {names_t::same, names_t::unique})
-            offer(restored_rows(scene, difference, names));
+        const commands_t unread = restored_content(scene, difference).commands;
+        for (const names_t names : {names_t::same, names_t::unique}) {
+            candidate_t rows = restored_rows(scene, difference, names);
+            offer(rows);
+            if (unread.empty() || rows.commands.empty())
+                continue;
+            merge(rows.commands, unread);
+            offer(rows);
+        }
     } else {
         for (const attachment_t &attachment : scene.before.attachments) {
             const auto &lines = difference.before;
-            if (std::binary_search(lines.begin(), lines.end(), attachment.line))
-                offer(restored_marking(scene, attachment));
+            if (!std::binary_search(lines.begin(), lines.end(), attachment.line))
+                continue;
+            for (const names_t names : {names_t::same, names_t::unique})
+                offer(restored_marking(scene, attachment, names));
         }
         offer(restored_content(scene, difference));
+        offer(restored_order(scene, difference));
     }
     offer(restored_lines(scene, difference));
     if (candidates.size() > 1)

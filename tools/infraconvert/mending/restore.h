@@ -27,6 +27,7 @@ struct scene_t {
 struct candidate_t {
     commands_t commands;
     std::string why_not; // why the release has no lines for it; empty: it may have
+    size_t judged = 0;   // bytes that were compared to find it
 };
 
 // The ways to bring back what the difference tells of, the smallest first.
@@ -46,7 +47,11 @@ candidate_t restored_rows(const scene_t &scene, const meaning::difference_t &dif
                           names_t names);
 
 // An attachment at an interface that only puts traffic into groups.
-candidate_t restored_marking(const scene_t &scene, const meaning::attachment_t &attachment);
+candidate_t restored_marking(const scene_t &scene, const meaning::attachment_t &attachment,
+                             names_t names);
+
+// A policy-map with the classes that it has, each once and in the original's order.
+candidate_t restored_order(const scene_t &scene, const meaning::difference_t &difference);
 
 // Maps and their lines that are attached nowhere.
 candidate_t restored_content(const scene_t &scene, const meaning::difference_t &difference);
@@ -54,10 +59,13 @@ candidate_t restored_content(const scene_t &scene, const meaning::difference_t &
 // Lines under their stanzas, features by the target's spelling, lines in the target's order.
 candidate_t restored_lines(const scene_t &scene, const meaning::difference_t &difference);
 
-// The whole QoS configuration written anew in the target's form, from the original's effects;
-// `apart` with a policy-map for each place.
+// What QoS lacks, row by row, each on top of those before it; `anew` from nothing, without the maps
+// and attachments that there are.
 candidate_t rebuilt_qos(std::string_view original, std::string_view result,
-                        std::span<const std::string_view> route, names_t names);
+                        std::span<const std::string_view> route, names_t names, bool anew);
+
+// Why the target has no lines for what no candidate brings back; empty where none is known.
+std::string no_way(const scene_t &scene, const meaning::difference_t &difference);
 
 // The criteria of a class-map of the original, as lines; empty where this release cannot say them.
 std::vector<std::string> match_lines(const scene_t &scene, std::string_view class_name);

@@ -34,6 +34,7 @@ class content_restorer_t {
             if (is_told({attachment.line}))
                 attach(attachment);
         }
+        define_classes();
         remove_new();
         return {why_not.empty() ? commands : commands_t(), why_not};
     }
@@ -127,6 +128,30 @@ class content_restorer_t {
         add_line(commands, system ? "system qos" : attachment.place,
                  "  service-policy " + type_words(policy_type(attachment.type)) + direction +
                      (direction.empty() ? "" : " ") + std::string(attachment.name));
+    }
+
+    // A class that the target refuses without a class-map gets one, which matches what it did.
+    void define_classes() {
+        for (const policy_t &policy : scene.after.policies) {
+            for (const class_t &each : policy.classes) {
+                if (!is_new(each.lines) || is_predefined(each.name) ||
+                    scene.after.class_map(policy.type, each.name))
+                    continue;
+                const std::string name(each.name);
+                const std::string header = class_map_header(scene, policy.type, name);
+                if (header.empty())
+                    continue;
+                block(commands, header);
+                if (const class_map_t *known = scene.before.class_map(policy.type, name)) {
+                    for (const group_t &group : known->groups)
+                        add_line(commands, header, "  match qos-group " + group.number);
+                }
+                if (policy.type != types::queuing && policy.type != types::network) {
+                    for (const std::string &line : match_lines(scene, name))
+                        add_line(commands, header, line);
+                }
+            }
+        }
     }
 
     // What the original does not have: maps, actions, attachments.

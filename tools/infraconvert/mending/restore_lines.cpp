@@ -149,9 +149,10 @@ class line_restorer_t {
         if (stands_nowhere(stanza))
             return;
         const std::string header(stanza.header.text);
-        if (line.number != stanza.header.number)
+        if (line.number != stanza.header.number) {
             remove_line(commands, header, "  " + std::string(line.text));
-        else if (is_map_line(stanza))
+            keep_one(header, line);
+        } else if (is_map_line(stanza))
             write_header_anew(stanza);
         else
             commands.push_back(
@@ -159,25 +160,34 @@ class line_restorer_t {
                  .how = keeps_its_lines(stanza) ? command_t::remove_line : command_t::remove});
     }
 
+    // What stands there once too often goes as a whole, and comes back.
+    void keep_one(const std::string &header, const line_t &line) {
+        for (const stanza_t &stanza : scene.before.reading.stanzas) {
+            for (const line_t &below : stanza.body) {
+                if (stanza.header.text == header && below.text == line.text)
+                    return restore(stanza, below);
+            }
+        }
+    }
+
     // A line that came to stand like a stanza's first: what is below it belongs above.
     bool keeps_its_lines(const stanza_t &stanza) const {
-        return std::any_of(stanza.body.begin(), stanza.body.end(), [&](const line_t &line) {
-            return !std::binary_search(difference.after.begin(), difference.after.end(),
-                                       line.number);
-        });
+        return split_words(stanza.header.text)[0] != "vlan" &&
+               std::any_of(stanza.body.begin(), stanza.body.end(), [&](const line_t &line) {
+                   return !std::binary_search(difference.after.begin(), difference.after.end(),
+                                              line.number);
+               });
     }
 
     // A class-map under a first line that the target reads, with the lines that it has.
     void write_header_anew(const stanza_t &stanza) {
         const words_t words = split_words(stanza.header.text);
+        const bool typed = words.size() > 2 && words[1] == "type";
+        if (typed && words[2] == types::control_plane && !scene.after.dialect.control_plane)
+            return remove_stanza(commands, std::string(stanza.header.text));
         if (words[0] != "class-map")
             return;
-        const bool typed = words.size() > 2 && words[1] == "type";
         const std::string_view type = typed && scene.typed() ? words[2] : types::none;
-        if (typed && words[2] == types::control_plane && !scene.after.dialect.control_plane) {
-            why_not = "the target release has no control-plane maps";
-            return;
-        }
         const std::string header = class_map_header(scene, type, words.back());
         if (header.empty()) {
             why_not = "the target release has no match-all, which class-map " +

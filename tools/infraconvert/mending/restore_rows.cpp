@@ -14,6 +14,7 @@
 #include "meaning/mtu.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <set>
 
 namespace infraconvert::mending {
@@ -24,7 +25,7 @@ namespace {
 
 constexpr int first_free_group = 2, last_free_group = 5;
 constexpr const char *alike = "releases before 4.1(3) schedule the system's input and output alike";
-constexpr std::string_view goes_with = "goes with ";
+constexpr std::string_view goes_with = "goes with ", in_group = "qos-group ";
 
 std::string place_header(const row_t &row) {
     return row.place == "system" ? "system qos" : row.place;
@@ -33,7 +34,12 @@ std::string place_header(const row_t &row) {
 class row_restorer_t {
   public:
     row_restorer_t(const scene_t &looked_at, names_t takes)
-        : scene(looked_at), names(takes), apart(takes == names_t::unique) {}
+        : scene(looked_at), names(takes), apart(takes == names_t::unique) {
+        for (const row_t &row : effects_of(scene.before)) {
+            if (row.effect.starts_with(in_group))
+                taken.insert(atoi(row.effect.c_str() + in_group.size()));
+        }
+    }
 
     void lose(const row_t &row) { // one that the result has and the original has not
         const std::string map = "policy-map " + type_words(row.type) + row.policy;
@@ -240,7 +246,7 @@ class row_restorer_t {
 
     // The class of a queuing or network-qos policy that gets this traffic at the row's place.
     std::string queued_class(std::string_view type, const row_t &row) {
-        const groups_t groups(scene.after, policy_in_force(scene.after, row.place));
+        const groups_t groups(scene.after, sorting_policy(row));
         const auto gets = [&](std::string_view name) {
             return in_words(queued_traffic(scene.after, groups, type, name)) == row.traffic;
         };
@@ -258,6 +264,17 @@ class row_restorer_t {
         const std::string header = "class-map " + type_words(type) + name;
         add_line(commands, header, "  match qos-group " + group_with(groups, row));
         return name;
+    }
+
+    // The policy that puts traffic into groups at the row's place. Where none is attached it is the
+    // one of the row's name, which is attached then.
+    const policy_t *sorting_policy(const row_t &row) {
+        if (const policy_t *in_force = policy_in_force(scene.after, row.place))
+            return in_force;
+        const policy_t *named = scene.after.policy(types::qos, row.policy);
+        if (named && !is_predefined(row.traffic))
+            add_line(commands, "system qos", "  service-policy type qos input " + row.policy);
+        return named;
     }
 
     // A class-map that matches nothing yet is as good as none.
@@ -311,7 +328,7 @@ class row_restorer_t {
 
     std::string typed_group(const row_t &row) const {
         if (!row.effect.starts_with(goes_with))
-            return row.effect.substr(std::string_view("qos-group ").size());
+            return row.effect.substr(in_group.size());
         const std::string joins = row.effect.substr(goes_with.size());
         const groups_t groups(scene.after, policy_in_force(scene.after, "system"));
         for (int number = 0; number <= last_free_group; number++) {
@@ -324,7 +341,7 @@ class row_restorer_t {
     // Before 4.1(3) a class of the system's policy says the number; where none does, it is told to.
     std::string untyped_group(const row_t &row) {
         if (!row.effect.starts_with(goes_with))
-            return row.effect.substr(std::string_view("qos-group ").size());
+            return row.effect.substr(in_group.size());
         const std::string joins = row.effect.substr(goes_with.size());
         if (joins == classes::rest)
             return "0";
@@ -384,7 +401,7 @@ class row_restorer_t {
     const bool apart; // from the policies that are attached
     commands_t commands;
     std::string why_not;
-    std::set<int> taken;
+    std::set<int> taken; // also by traffic that goes into a group by its number
 };
 
 // Class-maps first, then policy-maps, then where they are attached.
@@ -421,10 +438,10 @@ candidate_t restored_rows(const scene_t &scene, const difference_t &difference, 
 
 // The rows that an attachment of the original would give if the system's policy did not give the
 // same: each class goes with what its number has on the system.
-candidate_t restored_marking(const scene_t &scene, const attachment_t &attachment) {
+candidate_t restored_marking(const scene_t &scene, const attachment_t &attachment, names_t names) {
     const policy_t *policy = scene.before.policy(attachment.type, attachment.name);
     const groups_t groups(scene.before, policy_in_force(scene.before, "system"));
-    row_restorer_t restorer(scene, names_t::same);
+    row_restorer_t restorer(scene, names);
     for (const class_t &each : policy ? policy->classes : std::vector<class_t>()) {
         for (const action_t &action : each.actions) {
             if (action.kind != action_kind_t::group)
