@@ -107,9 +107,7 @@ void declare_jobs(CLI::App &arguments, size_t &jobs) {
 
 void declare_accept(CLI::App &arguments, std::vector<std::string> &accept) {
     arguments
-        .add_option("--accept", accept,
-                    "Findings that stop nothing: with this code, or in @FILE, "
-                    "which infraconvert audit --format accept writes")
+        .add_option("--accept", accept, "Agreed findings, which stop nothing: a code, or a list")
         ->type_name("CODE|@FILE")
         ->delimiter(',')
         ->allow_extra_args(false)
