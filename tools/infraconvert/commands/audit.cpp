@@ -161,7 +161,7 @@ void report_all(const audit_options_t &options, const fleet_t &fleet, reports_t 
     if (fleet.files.size() == 1)
         message_lines(states_table(header, reports.totals));
     else if (options.format != "text")
-        message_lines(first_screen(header, reports.totals));
+        message_lines("infraconvert: " + totals_lines(header, reports.totals));
 }
 
 // Tells the outputs apart from the files that are read, before any work.

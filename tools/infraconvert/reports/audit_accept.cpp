@@ -14,7 +14,7 @@ class accept_writer_t : public writer_t {
     void begin(const header_t &header) override {
         write("# Agreed on " + header.date.substr(0, header.date.find('T')) + ", " +
               route_text(header.route) +
-              ". Each line: what was looked at, why it is all right, and until when (YYYY-MM-DD).\n"
+              ".\n# Add to each line why it is all right, and until when (YYYY-MM-DD).\n"
               "# code | configuration | stanza | reason | until\n");
     }
     void add(const audited_t &audited) override {

@@ -10,7 +10,7 @@ namespace infraconvert {
 namespace {
 
 constexpr size_t most_causes = 8, most_worst = 12, most_codes = 6;
-constexpr size_t most_name = 44, most_detail = 180;
+constexpr size_t most_name = 44, most_detail = 180, most_problem = 80;
 constexpr size_t title_width = 12, number_width = 7;
 
 std::string counted(size_t number, const char *one, const char *many) {
@@ -99,7 +99,7 @@ std::string totals_text(const totals_t &totals) {
     if (totals.need_hands > 0)
         text += row("need hands", totals.need_hands, hands_words(totals));
     if (rest > 0)
-        text += row("the rest", rest, rest_words(totals));
+        text += row(totals.need_hands > 0 ? "the rest" : "all", rest, rest_words(totals));
     if (totals.warned > 0)
         text += row("warnings", totals.warned, warning_words(totals));
     if (totals.agreed > 0)
@@ -111,15 +111,14 @@ std::string totals_text(const totals_t &totals) {
 
 // ---- causes
 
-std::string cut(const std::string &text) {
-    return text.size() <= most_detail ? text
-                                      : text.substr(0, text.rfind(' ', most_detail)) + " ...";
+std::string cut(const std::string &text, size_t most) {
+    return text.size() <= most ? text : text.substr(0, text.rfind(' ', most)) + " ...";
 }
 
 std::string cause_text(const code_count_t &code) {
     constexpr size_t indent = 2 + 8 + 5 + 7 + 2;
-    const std::string example =
-        quoted_name(code.example) + (code.detail.empty() ? "" : ": " + cut(code.detail));
+    const std::string example = quoted_name(code.example) +
+                                (code.detail.empty() ? "" : ": " + cut(code.detail, most_detail));
     return "  " + column(code.kind->code, 8) + right(code.open_files, 5) +
            right(code.mendable_files, 7) + "  " + code.kind->title + '\n' +
            std::string(indent, ' ') + wrapped(example, indent) + '\n';
@@ -158,7 +157,7 @@ std::string worst_text(const totals_t &totals) {
     for (size_t i = 0; i < shown; i++) {
         const alike_t &one = totals.worst[i];
         const std::string what = one.state == state_t::unusable
-                                     ? without_name(one.file, one.problem)
+                                     ? cut(without_name(one.file, one.problem), most_problem)
                                      : column(std::to_string(one.findings.errors) +
                                                   (one.findings.errors == 1 ? " error" : " errors"),
                                               11) +
@@ -175,18 +174,23 @@ std::string worst_text(const totals_t &totals) {
 
 } // namespace
 
-std::string first_screen(const header_t &header, const totals_t &totals) {
+std::string totals_lines(const header_t &header, const totals_t &totals) {
     const size_t hands = totals.need_hands;
-    std::string text = about(header, totals) + ": " +
-                       (hands == 0   ? "none needs hands"
-                        : hands == 1 ? "1 needs hands"
-                                     : std::to_string(hands) + " need hands") +
-                       '\n' + totals_text(totals) + causes_text(totals) + worst_text(totals);
+    return visible(about(header, totals) + ": " +
+                   (hands == 0   ? "none needs hands"
+                    : hands == 1 ? "1 needs hands"
+                                 : std::to_string(hands) + " need hands") +
+                   '\n' + totals_text(totals));
+}
+
+std::string first_screen(const header_t &header, const totals_t &totals) {
+    std::string text =
+        totals_lines(header, totals) + visible(causes_text(totals) + worst_text(totals));
     if (!header.details && totals.count > 0)
         text +=
             "\nMore: --details shows every finding, --report FILE.html a page to look around in, "
             "and\ninfraconvert explain CODE what a finding means.\n";
-    return visible(text);
+    return text;
 }
 
 std::string states_table(const header_t &header, const totals_t &totals) {
