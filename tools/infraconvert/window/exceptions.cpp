@@ -100,6 +100,18 @@ std::string known_code(const std::string &given, const std::string &place) {
     throw input_error_t(place + ": " + text);
 }
 
+exception_t exception_in(std::string_view line, const std::string &place) {
+    const auto [code, configuration, stanza, reason, until] = fields_of(line);
+    if (!until.empty() && !is_date(until))
+        throw input_error_t(place + ": '" + until + "' is no date: write YYYY-MM-DD, or nothing");
+    return {known_code(code, place),
+            configuration.empty() ? any : configuration,
+            stanza.empty() ? any : stanza,
+            reason,
+            until,
+            place};
+}
+
 } // namespace
 
 std::string exception_t::in_words() const {
@@ -137,12 +149,7 @@ void exceptions_t::read(const std::string &file) {
         if (line.empty() || line[0] == '#')
             continue;
         const std::string place = quoted_name(file) + ", line " + std::to_string(number);
-        const auto [code, configuration, stanza, reason, until] = fields_of(line);
-        if (!until.empty() && !is_date(until))
-            throw input_error_t(place + ": '" + until +
-                                "' is no date: write YYYY-MM-DD, or nothing");
-        add({known_code(code, place), configuration.empty() ? any : configuration,
-             stanza.empty() ? any : stanza, reason, until, place});
+        add(exception_in(line, place));
     }
 }
 
