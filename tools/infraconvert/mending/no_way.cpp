@@ -33,6 +33,21 @@ bool is_gained_by_name(const scene_t &scene, const row_change_t &change) {
            !has_traffic(scene.before, change.row);
 }
 
+// Scheduling wants a group for the traffic, and where traffic is put into groups this is marking.
+bool is_scheduled_beside_marking(const scene_t &scene, const row_change_t &change) {
+    if (change.gained || scene.before.dialect.typed || !scene.typed() || change.row.is_marking() ||
+        change.row.place == "system")
+        return false;
+    const table_t table = effects_of(scene.before);
+    const auto marks = [&](const row_t &row) {
+        return row.place == change.row.place && row.is_marking();
+    };
+    return std::any_of(table.begin(), table.end(), marks) &&
+           std::none_of(table.begin(), table.end(), [&](const row_t &row) {
+               return marks(row) && row.traffic == change.row.traffic;
+           });
+}
+
 const class_map_t *empty_class_map(const model_t &model, const std::vector<uint32_t> &told) {
     for (const class_map_t &map : model.class_maps) {
         const bool here = std::any_of(map.headers.begin(), map.headers.end(), [&](uint32_t line) {
@@ -58,6 +73,11 @@ std::string no_way(const scene_t &scene, const difference_t &difference) {
         if (is_gained_by_name(scene, change))
             return "before 4.1(3) a class has one class-map for all its policies, and " +
                    change.row.class_name + " has match lines by it";
+    }
+    for (const row_change_t &change : difference.rows) {
+        if (is_scheduled_beside_marking(scene, change))
+            return "from 4.1(3) on scheduling needs a qos-group, and " + change.row.place +
+                   " would mark " + change.row.traffic + " by it, which it does not";
     }
     if (const class_map_t *map = empty_class_map(scene.after, difference.after);
         map && difference.rows.empty())

@@ -5,6 +5,7 @@
 #include "mending/restore.h"
 
 #include <algorithm>
+#include <map>
 #include <tuple>
 
 namespace infraconvert::mending {
@@ -14,6 +15,7 @@ using namespace meaning;
 namespace {
 
 constexpr size_t most_steps = 300;
+constexpr int most_tries = 3; // of a row
 
 commands_t removal_of_qos(const model_t &model) {
     commands_t commands;
@@ -90,6 +92,9 @@ class rebuilding_t {
             return rank(scene.before, *a) < rank(scene.before, *b);
         });
         for (const row_t *row : lost) {
+            // What brings this one back takes another away, and the other way round.
+            if (++tries[in_words(*row)] > most_tries)
+                return false;
             const difference_t one = {"IC030", "", {{*row, false}}, {}, {}};
             const candidate_t candidate = restored_rows(scene, one, names);
             if (!candidate.why_not.empty())
@@ -123,6 +128,7 @@ class rebuilding_t {
     const std::span<const std::string_view> route;
     const names_t names;
     std::string text, why_not;
+    std::map<std::string, int> tries;
     commands_t commands;
     size_t judged = 0;
 };
