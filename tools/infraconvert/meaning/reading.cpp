@@ -6,7 +6,7 @@ namespace infraconvert::meaning {
 
 namespace {
 
-constexpr std::string_view blanks = " \t\r\v\f";
+bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\v' || c == '\f'; }
 
 bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
@@ -15,10 +15,12 @@ bool means_nothing(std::string_view text) {
 }
 
 line_t read_line(std::string_view raw, uint32_t number) {
-    const size_t first = std::min(raw.find_first_not_of(blanks), raw.size());
-    const size_t last = raw.find_last_not_of(blanks);
-    return {first == raw.size() ? std::string_view() : raw.substr(first, last + 1 - first), number,
-            static_cast<uint32_t>(first)};
+    size_t first = 0, end = raw.size();
+    while (first < end && is_blank(raw[first]))
+        first++;
+    while (end > first && is_blank(raw[end - 1]))
+        end--;
+    return {raw.substr(first, end - first), number, static_cast<uint32_t>(first)};
 }
 
 void group(reading_t &reading) {
@@ -72,10 +74,14 @@ void reading_t::add(std::string_view raw) {
 words_t split_words(std::string_view line) {
     words_t words;
     words.reserve(8);
-    for (size_t at = 0; (at = line.find_first_not_of(blanks, at)) != line.npos;) {
-        const size_t end = std::min(line.find_first_of(blanks, at), line.size());
-        words.push_back(line.substr(at, end - at));
-        at = end;
+    for (size_t at = 0; at < line.size();) {
+        const size_t first = at;
+        while (at < line.size() && !is_blank(line[at]))
+            at++;
+        if (at > first)
+            words.push_back(line.substr(first, at - first));
+        else
+            at++;
     }
     return words;
 }

@@ -14,34 +14,56 @@ using meaning::split_words;
 // A line by its words.
 std::string plain(std::string_view line) { return meaning::joined(split_words(line)); }
 
-bool starts_stanza(const std::string &line) {
+bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\v' || c == '\f'; }
+
+// Where the words of a line begin, else its end.
+size_t indentation_of(std::string_view line) {
+    size_t at = 0;
+    while (at < line.size() && is_blank(line[at]))
+        at++;
+    return at;
+}
+
+// Is `words` what plain() makes of the line? Each line of a text is asked for each line of a fix.
+bool is_plain(std::string_view line, std::string_view words) {
+    line.remove_prefix(indentation_of(line));
+    for (const char c : words) {
+        if (line.empty() || (c == ' ' ? !is_blank(line[0]) : line[0] != c))
+            return false;
+        line.remove_prefix(c == ' ' ? indentation_of(line) : 1);
+    }
+    return indentation_of(line) == line.size();
+}
+
+bool starts_stanza(std::string_view line) {
     return !line.empty() && std::isalpha(static_cast<unsigned char>(line[0]));
 }
 
-bool means_something(const std::string &line) {
-    const auto words = split_words(line);
-    return !words.empty() && words[0][0] != '!' && words[0][0] != '#';
+bool means_something(std::string_view line) {
+    const size_t first = indentation_of(line);
+    return first < line.size() && line[first] != '!' && line[first] != '#';
 }
 
 // What an action is replaced by: a later one with the same words in front.
-std::string keyword_of(const std::string &action) {
+std::string keyword_of(std::string_view action) {
     const auto words = split_words(action);
     return words.size() > 1 && words[0] == "set" ? meaning::joined(std::span(words).first(2))
                                                  : std::string(words.empty() ? "" : words[0]);
 }
 
-bool is_class_line(const std::string &line) {
-    const auto words = split_words(line);
-    return !words.empty() && words[0] == "class";
+bool is_class_line(std::string_view line) {
+    constexpr std::string_view word = "class";
+    line.remove_prefix(indentation_of(line));
+    return line.starts_with(word) && (line.size() == word.size() || is_blank(line[word.size()]));
 }
 
 // "class type qos voice" and "class voice" are one line of a policy-map.
-std::string class_name(const std::string &line) {
+std::string class_name(std::string_view line) {
     const auto words = split_words(line);
     return words.empty() ? "" : std::string(words.back());
 }
 
-// A configuration as lines that can be changed.
+// A configuration as lines that can be changed. They point into its text and into the commands.
 class editor_t {
   public:
     explicit editor_t(std::string_view text) {
@@ -79,8 +101,11 @@ class editor_t {
 
     std::string text() const {
         std::string all;
-        for (size_t i = 0; i < lines.size(); i++)
-            all += lines[i] + (i + 1 < lines.size() || ended ? "\n" : "");
+        for (size_t i = 0; i < lines.size(); i++) {
+            all += lines[i];
+            if (i + 1 < lines.size() || ended)
+                all += '\n';
+        }
         return all;
     }
 
@@ -94,7 +119,7 @@ class editor_t {
         std::vector<range_t> found;
         const std::string wanted = plain(header);
         for (size_t i = 0; i < lines.size(); i++) {
-            if (starts_stanza(lines[i]) && plain(lines[i]) == wanted)
+            if (starts_stanza(lines[i]) && is_plain(lines[i], wanted))
                 found.push_back({i, end_of_stanza(i)});
         }
         return found;
@@ -114,7 +139,7 @@ class editor_t {
         return range.end;
     }
 
-    void insert(size_t at, const std::string &line) {
+    void insert(size_t at, std::string_view line) {
         lines.insert(lines.begin() + static_cast<ptrdiff_t>(at), line);
     }
 
@@ -180,7 +205,7 @@ class editor_t {
     size_t find(const std::string &header, const std::string &words) const {
         for (const range_t &stanza : stanzas(header)) {
             for (size_t i = stanza.first + 1; i < stanza.end; i++) {
-                if (plain(lines[i]) == words)
+                if (is_plain(lines[i], words))
                     return i;
             }
         }
@@ -253,7 +278,7 @@ class editor_t {
             insert(std::min(at, lines.size()), action.text);
     }
 
-    std::vector<std::string> lines;
+    std::vector<std::string_view> lines;
     bool ended; // with a newline
 };
 
