@@ -52,24 +52,14 @@ async function downloadAll(report, words, mend, said) {
   said.textContent = plural(Object.keys(files).length, "configuration") + (left ? "; without a result: " + left : "");
 }
 
-async function downloadReport(report, words, said) {
-  said.textContent = "writing the report";
-  const paths = given.found.configurations.map(c => c.path);
-  const { files, messages } = await workers.ask("run",
-    { words: ["audit", "--json", "--report", "/report.html", ...words, "--", ...paths], files: given.files, keep: ["/report.html"] });
-  if (!files["/report.html"]) throw new Error(ownWords(messages));
-  download("report.html", files["/report.html"], "text/html");
-  said.textContent = "";
-}
-
 // Buttons for all of them.
-function downloadsFor(report, words) {
+function downloadsFor(report, words, page) {
   const said = make("span", "soft");
   said.setAttribute("role", "status");
   const offer = (text, action) => button(text, "", () => action().catch(error => { said.textContent = error.message; }));
   return [
     offer("Download all results", () => downloadAll(report, words, false, said)),
     offer("Download all, mended", () => downloadAll(report, words, true, said)),
-    offer("Download the report", () => downloadReport(report, words, said)), said,
+    button("Download the report", "", () => download("report.html", page(), "text/html")), said,
   ];
 }

@@ -54,9 +54,9 @@ async function answer() {
   try {
     await showRules(words);
     at("work").hidden = false;
-    const report = await auditAll(words, paths);
+    const whole = await auditAll(words, paths);
     at("work").hidden = true;
-    showAnswer(report, words);
+    showAnswer(whole, words);
   } catch (error) {
     at("work").hidden = true;
     at("trouble").textContent = error.message;
@@ -100,7 +100,7 @@ async function auditAll(words, paths) {
   };
   tell(0);
   const parts = await Promise.all(batches.map(async batch => { const part = await auditBatch(words, batch); tell(batch.length); return part; }));
-  return reportOfParts(parts.flat());
+  return join(parts.flat());
 }
 
 // What is said of the files of a batch. Where the command itself comes to no end, each file is tried alone.
@@ -108,7 +108,7 @@ async function auditBatch(words, paths) {
   const files = Object.fromEntries(paths.map(path => [path, given.files[path]]));
   try {
     const { status, messages, files: { "/report.html": page } } = await workers.ask("run",
-      { words: ["audit", "--json", "--report", "/report.html", ...words, "--", ...paths], files, keep: ["/report.html"] });
+      { words: ["audit", "--report", "/report.html", ...words, "--", ...paths], files, keep: ["/report.html"] });
     if (!page) throw new Error(ownWords(messages) || "infraconvert ended with status " + status);
     return [partOfPage(page)];
   } catch (error) {
@@ -117,11 +117,12 @@ async function auditBatch(words, paths) {
   }
 }
 
-function showAnswer(report, words) {
+function showAnswer(whole, words) {
+  const report = reportOf(whole.summary, i => whole.details[i] && JSON.parse(whole.details[i]));
   at("report").replaceChildren(at("report-body").content.cloneNode(true));
   report.actions = configuration => actionsFor(report, configuration, words);
   at("results").hidden = false;
-  at("downloads").replaceChildren(...downloadsFor(report, words));
+  at("downloads").replaceChildren(...downloadsFor(report, words, () => pageOf(whole)));
   location.hash = "";
   showReport(report);
   at("results").scrollIntoView();

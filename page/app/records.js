@@ -1,40 +1,52 @@
-// From what the command prints about batches of files to one report about them all.
+// The reports that the command wrote about batches of files, as one about them all.
 
-// The data in a report page that the command wrote: the summary, and the details of each configuration.
+const dataElements = /<script type="application\/json" id="([^"]+)">(.*?)<\/script>\n/gs;
+
+// A report page taken apart: what stands in front of its data and behind them, the summary, and the details of each
+// configuration as texts, for they are read only when they are looked at.
 function partOfPage(bytes) {
   const page = new TextDecoder().decode(bytes), texts = {};
-  for (const [, id, text] of page.matchAll(/<script type="application\/json" id="([^"]+)">(.*?)<\/script>/gs)) texts[id] = text;
+  let head, tail;
+  for (const found of page.matchAll(dataElements)) {
+    head ??= page.slice(0, found.index);
+    tail = page.slice(found.index + found[0].length);
+    texts[found[1]] = found[2];
+  }
   const summary = JSON.parse(texts.summary);
-  return { summary, details: summary.configurations.map((_, i) => texts["configuration-" + i]) };
+  return { head, tail, summary, details: summary.configurations.map((_, i) => texts["configuration-" + i]) };
 }
 
 // A configuration on which the command itself failed.
 const partOfTrouble = (path, problem) => ({
-  summary: { codes: [], states: { unusable: 1 }, configurations: [{ path, state: "unusable", problem, services: [], codes: [], tally: [0, 0, 0] }] },
+  summary: { codes: [], states: { unusable: 1 },
+    configurations: [{ path, alike: path + problem, state: "unusable", problem, services: [], codes: [], open: [], tally: [0, 0, 0] }] },
   details: [undefined],
 });
 
-function reportOfParts(parts) {
-  const summary = { ...(parts.find(part => part.summary.date) || parts[0]).summary, states: {}, configurations: [] };
-  const codes = new Map(), details = parts.flatMap(part => part.details), likeness = new Map();
-  for (const part of parts) {
-    for (const [state, number] of Object.entries(part.summary.states)) summary.states[state] = (summary.states[state] || 0) + number;
-    for (const kind of part.summary.codes) {
-      const sum = codes.get(kind.code);
-      codes.set(kind.code, { ...kind, findings: kind.findings + (sum?.findings || 0), files: kind.files + (sum?.files || 0) });
-    }
-    const numbers = new Map();
-    for (const c of part.summary.configurations) summary.configurations.push(c);
-    void numbers;
-  }
-  summary.codes = [...codes.values()].sort((a, b) => a.code < b.code ? -1 : 1);
-  summary.configurations.forEach((c, i) => {
-    const said = c.state + c.problem + saidOf(details[i]);
-    if (!likeness.has(said)) likeness.set(said, likeness.size);
-    c.alike = likeness.get(said);
-  });
-  return reportOf(summary, i => details[i] && JSON.parse(details[i]));
+function addUp(sums, numbers) {
+  for (const [name, value] of Object.entries(numbers)) if (typeof value === "number") sums[name] = (sums[name] || 0) + value;
 }
 
-// What the findings say, whatever the numbers of their lines.
-const saidOf = text => text ? JSON.stringify(JSON.parse(text).findings, (key, value) => key === "number" ? undefined : value) : "";
+function join(parts) {
+  const first = parts.find(part => part.head);
+  if (!first) throw new Error(parts[0].summary.configurations[0].problem);
+  const states = {}, codes = {};
+  for (const { summary } of parts) {
+    addUp(states, summary.states);
+    for (const kind of summary.codes) {
+      if (codes[kind.code]) addUp(codes[kind.code], kind);
+      else codes[kind.code] = { ...kind };
+    }
+  }
+  const sorted = object => Object.keys(object).sort().map(name => [name, object[name]]);
+  const summary = { ...first.summary, states: Object.fromEntries(sorted(states)), codes: sorted(codes).map(([, kind]) => kind),
+    configurations: parts.flatMap(part => part.summary.configurations) };
+  return { ...first, summary, text: JSON.stringify(summary), details: parts.flatMap(part => part.details) };
+}
+
+// The page as the command writes it, with the data of all. The summary stands by as a text, for showing it adds to it.
+function pageOf({ head, tail, text: summary, details }) {
+  const element = (id, text) => `<script type="application/json" id="${id}">${text}</script>\n`;
+  return head + details.map((text, i) => text ? element("configuration-" + i, text) : "").join("") +
+    element("summary", summary.replaceAll("<", "\\u003c")) + tail;
+}

@@ -176,6 +176,20 @@ test("the policy of the page refuses every connection, in the page and in a work
   assert.deepEqual(refused, ["connect-src", "form-action", "frame-src", "img-src", "script-src", "style-src", "refused"]);
 });
 
+test("the report of many batches is the one that the command writes", async () => {
+  const { page, trouble } = await openPage(browser, url);
+  const files = Object.fromEntries(Array.from({ length: 50 }, (_, i) => [`sw${i}.cfg`, i % 3 ? marking("p" + i % 5) + `description <${i}\n` : `npiv enable\n hostname ${i}`]));
+  files["empty.cfg"] = "";
+  const folder = await choose(page, files);
+  await ask(page);
+  const own = (await downloaded(page, "Download the report")).toString();
+  const native = runNative(["audit", "--report", "report.html", "--from", from, "--to", to, folder],
+    Object.fromEntries(Object.entries(files).map(([path, text]) => [folder + "/" + path, text])), "report.html");
+  const undated = text => text.replace(/"date":"[^"]*"/, "");
+  assert.equal(undated(own), undated(native.written));
+  assert.deepEqual(trouble, []);
+});
+
 test("a thousand configurations, and a second question about them", async () => {
   const { page, trouble } = await openPage(browser, url);
   await choose(page, Object.fromEntries(Array.from({ length: 1000 }, (_, i) => [`sw${i}.cfg`, `hostname sw${i}\n` + marking("p" + i % 7)])));
