@@ -23,6 +23,8 @@ const partOfTrouble = (path, problem) => ({
   details: [undefined],
 });
 
+const stateOrder = ["unusable", "failed", "changed", "unchanged", "checked"];
+
 function addUp(sums, numbers) {
   for (const [name, value] of Object.entries(numbers)) if (typeof value === "number") sums[name] = (sums[name] || 0) + value;
 }
@@ -38,8 +40,9 @@ function join(parts) {
       else codes[kind.code] = { ...kind };
     }
   }
-  const sorted = object => Object.keys(object).sort().map(name => [name, object[name]]);
-  const summary = { ...first.summary, states: Object.fromEntries(sorted(states)), codes: sorted(codes).map(([, kind]) => kind),
+  const summary = { ...first.summary,
+    states: Object.fromEntries(stateOrder.filter(state => states[state]).map(state => [state, states[state]])),
+    codes: Object.keys(codes).sort().map(code => codes[code]),
     configurations: parts.flatMap(part => part.summary.configurations) };
   return { ...first, summary, text: JSON.stringify(summary), details: parts.flatMap(part => part.details) };
 }
