@@ -76,10 +76,11 @@ async function showRules(words) {
   at("rules").hidden = false;
 }
 
-function rulesTable({ from, to, services }) {
-  const rows = services.map(s => [(s.hop || [from, to]).join(" \u2192 "), s.title,
+function rulesTable({ services }) {
+  const steps = services.some(s => s.hop) ? ["Step"] : [];
+  const rows = services.map(s => [...steps.map(() => (s.hop || []).join(" \u2192 ")), s.title,
     s.rules.map(rule => rule.id).join(", ") || "\u2013", s.rules.map(rule => rule.description).join("; ") || s.no_rule_because]);
-  return table("services", ["Step", "Service", "Rule", "What it does"], rows);
+  return table("rules", [...steps, "Service", "Rule", "What it does"], rows);
 }
 
 // What a message of the command says, without its name in front.
