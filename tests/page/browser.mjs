@@ -37,3 +37,7 @@ export async function assertNoOverflow(page, width) {
   const wide = await page.evaluate(() => document.documentElement.scrollWidth - innerWidth);
   assert.ok(wide <= 0, `at ${width} pixels the page is ${wide} too wide`);
 }
+
+// The list follows the address a moment later than the key or the click that changes it.
+export const waitForCount = (page, start) => page.waitForFunction(
+  wanted => document.getElementById("count").textContent.startsWith(wanted), start, { timeout: 10000 });
