@@ -5,6 +5,7 @@
 #include "base/lines.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 namespace infraconvert {
 
@@ -67,30 +68,40 @@ bool runs_every_rule(const conversion_request_t &request) {
 
 bool is_error(const finding_t &finding) { return finding.kind->severity == severity_t::error; }
 
-bool tells(const finding_t &finding, const meaning::difference_t &difference) {
-    return finding.kind == &difference.code.kind() && finding.detail == difference.words;
-}
+// Findings by what they tell.
+class told_t {
+  public:
+    explicit told_t(std::vector<finding_t> &told) : findings(told) {
+        for (finding_t &finding : findings)
+            by_words.emplace(key(finding.kind->code, finding.detail), &finding);
+    }
 
-// Words change when a part of a finding is mended before the rest; the code stays, and then it is
-// told of one that nothing was told of yet.
-template<typename visit_t>
-void for_each_told(std::vector<finding_t> &findings, const meaning::difference_t &difference,
-                   visit_t visit) {
-    bool found = false;
-    for (finding_t &finding : findings) {
-        if (tells(finding, difference)) {
-            visit(finding);
-            found = true;
-        }
-    }
-    for (finding_t &finding : findings) {
-        if (!found && is_error(finding) && finding.kind == &difference.code.kind() &&
-            finding.fixes.empty() && finding.by_hand.empty()) {
-            visit(finding);
+    // Words change when a part of a finding is mended before the rest; the code stays, and then it
+    // is told of one that nothing was told of yet.
+    template<typename visit_t> void visit(const meaning::difference_t &difference, visit_t visit) {
+        const auto [first, end] =
+            by_words.equal_range(key(difference.code.name(), difference.words));
+        for (auto told = first; told != end; ++told)
+            visit(*told->second);
+        if (first != end)
             return;
+        for (finding_t &finding : findings) {
+            if (is_error(finding) && finding.kind == &difference.code.kind() &&
+                finding.fixes.empty() && finding.by_hand.empty()) {
+                visit(finding);
+                return;
+            }
         }
     }
-}
+
+  private:
+    static std::string key(const char *code, const std::string &words) {
+        return code + (' ' + words);
+    }
+
+    std::vector<finding_t> &findings;
+    std::unordered_multimap<std::string, finding_t *> by_words;
+};
 
 void add_once(finding_t &finding, const fix_text_t &text) {
     const bool known = std::any_of(finding.fixes.begin(), finding.fixes.end(),
@@ -154,11 +165,11 @@ converted_t with_fixes(const conversion_request_t &request, const mended_t &mend
 
 void add_fixes(std::vector<finding_t> &findings, const mended_t &mended,
                const std::string &original) {
+    told_t told(findings);
     for (const fix_t &fix : mended.fixes) {
         const fix_text_t text = text_of(fix, original);
         for (const meaning::difference_t &difference : fix.mends)
-            for_each_told(findings, difference,
-                          [&](finding_t &finding) { add_once(finding, text); });
+            told.visit(difference, [&](finding_t &finding) { add_once(finding, text); });
         if (!fix.mends.empty())
             continue;
         for (finding_t &finding : findings) { // of a conversion that failed
@@ -167,8 +178,7 @@ void add_fixes(std::vector<finding_t> &findings, const mended_t &mended,
         }
     }
     for (const mending::by_hand_t &left : mended.by_hand)
-        for_each_told(findings, left.difference,
-                      [&](finding_t &finding) { finding.by_hand = left.why; });
+        told.visit(left.difference, [&](finding_t &finding) { finding.by_hand = left.why; });
     for (finding_t &finding : findings) {
         if (is_error(finding) && finding.fixes.empty() && finding.by_hand.empty())
             tell_of_all(finding, mended, original);
