@@ -232,7 +232,9 @@ TEST_F(change_window_t, makes_each_bad_entry_a_line) {
     const auto looked = with_plan("preview");
     EXPECT_EQ(looked.status, 5);
     EXPECT_TRUE(contains(looked.out, "4 need hands:\n")) << looked.out;
-    EXPECT_TRUE(contains(looked.out, "site/vanished.cfg: unusable: No such file")) << looked.out;
+    EXPECT_TRUE(
+        contains(looked.out, "  unusable: No such file or directory\n    site/vanished.cfg\n"))
+        << looked.out;
     const auto undone = with_plan("undo");
     EXPECT_EQ(undone.status, 0) << undone.out;
     EXPECT_EQ(here->read("site/a.cfg"), original);
@@ -252,6 +254,19 @@ TEST_F(change_window_t, holds_no_text_of_a_configuration_for_others) {
         EXPECT_EQ(stat(here->path(name).c_str(), &status), 0);
         EXPECT_TRUE(!is_private || (status.st_mode & 077) == 0) << name;
     }
+}
+
+TEST_F(change_window_t, tells_of_many_alike_once) {
+    for (int i = 10; i < 50; i++)
+        here->write("site/" + std::to_string(i) + ".cfg", i % 2 == 0 ? lossy : "version 4.0(1)\n");
+    const auto saved = save_plan();
+    EXPECT_TRUE(contains(saved.out, "20 need hands:\n  refused: would lose something: "))
+        << saved.out;
+    EXPECT_TRUE(contains(saved.out, "    site/10.cfg, site/12.cfg, ")) << saved.out;
+    EXPECT_TRUE(contains(saved.out, " and 8 more, which --json names\n")) << saved.out;
+    EXPECT_TRUE(contains(saved.err, "warning: 20 configurations say that another release wrote "
+                                    "them, such as site/11.cfg"))
+        << saved.err;
 }
 
 TEST_F(change_window_t, can_be_applied_to_some_of_its_configurations) {
@@ -296,7 +311,7 @@ TEST_F(change_window_t, converts_nothing_whose_original_finds_no_room) {
         {"bash", "-c", "trap '' XFSZ; ulimit -f 2; exec \"$0\" convert --plan w.json",
          support::command_path()});
     EXPECT_EQ(full.status, 6) << full.out;
-    EXPECT_TRUE(contains(full.out, "site/large.cfg: unusable: cannot write")) << full.out;
+    EXPECT_TRUE(contains(full.out, "  unusable: cannot write ")) << full.out;
     EXPECT_EQ(here->read("site/large.cfg"), large);
     EXPECT_EQ(here->read("site/small.cfg"), converted);
     EXPECT_EQ(states(with_plan("convert", {"--json"})), "converted! converted");

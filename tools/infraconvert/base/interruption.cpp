@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <cstring>
 #include <unistd.h>
 
 namespace infraconvert {
@@ -18,10 +19,14 @@ constexpr int ending = -1;
 std::atomic<int> holders = 0;
 std::atomic<int> waiting_signal = 0; // that came while somebody held it off
 std::atomic<void (*)()> last_step = nullptr;
+std::atomic<const char *> last_words = nullptr;
 
 static_assert(std::atomic<int>::is_always_lock_free); // or a handler could not use it
 
 [[noreturn]] void end_by(int signal) {
+    const char *words = last_words;
+    if (words && write(STDERR_FILENO, words, strlen(words)) < 0)
+        last_words = nullptr; // nobody listens
     if (const auto step = last_step.load())
         step();
     ::signal(signal, SIG_DFL);
@@ -63,6 +68,8 @@ void handle_interruptions() {
 }
 
 void before_ending(void (*step)()) { last_step = step; }
+
+void say_when_ending(const char *words) { last_words = words; }
 
 uninterrupted_t::uninterrupted_t(bool really) : holds(really) {
     for (int count = holders; holds;) {

@@ -11,6 +11,9 @@ void handle_interruptions();
 // is kept for good; there is room for one.
 void before_ending(void (*step)());
 
+// What a signal that ends the command says on standard error: a literal, or null for nothing.
+void say_when_ending(const char *words);
+
 // Thrown by last_call(); whoever holds the signals off ends the command when he lets go. It is no
 // std::exception, so that nobody takes it for a failure that he can tell of and go on.
 struct interrupted_t {};

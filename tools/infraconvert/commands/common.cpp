@@ -26,6 +26,18 @@ void declare_max_size(CLI::App &arguments) {
 const CLI::Validator
     not_empty([](const std::string &text) { return text.empty() ? "the name is empty" : ""; }, "");
 
+namespace {
+
+route_t route_as_written(const route_options_t &options) {
+    route_t route = {options.from};
+    route.insert(route.end(), options.via.begin(), options.via.end());
+    if (!options.to.empty())
+        route.push_back(options.to);
+    return route;
+}
+
+} // namespace
+
 route_t checked_route(const route_options_t &options) {
     if (!options.from.empty())
         check_release("--from", options.from);
@@ -35,11 +47,7 @@ route_t checked_route(const route_options_t &options) {
         check_release("--to", options.to);
     else if (!options.via.empty())
         throw usage_error_t("--via goes with a conversion only, and --to is missing");
-    route_t route = {options.from};
-    route.insert(route.end(), options.via.begin(), options.via.end());
-    if (!options.to.empty())
-        route.push_back(options.to);
-    return route;
+    return route_as_written(options);
 }
 
 route_t told_route_for(const std::string &name, const std::string &configuration,
@@ -179,8 +187,10 @@ void tell_idle(const exceptions_t &exceptions) {
 }
 
 job_t read_job(const job_options_t &options) {
-    check_release("--to", options.releases.to);
-    const route_t wanted = checked_route(options.releases);
+    if (options.alone)
+        check_release("--to", options.releases.to);
+    const route_t wanted =
+        options.alone ? checked_route(options.releases) : route_as_written(options.releases);
     const auto chosen = services_named(options.services);
     if (options.path.empty())
         throw usage_error_t("missing PATH of the configuration");

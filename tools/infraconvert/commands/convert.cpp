@@ -10,6 +10,7 @@
 #include "commands/common.h"
 #include "commands/many.h"
 #include "commands/window.h"
+#include "conversion/version_line.h"
 #include "reports/command_json.h"
 #include "reports/conversion_findings.h"
 #include "reports/mask.h"
@@ -182,16 +183,18 @@ looked_at_t convert_one_of_many(const convert_options_t &options, exceptions_t &
     own.path = file;
     own.alone = false;
     const task_t task = task_of(own);
+    const conversion_request_t &request = task.job.request;
+    const bool is_other = names_other_release(*request.text, request.route.front());
     const converted_t conversion = run_job(task.job);
     const std::vector<finding_t> findings =
-        findings_of(conversion, task.job.request, file, agreed, options.mask);
+        findings_of(conversion, request, file, agreed, options.mask);
     const planned_t planned = planned_of(conversion, options.keep_going, findings);
     if (planned.state != planned_state_t::ready)
-        return {{file, planned, state_as_planned(planned)}, ""};
+        return {{file, planned, state_as_planned(planned)}, "", is_other};
     uninterrupted_t::last_call();
     write_file(task, conversion);
     const int status = conversion.failed() ? exit_failed : exit_done;
-    return {{file, planned, {standing_t::converted, true, "", status}}, ""};
+    return {{file, planned, {standing_t::converted, true, "", status}}, "", is_other};
 }
 
 // Nobody who stops reading what is told may end this in the midst of a file.

@@ -2,6 +2,8 @@
 
 #include "base/errors.h"
 #include "base/interruption.h"
+#include "base/messages.h"
+#include "base/quoting.h"
 #include "commands/progress.h"
 #include "window/crew.h"
 #include "window/planning.h"
@@ -14,7 +16,7 @@ looked_at_t line_of_problem(const std::string &file, const std::string &problem,
     const planned_t planned = planned_of_problem(problem);
     standing_state_t state = state_as_planned(planned);
     state.exit_status = status;
-    return {{file, planned, state}, ""};
+    return {{file, planned, state}};
 }
 
 looked_at_t guarded(const with_one_t &with_one, const std::string &file) try {
@@ -34,6 +36,7 @@ window_report_t with_each(window_verb_t verb, const std::vector<std::string> &fi
                           const with_one_t &with_one,
                           const std::function<void(const std::string &details)> &show) {
     window_report_t report = {verb, "", {}};
+    std::vector<std::string> others;
     progress_t progress(files.size());
     make_in_order<looked_at_t>(
         files.size(), jobs, [&](size_t index) { return guarded(with_one, files[index]); },
@@ -41,9 +44,17 @@ window_report_t with_each(window_verb_t verb, const std::vector<std::string> &fi
             if (!looked_at.details.empty())
                 progress.clear();
             show(looked_at.details);
+            if (looked_at.names_other_release)
+                others.push_back(looked_at.line.file);
             report.lines.push_back(std::move(looked_at.line));
             progress.step();
         });
+    progress.clear();
+    if (!others.empty())
+        message("warning: " + std::to_string(others.size()) +
+                (others.size() == 1 ? " configuration says" : " configurations say") +
+                " that another release wrote " + (others.size() == 1 ? "it: " : "them, such as ") +
+                quoted_name(others[0]) + " (without --from each is taken by its own word)");
     return report;
 }
 

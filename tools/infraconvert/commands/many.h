@@ -12,7 +12,8 @@ namespace infraconvert {
 
 struct looked_at_t {
     window_report_t::line_t line;
-    std::string details; // that are shown as they come
+    std::string details = {};         // that are shown as they come
+    bool names_other_release = false; // than the one that is said to have written it
 };
 
 // What a command does with one configuration: it is called by several threads, and what it throws

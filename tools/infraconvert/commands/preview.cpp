@@ -8,6 +8,7 @@
 #include "commands/common.h"
 #include "commands/many.h"
 #include "commands/window.h"
+#include "conversion/version_line.h"
 #include "reports/command_json.h"
 #include "reports/conversion_findings.h"
 #include "reports/mask.h"
@@ -239,6 +240,7 @@ looked_at_t preview_one_of_many(const preview_options_t &options, const saving_t
     own.path = file;
     own.alone = false;
     const job_t job = read_job(own);
+    const bool is_other = names_other_release(*job.request.text, job.request.route.front());
     const converted_t conversion = run_job(job);
     const std::vector<finding_t> findings =
         findings_of(conversion, job.request, job.file, agreed, options.mask);
@@ -249,7 +251,7 @@ looked_at_t preview_one_of_many(const preview_options_t &options, const saving_t
         const converted_t shown = shown_conversion(conversion, options.mask);
         details = diff_of(options, {shown, file, conversion.route.back()}, true);
     }
-    return {{file, planned, state_as_planned(planned)}, details};
+    return {{file, planned, state_as_planned(planned)}, details, is_other};
 }
 
 void refuse_options_for_one(const preview_options_t &options) {

@@ -2,6 +2,7 @@
 
 #include "audit/fixes.h"
 #include "base/errors.h"
+#include "base/interruption.h"
 #include "base/messages.h"
 #include "base/quoting.h"
 #include "commands/common.h"
@@ -86,12 +87,17 @@ int work(window_verb_t verb, const window_options_t &options) {
                 report.lines.push_back({folder.file(planned.path), planned, state});
                 progress.step();
             }};
+    if (verb != window_verb_t::preview)
+        say_when_ending(
+            "\ninfraconvert: interrupted; each file is whole, and the same command goes "
+            "on\n");
     if (verb == window_verb_t::preview)
         look_at(window);
     else if (verb == window_verb_t::convert)
         apply(window, *journal);
     else
         undo(window, *journal);
+    progress.clear();
     try_output(options.json ? window_json(report) : window_text(report));
     return report.exit_status(options.exit_code);
 }

@@ -7,6 +7,7 @@
 #include "base/lines.h"
 #include "base/messages.h"
 #include "conversion/border_releases.h"
+#include "conversion/version_line.h"
 #include "engine/release.h"
 
 #include <iterator>
@@ -156,15 +157,19 @@ std::string release_of_version_line(const std::string &configuration) {
     return first.release;
 }
 
-void compare_with_version_line(const std::string &configuration, const std::string &from) {
+bool names_other_release(const std::string &configuration, const std::string &from) {
     const std::vector<version_line_t> lines = version_lines(configuration);
     if (lines.empty())
-        return;
-    const std::string &version = lines.front().release;
-    const engine::release_t wrote = as_read(version);
-    if (wrote.patch < 0 || engine::triple(wrote) == engine::triple(as_read(from)))
+        return false;
+    const engine::release_t wrote = as_read(lines.front().release);
+    return wrote.patch >= 0 && engine::triple(wrote) != engine::triple(as_read(from));
+}
+
+void compare_with_version_line(const std::string &configuration, const std::string &from) {
+    if (!names_other_release(configuration, from))
         return;
     // Not a word that merely begins like a release: what it is, nobody knows.
+    const std::string version = version_lines(configuration).front().release;
     message("warning: the configuration says that " +
             (is_complete(version) ? "release " + version : "another release") + " wrote it, not " +
             from);

@@ -4,8 +4,10 @@
 #include "base/messages.h"
 #include "base/quoting.h"
 #include "reports/json_document.h"
+#include "window/audited.h"
 
 #include <algorithm>
+#include <map>
 
 namespace infraconvert {
 
@@ -16,24 +18,27 @@ using line_t = window_report_t::line_t;
 
 constexpr const char *verb_names[] = {"preview", "convert", "undo"};
 
-// In the order in which they are counted.
+// In the order in which they are counted, with what is to be done where hands are needed.
 constexpr struct {
     const char *words;
     standing_t standing;
     bool done;
-} rows[] = {{"converted now", standing_t::converted, true},
-            {"converted", standing_t::converted, false},
-            {"put back", standing_t::ready, true},
-            {"ready", standing_t::ready, false},
-            {"unchanged", standing_t::unchanged, false},
-            {"refused", standing_t::refused, false},
-            {"failed", standing_t::failed, false},
-            {"torn", standing_t::torn, false},
-            {"stale", standing_t::stale, false},
-            {"unusable", standing_t::unusable, false}};
+    const char *hint = "";
+} rows[] = {
+    {"converted now", standing_t::converted, true},
+    {"converted", standing_t::converted, false},
+    {"put back", standing_t::ready, true},
+    {"ready", standing_t::ready, false},
+    {"unchanged", standing_t::unchanged, false},
+    {"refused", standing_t::refused, false,
+     "infraconvert audit shows them; --mend mends, --accept agrees, when a plan is saved"},
+    {"failed", standing_t::failed, false, "infraconvert audit shows why"},
+    {"torn", standing_t::torn, false},
+    {"stale", standing_t::stale, false, "look at them again, and save another plan for these"},
+    {"unusable", standing_t::unusable, false}};
 
-// Standard output is for those who read; whoever wants all of very many takes the JSON.
-constexpr size_t most_lines = 100;
+// Whoever wants all names of very many takes the JSON.
+constexpr size_t most_names = 12;
 
 bool needs_hands(const line_t &line) { return !line.state.why.empty(); }
 
@@ -52,14 +57,17 @@ std::vector<const line_t *> lines_that_need_hands(const std::vector<line_t> &lin
 }
 
 std::string counts_text(const std::vector<line_t> &lines) {
-    constexpr size_t width = 15;
+    constexpr size_t width = 15, count_width = 6;
     std::string text;
     for (const auto &row : rows) {
         const auto count = std::count_if(lines.begin(), lines.end(), [&](const line_t &line) {
             return line.state.standing == row.standing && line.state.done == row.done;
         });
         if (count > 0)
-            text += "  " + column(row.words, width) + std::to_string(count) + '\n';
+            text += "  " + column(row.words, width) +
+                    (*row.hint ? column(std::to_string(count), count_width) + row.hint
+                               : std::to_string(count)) +
+                    '\n';
     }
     const auto mended = std::count_if(lines.begin(), lines.end(), [](const line_t &line) {
         return line.planned.mended && line.state.standing != standing_t::refused;
@@ -69,17 +77,31 @@ std::string counts_text(const std::vector<line_t> &lines) {
                        : "");
 }
 
+std::string names_text(const std::vector<const line_t *> &lines) {
+    constexpr size_t indent = 4;
+    std::string names;
+    for (size_t i = 0; i < std::min(lines.size(), most_names); i++)
+        names += (i > 0 ? ", " : "") + quoted_name(lines[i]->file);
+    if (lines.size() > most_names)
+        names += " and " + std::to_string(lines.size() - most_names) + " more, which --json names";
+    return std::string(indent, ' ') + wrapped(names, indent) + '\n';
+}
+
+// Those of which the same is to be said stand together, where the first of them stands.
 std::string hands_text(const std::vector<const line_t *> &lines) {
-    std::string text;
-    for (size_t i = 0; i < std::min(lines.size(), most_lines); i++) {
-        const line_t &line = *lines[i];
-        const std::string name = quoted_name(line.file) + ": ";
-        const bool is_named = line.state.why.starts_with(name);
-        text += "  " + name + standing_name(line.state.standing) + ": " +
-                visible(line.state.why.substr(is_named ? name.size() : 0)) + '\n';
+    std::vector<std::pair<std::string, std::vector<const line_t *>>> groups;
+    std::map<std::string, size_t> places;
+    for (const line_t *line : lines) {
+        const std::string said = std::string(standing_name(line->state.standing)) + ": " +
+                                 without_name(line->file, line->state.why);
+        const auto [place, is_new] = places.emplace(said, groups.size());
+        if (is_new)
+            groups.push_back({said, {}});
+        groups[place->second].second.push_back(line);
     }
-    if (lines.size() > most_lines)
-        text += "  and " + std::to_string(lines.size() - most_lines) + " more (--json has all)\n";
+    std::string text;
+    for (const auto &[said, alike] : groups)
+        text += "  " + visible(said) + '\n' + names_text(alike);
     return text;
 }
 
