@@ -14,7 +14,6 @@ namespace infraconvert {
 namespace {
 
 using meaning::difference_t;
-using differences_t = std::vector<difference_t>;
 
 // Both texts of a judgement, by their lines.
 class texts_t {
@@ -115,18 +114,20 @@ differences_t compared(const std::string &original, const std::string &result,
     return meaning::compare(original, result, releases);
 }
 
-// What makes two findings the same one behind different hops: line numbers of the result move.
+// What makes two findings the same one behind different hops. Line numbers of the result move, and
+// a finding may name the release that reads it.
 using likeness_t = std::pair<std::string, std::string>;
-likeness_t likeness(const finding_t &finding) { return {finding.kind->code, finding.detail}; }
+likeness_t likeness(const std::string &code, std::string words, const std::string &release) {
+    for (size_t at; (at = words.find(release)) != words.npos;)
+        words.erase(at, release.size());
+    return {code, std::move(words)};
+}
 
-std::set<likeness_t> findings_behind(size_t hops, const std::string &original,
-                                     const std::vector<shared_text_t> &stages,
-                                     const route_t &route) {
-    const route_t part(route.begin(), route.begin() + static_cast<std::ptrdiff_t>(hops) + 1);
-    std::set<likeness_t> found;
-    for (const finding_t &finding : judge(original, *stages[hops], part))
-        found.insert(likeness(finding));
-    return found;
+std::set<likeness_t> likenesses(const differences_t &differences, const std::string &release) {
+    std::set<likeness_t> all;
+    for (const difference_t &difference : differences)
+        all.insert(likeness(difference.code.name(), difference.words, release));
+    return all;
 }
 
 } // namespace
@@ -144,29 +145,39 @@ std::vector<finding_t> audit(const converted_t &conversion, bool thorough) {
            compares ? compared(*conversion.original, *conversion.result, conversion.route)
                     : obstacles(conversion));
     if (compares && conversion.has_stops())
-        tell_hops(judged, *conversion.original, conversion.stages, conversion.route);
+        tell_hops(judged, conversion.route, [&](size_t hops) {
+            return compared(*conversion.original, *conversion.stages[hops],
+                            beginning_of(conversion.route, hops));
+        });
     findings.insert(findings.end(), std::make_move_iterator(judged.begin()),
                     std::make_move_iterator(judged.end()));
     return in_order(findings);
 }
 
-std::vector<finding_t> judge(const std::string &original, const std::string &result,
-                             const route_t &route) {
+std::vector<finding_t> findings_from(const std::string &original, const std::string &result,
+                                     const differences_t &differences) {
     std::vector<finding_t> findings;
-    append(findings, {original, result}, compared(original, result, route));
+    append(findings, {original, result}, differences);
     return in_order(findings);
 }
 
-void tell_hops(std::vector<finding_t> &findings, const std::string &original,
-               const std::vector<shared_text_t> &stages, const route_t &route) {
+std::vector<finding_t> judge(const std::string &original, const std::string &result,
+                             const route_t &route) {
+    return findings_from(original, result, compared(original, result, route));
+}
+
+void tell_hops(std::vector<finding_t> &findings, const route_t &route,
+               const std::function<differences_t(size_t hops)> &behind) {
     std::vector<finding_t *> open; // so at every hop looked at so far, from the last one on
     for (finding_t &finding : findings) {
         finding.hop = {route[route.size() - 2], route.back()};
         open.push_back(&finding);
     }
     for (size_t hop = hops_of(route) - 1; hop > 0 && !open.empty(); hop--) {
-        const auto behind = findings_behind(hop, original, stages, route);
-        std::erase_if(open, [&](const finding_t *f) { return !behind.contains(likeness(*f)); });
+        const auto known = likenesses(behind(hop), route[hop]);
+        std::erase_if(open, [&](const finding_t *f) {
+            return !known.contains(likeness(f->kind->code, f->detail, route.back()));
+        });
         for (finding_t *finding : open)
             finding->hop = {route[hop - 1], route[hop]};
     }

@@ -4,7 +4,9 @@
 
 #include "audit/findings.h"
 #include "conversion/conversion.h"
+#include "meaning/difference.h"
 
+#include <functional>
 #include <vector>
 
 namespace infraconvert {
@@ -20,10 +22,15 @@ std::vector<finding_t> audit(const converted_t &conversion, bool thorough);
 std::vector<finding_t> judge(const std::string &original, const std::string &result,
                              const route_t &route);
 
-// Names the hop of each finding: the last one before which it was not so. `findings` are those of
-// the whole route, `stages` what each hop was given and what the last one made of it.
-void tell_hops(std::vector<finding_t> &findings, const std::string &original,
-               const std::vector<shared_text_t> &stages, const route_t &route);
+// The same of differences that are known.
+using differences_t = std::vector<meaning::difference_t>;
+std::vector<finding_t> findings_from(const std::string &original, const std::string &result,
+                                     const differences_t &differences);
+
+// Names the hop of each finding of a whole route: the last one before which it was not so. `behind`
+// compares the original with what the first hops of the route made of it.
+void tell_hops(std::vector<finding_t> &findings, const route_t &route,
+               const std::function<differences_t(size_t hops)> &behind);
 
 // The form of a configuration as the release that wrote it reads it, and maps that nothing uses.
 std::vector<finding_t> judge_form_of(const std::string &text, const std::string &release);

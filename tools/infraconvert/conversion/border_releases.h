@@ -11,4 +11,12 @@ inline constexpr const char *border_releases[] = {
     "4.1(3)K2(1)", "4.1(4)",      "4.2(1)",      "5.0(1)", "5.0(2)", "5.0(3)",
     "5.0(3)U1(1)", "5.0(3)U2(1)", "5.0(3)U3(1)", "5.1(1)", "6.0(1)"};
 
+// Where the same rules do something else from this release on.
+struct inner_border_t {
+    const char *release, *change;
+};
+inline constexpr inner_border_t inner_borders[] = {
+    {"5.0(2)", "type qos class-maps are written with \"match-any\" from here on"},
+};
+
 } // namespace infraconvert

@@ -22,9 +22,9 @@ struct conversion_request_t {
     shared_text_t text;
     route_t route;                           // at least two releases
     std::vector<const service_t *> services; // for each hop
-    bool keep_going = false;   // the result of those that succeed counts even when others fail
-    bool wants_logs = false;   // returns them
-    std::string log_directory; // where to keep them; empty: nowhere
+    bool keep_going = false;        // the result of those that succeed counts even when others fail
+    bool wants_logs = false;        // returns them
+    std::string log_directory = {}; // where to keep them; empty: nowhere
     std::shared_ptr<const outputs_t> outputs = {}; // writes them
     bool mask_logs = false;                        // hides the secrets in them
     // Fixes around the route: the text as edited before it, null for `text` as it is, and what

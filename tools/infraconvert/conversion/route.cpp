@@ -8,6 +8,10 @@ size_t hops_of(const route_t &route) { return route.empty() ? 0 : route.size() -
 
 release_pair_t hop_of(const route_t &route, size_t hop) { return {route[hop], route[hop + 1]}; }
 
+route_t beginning_of(const route_t &route, size_t hops) {
+    return {route.begin(), route.begin() + static_cast<std::ptrdiff_t>(hops) + 1};
+}
+
 route_t way_back(const route_t &route) { return {route.rbegin(), route.rend()}; }
 
 route_t there_and_back(const route_t &route) {
@@ -34,17 +38,23 @@ bool lies_ahead(const std::string &stop, const std::string &from, const std::str
 
 } // namespace
 
-route_t route_for(const std::string &configuration, const route_t &wanted) {
+route_t route_for_release(const std::string &from, const route_t &wanted) {
     if (!wanted.front().empty())
         return wanted;
     route_t route = wanted;
-    const std::string from = route.front() = release_of_version_line(configuration);
-    const std::string &to = wanted.back();
+    route.front() = from;
     if (route.size() > 2)
-        route.erase(std::remove_if(route.begin() + 1, route.end() - 1,
-                                   [&](const auto &stop) { return !lies_ahead(stop, from, to); }),
-                    route.end() - 1);
+        route.erase(
+            std::remove_if(route.begin() + 1, route.end() - 1,
+                           [&](const auto &stop) { return !lies_ahead(stop, from, route.back()); }),
+            route.end() - 1);
     return route;
+}
+
+route_t route_for(const std::string &configuration, const route_t &wanted) {
+    return wanted.front().empty()
+               ? route_for_release(release_of_version_line(configuration), wanted)
+               : wanted;
 }
 
 } // namespace infraconvert
