@@ -2,6 +2,11 @@
 
 _infraconvert_codes() { infraconvert explain 2>/dev/null | grep -oE "^$1\>"; }
 
+# The releases that matter to the rules.
+_infraconvert_releases() {
+  infraconvert explain --json 2>/dev/null | grep -oE '[0-9]+\.[0-9]+\([0-9]+\)[A-Z0-9()]*' | sort -u
+}
+
 _infraconvert() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
   local command=${COMP_WORDS[1]} offered=
@@ -19,7 +24,12 @@ _infraconvert() {
     --color) offered='auto always never' ;;
     --fail-on) offered='error warning never' ;;
     --format) offered='text json jsonl sarif accept' ;;
-    --from | --to | --via | --label | --unified | -U | --output | -o | --plan | --save-plan | --log-dir | \
+    --from | --to | --via)
+      # Like names of files, so that the shell quotes their parentheses.
+      compopt -o filenames 2>/dev/null
+      word=${word#[\'\"]}
+      offered=$(_infraconvert_releases) ;;
+    --label | --unified | -U | --output | -o | --plan | --save-plan | --log-dir | \
       --report | --fixes | --result | --files-from | --jobs | -j | --max-size) ;;
     --accept) offered=$(_infraconvert_codes 'IC[0-9]+') ;;
     *)
@@ -27,7 +37,7 @@ _infraconvert() {
         offered='plan preview convert undo audit effects explain help --help --version -V'
       else
         case $command in
-          plan) offered="$releases --help" ;;
+          plan) offered="$releases --jobs --files-from --max-size --help" ;;
           preview) offered="$conversion --unified --label --color --word-diff --explain --rollback --exit-code
                             --save-plan --plan --details --accept --mend --files-from
                             --jobs --help" ;;

@@ -10,6 +10,7 @@
 #include "reports/ways_text.h"
 #include "window/crew.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace infraconvert {
@@ -49,15 +50,31 @@ std::vector<traveller_result_t> try_all(const plan_options_t &options,
     return results;
 }
 
+// Where the best for all is not the best for each.
+std::string but_for_some(const std::vector<traveller_result_t> &results, const choice_t &best) {
+    const auto tried = static_cast<size_t>(
+        std::count_if(results.begin(), results.end(),
+                      [](const traveller_result_t &each) { return !each.ways.empty(); }));
+    const size_t others = tried - best.best;
+    return others == 0 ? "" : "; " + std::to_string(others) + " would lose less by another way";
+}
+
 void tell_best(const std::vector<traveller_result_t> &results,
                const std::vector<choice_t> &choices) {
     if (choices.empty())
         return;
     const choice_t &best = choices.front();
+    const std::vector<std::string> &stops = best.stops.front();
+    std::string via;
+    for (const std::string &stop : stops)
+        via += (via.empty() ? " --via '" : ",") + stop;
+    via += via.empty() ? "" : "'";
     message("best" + std::string(results.size() > 1 ? " for all: " : ": ") + best.name() +
+            but_for_some(results, best) +
             (best.failing + best.losing == 0 ? ", which loses nothing"
-                                             : " (infraconvert audit shows what it loses, and "
-                                               "how that is mended)"));
+                                             : " (infraconvert audit" + via +
+                                                   " shows what it loses, and how that is "
+                                                   "mended)"));
 }
 
 int status_of(const std::vector<traveller_result_t> &results,

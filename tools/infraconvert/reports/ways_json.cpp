@@ -47,7 +47,8 @@ json configuration_json(const traveller_result_t &result) {
 
 json choice_json(const choice_t &choice) {
     return {{"via", choice.stops.front()}, {"alike", choice.stops}, {"failing", choice.failing},
-            {"losing", choice.losing},     {"lost", choice.lost},   {"warnings", choice.warnings}};
+            {"losing", choice.losing},     {"best", choice.best},   {"lost", choice.lost},
+            {"warnings", choice.warnings}};
 }
 
 } // namespace

@@ -140,32 +140,51 @@ std::string cell(const way_t &way) {
     return std::to_string(way.lost);
 }
 
+constexpr size_t letter_width = 5, number_width = 6;
+
 std::string choice_line(size_t number, const choice_t &choice) {
     const size_t others = choice.stops.size() - 1;
-    return "  " + column(letter(number), 3) + column(std::to_string(choice.failing), 6) +
-           column(std::to_string(choice.losing), 6) + column(std::to_string(choice.lost), 7) +
-           choice.name() + (others > 0 ? ", and " + std::to_string(others) + " alike" : "") + '\n';
+    std::string line = "  " + column(letter(number), letter_width);
+    for (const size_t figure : {choice.failing, choice.losing, choice.lost, choice.best})
+        line += column(std::to_string(figure), number_width);
+    return line + choice.name() + (others > 0 ? ", and " + std::to_string(others) + " alike" : "") +
+           '\n';
 }
 
-std::string result_line(const traveller_result_t &result, const std::vector<choice_t> &choices,
-                        size_t shown) {
+std::string cells(const traveller_result_t &result, const std::vector<choice_t> &choices,
+                  size_t shown) {
     std::string line = "  ";
     for (size_t i = 0; i < shown; i++)
-        line +=
-            column(result.ways.empty() ? "-" : cell(result.through(choices[i].stops.front())), 5);
-    const std::string &from = result.route.front();
-    return line + column(from.empty() ? "?" : from, 13) + quoted_name(result.file) +
-           (result.problem.empty() ? "" : ": " + result.problem) + '\n';
+        line += column(cell(result.through(choices[i].stops.front())), letter_width);
+    return line + column(result.route.front(), 13);
 }
 
+// Configurations to which the same happens are one line, in the order of the first of each.
 std::string results_table(const std::vector<traveller_result_t> &results,
                           const std::vector<choice_t> &choices, size_t shown) {
     std::string text = "\n  ";
     for (size_t i = 0; i < shown; i++)
-        text += column(letter(i), 5);
-    text += column("from", 13) + "configuration (effects and lines lost; x: the way fails)\n";
-    for (const traveller_result_t &result : results)
-        text += result_line(result, choices, shown);
+        text += column(letter(i), letter_width);
+    text += column("from", 13) + "configurations\n";
+    std::vector<std::pair<std::string, std::vector<std::string>>> lines;
+    std::map<std::string, size_t> known;
+    for (const traveller_result_t &result : results) {
+        if (result.ways.empty())
+            continue;
+        const std::string line = cells(result, choices, shown);
+        const auto [entry, is_new] = known.try_emplace(line, lines.size());
+        if (is_new)
+            lines.push_back({line, {}});
+        lines[entry->second].second.push_back(quoted_name(result.file));
+    }
+    for (const auto &[line, names] : lines) {
+        text += line + (names.size() > 1 ? std::to_string(names.size()) + ": " : "") + names[0];
+        for (size_t i = 1; i < std::min(names.size(), shown_alike); i++)
+            text += ", " + names[i];
+        if (names.size() > shown_alike)
+            text += " and " + std::to_string(names.size() - shown_alike) + " more";
+        text += '\n';
+    }
     return text;
 }
 
@@ -205,14 +224,19 @@ std::string ways_text(const traveller_result_t &result) {
 std::string choices_text(const std::vector<traveller_result_t> &results,
                          const std::vector<choice_t> &choices) {
     const size_t shown = std::min(choices.size(), shown_choices);
-    std::string text = "  " + column("", 3) + column("fail", 6) + column("lose", 6) +
-                       column("lost", 7) + "way (configurations that fail, that lose, and what)\n";
+    std::string text = "  " + column("", letter_width);
+    for (const char *figure : {"fail", "lose", "lost", "best"})
+        text += column(figure, number_width);
+    text += "way\n";
     for (size_t i = 0; i < shown; i++)
         text += choice_line(i, choices[i]);
     if (shown < choices.size())
         text += "     and " + counted(choices.size() - shown, "way") +
                 " with other results behind these (--json has all)\n";
-    return text + results_table(results, choices, shown);
+    return text + results_table(results, choices, shown) +
+           "\nfail, lose: configurations; lost, and below the letters: effects, and lines that "
+           "errors are about;\nbest: configurations for which no way loses less; x: the way "
+           "fails\n";
 }
 
 } // namespace infraconvert

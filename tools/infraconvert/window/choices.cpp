@@ -41,9 +41,21 @@ std::vector<stops_t> all_stops(const std::vector<traveller_result_t> &results) {
     return stops;
 }
 
-void count_in(choice_t &choice, const way_t &way) {
+// What a way comes to, for a table of many configurations.
+using outcome_t = std::tuple<bool, size_t, size_t, bool>;
+outcome_t outcome(const way_t &way) {
+    return {way.fails(), way.lost, way.count.warnings, way.as_direct};
+}
+
+bool is_best(const way_t &way, const traveller_result_t &result) {
+    const way_t &best = result.ways.front();
+    return way.fails() == best.fails() && way.lost == best.lost;
+}
+
+void count_in(choice_t &choice, const traveller_result_t &result, const way_t &way) {
     choice.failing += way.fails();
     choice.losing += way.lost > 0;
+    choice.best += is_best(way, result);
     choice.lost += way.lost;
     choice.warnings += way.count.warnings;
 }
@@ -94,20 +106,21 @@ std::string stops_text(const stops_t &stops) {
 }
 
 std::vector<choice_t> choices_of(const std::vector<traveller_result_t> &results) {
-    std::map<std::vector<const way_t *>, size_t> known; // the ways that all of them take
+    std::map<std::vector<outcome_t>, size_t> known;
     std::vector<choice_t> choices;
     for (const stops_t &stops : all_stops(results)) {
-        std::vector<const way_t *> taken;
+        choice_t choice;
+        std::vector<outcome_t> outcomes;
         for (const traveller_result_t &result : results) {
-            if (!result.ways.empty())
-                taken.push_back(&result.through(stops));
+            if (result.ways.empty())
+                continue;
+            const way_t &way = result.through(stops);
+            outcomes.push_back(outcome(way));
+            count_in(choice, result, way);
         }
-        const auto [entry, is_new] = known.try_emplace(taken, choices.size());
-        if (is_new) {
-            choices.emplace_back();
-            for (const way_t *way : taken)
-                count_in(choices.back(), *way);
-        }
+        const auto [entry, is_new] = known.try_emplace(outcomes, choices.size());
+        if (is_new)
+            choices.push_back(choice);
         choices[entry->second].stops.push_back(stops);
     }
     std::stable_sort(choices.begin(), choices.end(),

@@ -32,8 +32,8 @@ traveller_result_t try_ways_of(const std::string &file, const choices_request_t 
 
 // Releases on the way, as they are for every configuration, and what they come to.
 struct choice_t {
-    std::vector<std::vector<std::string>> stops; // with the same bytes for all; the shortest first
-    size_t failing = 0, losing = 0;              // configurations
+    std::vector<std::vector<std::string>> stops; // that come to the same for all; shortest first
+    size_t failing = 0, losing = 0, best = 0;    // configurations; those for which none loses less
     size_t lost = 0, warnings = 0;               // effects and findings of all of them
 
     // "directly", "via 4.1(3), 4.2(1)"
