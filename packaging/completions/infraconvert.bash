@@ -23,7 +23,7 @@ _infraconvert() {
     --service) offered='all qos fcportsec npiv fwm assoc satmgr' ;;
     --color) offered='auto always never' ;;
     --fail-on) offered='error warning never' ;;
-    --format) offered='text json jsonl sarif accept' ;;
+    --format) offered='text json jsonl sarif junit codequality html accept' ;;
     --from | --to | --via)
       # Like names of files, so that the shell quotes their parentheses.
       compopt -o filenames 2>/dev/null
@@ -34,7 +34,7 @@ _infraconvert() {
     --accept) offered=$(_infraconvert_codes 'IC[0-9]+') ;;
     *)
       if [ "$COMP_CWORD" -eq 1 ]; then
-        offered='plan preview convert undo audit effects explain help --help --version -V'
+        offered='plan preview convert undo audit effects report explain help --help --version -V'
       else
         case $command in
           plan) offered="$releases --jobs --files-from --max-size --help" ;;
@@ -47,13 +47,14 @@ _infraconvert() {
           audit) offered="$releases --keep-going --mask --format --details --fail-on --report --result --fixes --rollback --accept
                           --files-from --jobs --max-size --help" ;;
           effects) offered="$releases --keep-going --mask --format --files-from --jobs --max-size --help" ;;
-          help) offered='plan preview convert undo audit effects explain' ;;
+          report) offered='--format --json --details --fail-on --help' ;;
+          help) offered='plan preview convert undo audit effects report explain' ;;
           explain) offered="--json --help $(_infraconvert_codes 'IC[A-Z0-9-]+')" ;;
         esac
         # A path is wanted far more often than an option.
         case $command:$word in
-          preview: | convert: | undo: | audit: | effects: | preview:[!-]* | convert:[!-]* | undo:[!-]* | \
-            audit:[!-]* | effects:[!-]*) offered= ;;
+          preview: | convert: | undo: | audit: | effects: | report: | preview:[!-]* | convert:[!-]* | undo:[!-]* | \
+            audit:[!-]* | effects:[!-]* | report:[!-]*) offered= ;;
         esac
       fi ;;
   esac

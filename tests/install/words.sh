@@ -45,4 +45,11 @@ for service in $("$infraconvert" plan --from '4.1(2)' --to '4.1(3)' | awk 'NR > 
   grep -qE "\(all .*\<$service\>" <<<"$zsh_completion" || missing "zsh completion" "$service"
   grep -qE "^\.BR? $service\>" <<<"$man_page" || missing "man page" "$service"
 done
+formats=$({ "$infraconvert" audit --format ? 2>&1 || true; } | sed -n 's/.*there is no format[^:]*: //p' | sed 's/,//g; s/ or / /')
+[ -n "$formats" ]
+for format in $formats; do
+  offered audit --format "$format" | grep -qx "$format" || missing "bash completion" "$format"
+  grep -qE "\((text .*)?\<$format\>" <<<"$zsh_completion" || missing "zsh completion" "$format"
+  grep -qE "^\.BR? $format\>" <<<"$man_page" || missing "man page" "$format"
+done
 exit $status

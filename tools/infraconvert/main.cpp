@@ -17,7 +17,7 @@ namespace {
 
 constexpr const command_t *commands[] = {&plan_command,   &preview_command, &convert_command,
                                          &undo_command,   &audit_command,   &effects_command,
-                                         &explain_command};
+                                         &report_command, &explain_command};
 
 // The names that may stand where a word was not understood.
 std::vector<std::string> names_like(const CLI::App &arguments, const std::string &word) {

@@ -3,11 +3,9 @@
 #include "audit/fixes.h"
 #include "base/errors.h"
 #include "base/messages.h"
-#include "commands/common.h"
 #include "commands/progress.h"
+#include "commands/reporting.h"
 #include "reports/details.h"
-#include "reports/first_screen.h"
-#include "reports/formats.h"
 #include "reports/unified.h"
 #include "window/fleet.h"
 
@@ -19,13 +17,11 @@ namespace infraconvert {
 
 namespace {
 
-struct audit_options_t {
+struct audit_options_t : reporting_options_t {
     route_options_t releases;
     std::vector<std::string> services;
     bool keep_going = false;
-    bool mask = false, details = false;
-    std::string format = "text";
-    std::string fail_on = "error";
+    bool mask = false;
     std::string report; // empty: none
     std::string fixes;  // a folder; empty: none
     std::string result; // a file that is judged in place of a conversion; empty: none
@@ -103,7 +99,7 @@ fleet_t fleet_of(const audit_options_t &options) {
     fleet.jobs = options.jobs;
     fleet.mask = options.mask;
     fleet.rollback = options.rollback;
-    if (options.details || !options.report.empty())
+    if (options.details || options.format == "html" || !options.report.empty())
         fleet.describe = [&options](const converted_t &conversion) {
             return details_of(conversion, options.keep_going, options.mask);
         };
@@ -115,53 +111,10 @@ header_t header_of(const audit_options_t &options, const fleet_t &fleet) {
                        .date = now(),
                        .route = fleet.request.route,
                        .masked = options.mask,
-                       .count = fleet.files.size(),
-                       .details = options.details};
+                       .count = fleet.files.size()};
     for (const service_t *service : fleet.request.services)
         header.services.emplace_back(service->name);
     return header;
-}
-
-// The least severity for which the command does not exit with 0; none: there is none.
-std::optional<severity_t> failing_severity(const std::string &name) {
-    for (const severity_t severity : {severity_t::error, severity_t::warning}) {
-        if (name == severity_name(severity))
-            return severity;
-    }
-    return std::nullopt;
-}
-
-// The reports of one audit: each is told of everything.
-struct reports_t {
-    std::vector<std::unique_ptr<writer_t>> writers;
-    totals_t totals;
-    int status = exit_done;
-
-    void add(const audited_t &audited, std::optional<severity_t> failing) {
-        totals.add(audited);
-        status = worse(status, audited.exit_status(failing));
-        for (const auto &writer : writers)
-            writer->add(audited);
-    }
-};
-
-void report_all(const audit_options_t &options, const fleet_t &fleet, reports_t &reports,
-                progress_t &progress) {
-    const header_t header = header_of(options, fleet);
-    for (const auto &writer : reports.writers)
-        writer->begin(header);
-    examine_all(fleet, [&](const audited_t &audited) {
-        reports.add(audited, failing_severity(options.fail_on));
-        progress.step();
-    });
-    progress.clear();
-    reports.totals.idle = fleet.agreed->idle();
-    for (const auto &writer : reports.writers)
-        writer->end(reports.totals);
-    if (fleet.files.size() == 1)
-        message_lines(states_table(header, reports.totals));
-    else if (options.format != "text")
-        message_lines("infraconvert: " + totals_lines(header, reports.totals));
 }
 
 // Tells the outputs apart from the files that are read, before any work.
@@ -188,26 +141,23 @@ int run(const audit_options_t &options) {
                                const std::string &original) {
             keep_fixes(outputs, options.fixes, audited, mended, original);
         };
-    progress_t progress(fleet.files.size());
-    reports_t reports;
-    reports.writers.push_back(writer_named(options.format, [&](std::string_view text) {
-        progress.clear();
-        write_output(text);
-    }));
     std::string page;
+    std::vector<std::unique_ptr<writer_t>> others;
     if (!options.report.empty())
-        reports.writers.push_back(page_writer([&](std::string_view text) { page += text; }));
-    report_all(options, fleet, reports, progress);
+        others.push_back(page_writer([&](std::string_view text) { page += text; }));
+    progress_t progress(fleet.files.size());
+    reporting_t reporting(options, header_of(options, fleet), std::move(others),
+                          [&] { progress.clear(); });
+    examine_all(fleet, [&](const audited_t &audited) {
+        reporting.add(audited);
+        progress.step();
+    });
+    progress.clear();
+    const int status = reporting.end(agreed.idle());
     if (!options.report.empty())
         outputs.write(options.report, page);
     tell_idle(agreed);
-    return reports.status;
-}
-
-std::string known_format(const std::string &name) {
-    const bool known = std::any_of(formats().begin(), formats().end(),
-                                   [&](const format_t &format) { return format.name == name; });
-    return known ? "" : "there is no format '" + name + "': " + format_names();
+    return status;
 }
 
 std::function<int()> declare(CLI::App &arguments) {
@@ -215,34 +165,21 @@ std::function<int()> declare(CLI::App &arguments) {
     declare_route(arguments, options->releases);
     declare_services(arguments, options->services);
     declare_keep_going(arguments, options->keep_going);
-    arguments.add_option("--format", options->format, "Findings as " + format_names() + " [text]")
-        ->type_name("FORMAT")
-        ->check(CLI::Validator(known_format, ""));
-    declare_json(arguments, options->format);
-    arguments.add_flag("--details", options->details,
-                       "All about each configuration, not only what needs hands; in JSON also the "
-                       "differences and effects");
-    arguments
-        .add_option("--fail-on", options->fail_on,
-                    "Findings that make the exit status 4: error, warning or never [error]")
-        ->type_name("WHICH")
-        ->check(CLI::IsMember({"error", "warning", "never"}).description(""));
+    declare_reporting(arguments, *options);
     arguments.add_option("--report", options->report, "Also write a page for a browser")
         ->type_name("FILE.html")
         ->check(not_empty);
     arguments
         .add_option("--fixes", options->fixes,
-                    "Write the fixes of each configuration below this folder: before.patch and "
-                    "after.cfg")
+                    "Write before.patch and after.cfg of each below this folder")
         ->type_name("DIR")
         ->check(not_empty);
     arguments
         .add_option("--result", options->result,
-                    "Judge this result of PATH, whoever made it, in place of a conversion")
+                    "Judge this as the result of PATH, whoever made it")
         ->type_name("FILE")
         ->check(not_empty);
-    arguments.add_flag("--rollback", options->rollback,
-                       "Judge the way there and back, with the lines that restore what it loses");
+    arguments.add_flag("--rollback", options->rollback, "Judge the way there and back");
     declare_mask(arguments, options->mask);
     declare_accept(arguments, options->accept);
     declare_jobs(arguments, options->jobs);

@@ -187,9 +187,8 @@ std::string first_screen(const header_t &header, const totals_t &totals) {
     std::string text =
         totals_lines(header, totals) + visible(causes_text(totals) + worst_text(totals));
     if (!header.details && totals.count > 0)
-        text +=
-            "\nMore: --details shows every finding, --report FILE.html a page to look around in, "
-            "and\ninfraconvert explain CODE what a finding means.\n";
+        text += "\nMore: --details shows every finding, --format html makes a page to look around "
+                "in,\nand infraconvert explain CODE what a finding means.\n";
     return text;
 }
 

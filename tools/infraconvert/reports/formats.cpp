@@ -6,7 +6,8 @@ namespace {
 
 constexpr format_t all_formats[] = {
     {"text", text_writer},   {"json", json_writer},     {"jsonl", jsonl_writer},
-    {"sarif", sarif_writer}, {"accept", accept_writer},
+    {"sarif", sarif_writer}, {"junit", junit_writer},   {"codequality", codequality_writer},
+    {"html", page_writer},   {"accept", accept_writer},
 };
 
 } // namespace

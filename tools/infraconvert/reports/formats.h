@@ -27,7 +27,9 @@ std::unique_ptr<writer_t> json_writer(output_t out); // one document
 std::unique_ptr<writer_t>
 jsonl_writer(output_t out); // a header, the records, the totals: each a line
 std::unique_ptr<writer_t> sarif_writer(output_t out);
-std::unique_ptr<writer_t> page_writer(output_t out);   // HTML; records need their details
+std::unique_ptr<writer_t> junit_writer(output_t out);       // each configuration a test
+std::unique_ptr<writer_t> codequality_writer(output_t out); // issues beside lines
+std::unique_ptr<writer_t> page_writer(output_t out);        // HTML; records need their details
 std::unique_ptr<writer_t> accept_writer(output_t out); // a file of exceptions, for --accept @FILE
 
 } // namespace infraconvert
