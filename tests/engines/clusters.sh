@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# The examples for clusters: the manifest by its schema, and both scripts as a node would run them, without a cluster.
+# The examples for clusters and pipelines: the manifest by its schema, and the scripts as a node would run them, without a
+# cluster.
 #
 # usage: clusters.sh INFRACONVERT SOURCE_DIRECTORY
 set -euo pipefail
@@ -28,3 +29,18 @@ for SLURM_ARRAY_TASK_ID in 1 2 3; do
   sh "$source/examples/slurm-array.sh" 2>/dev/null
 done
 same_reports parts/*.jsonl
+
+mv fleet switches
+as_json <"$source/examples/gitlab-ci.yml" | python3 -c 'import json, sys
+print(*json.load(sys.stdin)["audit"]["script"], sep="\n")' >pipeline
+status=0
+sh -e pipeline >told 2>/dev/null || status=$?
+[ $status = 4 ]
+grep -q 'need hands' told
+grep -q '</testsuites>' junit.xml
+grep -q '</html>' audit.html
+grep -q IC041 codequality.json
+: >audit.jsonl
+sed -i '/infraconvert audit/d' pipeline
+sh -e pipeline 2>told && exit 1
+grep -q 'audit.jsonl is not whole' told

@@ -53,8 +53,15 @@ std::string usage_problem(const CLI::App &arguments, const CLI::ParseError &erro
     return kind + word + "'" + (meant.empty() ? next : meant);
 }
 
+// Where to read on, unless the error says so itself.
+void tell_next_step(const std::string &command, const std::string &error, int exit_status) {
+    if (exit_status == exit_usage && error.find("infraconvert ") == error.npos)
+        message_lines("infraconvert help " + command + " shows what there is\n");
+}
+
 int report(const std::string &command, bool json, const std::string &error, int exit_status) {
     message(error);
+    tell_next_step(command, error, exit_status);
     if (json)
         try_output(error_json(command, error, exit_status));
     return exit_status;

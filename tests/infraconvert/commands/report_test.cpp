@@ -36,6 +36,8 @@ class report_t : public ::testing::Test {
 TEST_F(report_t, refuses_parts_that_do_not_go_together) {
     const std::string whole = here.read("b.jsonl");
     const size_t last_line = whole.rfind('\n', whole.size() - 2) + 1;
+    const size_t first_line = whole.find('\n') + 1;
+    here.write("lost.jsonl", whole.substr(0, first_line) + whole.substr(last_line));
     here.write("cut.jsonl", whole.substr(0, last_line));
     here.write("within.jsonl", whole.substr(0, last_line - 40));
     here.write("unended.jsonl", whole.substr(0, whole.size() - 1));
@@ -43,7 +45,7 @@ TEST_F(report_t, refuses_parts_that_do_not_go_together) {
     here.write("joined.jsonl", whole + whole);
     here.write("later.jsonl", "{\"kind\":\"infraconvert audit\",\"format_version\":99}\n");
     here.write("odd.jsonl",
-               whole.substr(0, whole.find('\n') + 1) + "{\"path\":1}\n" + whole.substr(last_line));
+               whole.substr(0, first_line) + "{\"path\":1}\n" + whole.substr(last_line));
     write_part("masked.jsonl", {"--mask", "b.cfg"});
     write_part("npiv.jsonl", {"--service", "npiv", "b.cfg"});
     const struct {
@@ -51,6 +53,7 @@ TEST_F(report_t, refuses_parts_that_do_not_go_together) {
     } rows[] = {
         {"cut.jsonl",
          "cut.jsonl is not whole: it ends after 1 configuration; make this part again"},
+        {"lost.jsonl", "lost.jsonl is not whole"},
         {"within.jsonl", "within.jsonl is not whole: it ends after 0 configurations"},
         {"unended.jsonl", "unended.jsonl is not whole"},
         {"empty.jsonl", "empty.jsonl is not whole"},

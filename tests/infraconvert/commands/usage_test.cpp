@@ -171,6 +171,8 @@ TEST(usage, help_leads_with_examples_and_fits_on_a_screen) {
             EXPECT_LE(line.size(), 80U) << line;
         EXPECT_LE(height, 40U) << result.out;
     }
+    EXPECT_TRUE(contains(here.run({"audit", "--to", "4.1(3)"}).err,
+                         "infraconvert help audit shows what there is\n"));
     EXPECT_EQ(here.run({"-V"}).out, here.run({"--version"}).out);
     EXPECT_TRUE(contains(here.run({"help", "previw"}).err, "did you mean 'preview'?"));
 }

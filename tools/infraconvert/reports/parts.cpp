@@ -115,10 +115,13 @@ void parts_t::look_at(const std::string &file) {
         paths.push_back(path_in(part.line));
     if (part.cut_off || !is_end(part.line))
         part.refuse_as_not_whole(paths.size() - others);
-    take_idle(part.read([](const json &end) -> std::vector<std::string> {
-        return end.at("idle_exceptions");
-    }),
-              file == files.front());
+    const auto [count, said] = part.read([](const json &end) {
+        return std::pair<size_t, std::vector<std::string>>(end.at("count"),
+                                                           end.at("idle_exceptions"));
+    });
+    if (count != paths.size() - others)
+        part.refuse_as_not_whole(paths.size() - others);
+    take_idle(said, file == files.front());
     if (part.next())
         part.refuse("more stands behind the end of the part; name each part by itself");
 }
