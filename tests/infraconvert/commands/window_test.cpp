@@ -352,7 +352,7 @@ TEST_F(change_window_t, many_are_converted_each_by_itself) {
     const auto shown = preview({"--details", "site"});
     EXPECT_EQ(shown.status, 5);
     EXPECT_TRUE(contains(shown.out, "-feature npiv\n+npiv enable\n")) << shown.out;
-    EXPECT_TRUE(contains(shown.err, "  ready          2\n")) << shown.err;
+    EXPECT_TRUE(contains(shown.err, "  ready              2\n")) << shown.err;
     const auto done = here->run(
         {"convert", "--from", "4.1(3)K2(1)", "--to", "4.1(2)", "--backup", "--json", "site"});
     EXPECT_EQ(done.status, 5);

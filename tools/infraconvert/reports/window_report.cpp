@@ -26,7 +26,7 @@ constexpr struct {
     const char *hint = "";
 } rows[] = {
     {"converted now", standing_t::converted, true},
-    {"converted", standing_t::converted, false},
+    {"already converted", standing_t::converted, false},
     {"put back", standing_t::ready, true},
     {"ready", standing_t::ready, false},
     {"unchanged", standing_t::unchanged, false},
@@ -57,7 +57,7 @@ std::vector<const line_t *> lines_that_need_hands(const std::vector<line_t> &lin
 }
 
 std::string counts_text(const std::vector<line_t> &lines) {
-    constexpr size_t width = 15, count_width = 6;
+    constexpr size_t width = 19, count_width = 6;
     std::string text;
     for (const auto &row : rows) {
         const auto count = std::count_if(lines.begin(), lines.end(), [&](const line_t &line) {
