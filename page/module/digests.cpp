@@ -7,10 +7,17 @@
 #include "base/quoting.h"
 
 #include <emscripten.h>
+#include <unistd.h>
 
 // clang-format off
 EM_JS(void, javascript_sha256, (const char *bytes, size_t size, char *hexadecimal), {
     stringToUTF8(Module.sha256(HEAPU8.subarray(bytes, bytes + size)), hexadecimal, 65);
+})
+
+EM_JS(void, javascript_hmac,
+      (const char *key, size_t key_size, const char *bytes, size_t size, char *hexadecimal), {
+    stringToUTF8(Module.sha256.hmac(HEAPU8.subarray(key, key + key_size),
+                                    HEAPU8.subarray(bytes, bytes + size)), hexadecimal, 65);
 })
 
 EM_JS(void, javascript_base64, (const char *bytes, size_t size, char *text), {
@@ -32,10 +39,30 @@ EM_JS(int, bytes_of_base64, (const char *text, char *bytes), {
 
 namespace infraconvert {
 
+namespace {
+
+constexpr size_t key_size = 32;                // of SHA-256: a longer key gives no more
+constexpr size_t text_size = 2 * key_size + 1; // of a digest in hexadecimal
+
+} // namespace
+
 std::string sha256(std::string_view bytes) {
-    char text[64 + 1];
+    char text[text_size];
     javascript_sha256(bytes.data(), bytes.size(), text);
     return text;
+}
+
+std::string hmac_sha256(std::string_view key, std::string_view bytes) {
+    char text[text_size];
+    javascript_hmac(key.data(), key.size(), bytes.data(), bytes.size(), text);
+    return text;
+}
+
+std::string random_key() {
+    std::string key(key_size, '\0');
+    if (getentropy(key.data(), key.size()) != 0)
+        throw run_error_t("cannot make a key: there are no random bytes");
+    return key;
 }
 
 std::string base64(std::string_view bytes) {

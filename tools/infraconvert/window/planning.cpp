@@ -24,14 +24,15 @@ planned_state_t state_of(const converted_t &conversion, bool keep_going, bool re
 }
 
 void add_agreed(std::vector<agreed_t> &agreed, const finding_t &finding) {
-    const auto [reason, until] = *finding.accepted;
+    const agreement_t &accepted = *finding.accepted;
     const auto known = std::find_if(agreed.begin(), agreed.end(), [&](const agreed_t &each) {
-        return each.code == finding.kind->code && each.reason == reason && each.until == until;
+        return each.code == finding.kind->code && each.reason == accepted.reason &&
+               each.until == accepted.until;
     });
     if (known != agreed.end())
         known->findings++;
     else
-        agreed.push_back({finding.kind->code, reason, until, 1});
+        agreed.push_back({finding.kind->code, accepted.reason, accepted.until, 1});
 }
 
 void add_once(std::vector<std::string> &words, const char *word) {
