@@ -4,6 +4,9 @@
 
 const decoder = new TextDecoder();
 
+// Where the command runs, among the files of its instance.
+const home = "/configurations";
+
 // `module` is the compiled WebAssembly.Module. Returns what the loader makes of a new instance of it.
 function makeInstance(module, members = {}) {
   const made = {
@@ -80,10 +83,10 @@ function runCommand(module, { words, call = "main", files = {}, input, keep = []
   const command = makeInstance(module, { sha256, runConverters: job => runConverters(module, command, job) });
   const { FS } = command;
   openStandardStreams(command, input);
-  FS.mkdirTree("/work");
-  FS.chdir("/work");
+  FS.mkdirTree(home);
+  FS.chdir(home);
   for (const [name, bytes] of Object.entries(files)) {
-    const path = "/work/" + name;
+    const path = `${home}/${name}`;
     FS.mkdirTree(path.slice(0, path.lastIndexOf("/")));
     FS.writeFile(path, bytes);
   }
