@@ -16,10 +16,14 @@ bool is_told(const std::vector<uint32_t> &told, const class_t &each) {
     });
 }
 
+bool has_told_class(const policy_t &policy, const std::vector<uint32_t> &told) {
+    return std::any_of(policy.classes.begin(), policy.classes.end(),
+                       [&](const class_t &each) { return is_told(told, each); });
+}
+
 const policy_t *policy_told_of(const model_t &model, const std::vector<uint32_t> &told) {
     for (const policy_t &policy : model.policies) {
-        if (std::any_of(policy.classes.begin(), policy.classes.end(),
-                        [&](const class_t &each) { return is_told(told, each); }))
+        if (has_told_class(policy, told))
             return &policy;
     }
     return nullptr;
