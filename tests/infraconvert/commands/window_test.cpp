@@ -256,6 +256,27 @@ TEST_F(change_window_t, holds_no_text_of_a_configuration_for_others) {
     }
 }
 
+TEST_F(change_window_t, does_not_guess_what_its_private_folder_held) {
+    here->write("site/a.cfg", original);
+    ASSERT_EQ(save_plan().status, 0);
+    ASSERT_EQ(with_plan("convert").status, 0);
+    const std::string made = here->read("site/a.cfg");
+    const std::string names[] = {"w.json.private/journal", "w.json.private/key"};
+    const std::string others[] = {"", std::string(32, 'k')};
+    for (size_t i = 0; i < 2; i++) {
+        const std::string kept = here->read(names[i]);
+        here->write(names[i], others[i]);
+        for (const auto &result : {with_plan("undo"), with_plan("convert"), with_plan("preview")}) {
+            EXPECT_EQ(result.status, 5) << names[i];
+            EXPECT_TRUE(contains(result.err, names[i])) << result.err;
+        }
+        here->write(names[i], kept);
+    }
+    EXPECT_EQ(here->read("site/a.cfg"), made);
+    EXPECT_EQ(with_plan("undo").status, 0);
+    EXPECT_EQ(here->read("site/a.cfg"), original);
+}
+
 TEST_F(change_window_t, tells_of_many_alike_once) {
     for (int i = 10; i < 50; i++)
         here->write("site/" + std::to_string(i) + ".cfg", i % 2 == 0 ? lossy : "version 4.0(1)\n");

@@ -128,6 +128,7 @@ class saving_t {
             configurations.begin(), configurations.end(),
             [](const planned_t &planned) { return planned.state == planned_state_t::ready; });
         plan.configurations = std::move(configurations);
+        plan.key_digest = planning->key_digest();
         outputs.write(options.save_plan, plan_text(plan));
         const std::string name = quoted_name(options.save_plan);
         message("the plan is saved in " + name +

@@ -71,6 +71,10 @@ int work(window_verb_t verb, const window_options_t &options) {
     if (verb != window_verb_t::preview)
         journal.emplace(folder);
     plan_t plan = read_plan(options.plan);
+    if (plan.key_digest != folder.key_digest())
+        throw input_error_t(quoted_name(options.plan + ".private/key") +
+                            ": not the key that the plan was made with; put that one back, or make "
+                            "the plan anew with infraconvert preview --save-plan");
     choose(plan, folder, options.paths);
 
     window_report_t report = {verb, options.plan, {}};

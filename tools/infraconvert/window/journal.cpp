@@ -56,6 +56,16 @@ void last_deeds_t::read_line(const std::string &line) {
 }
 
 last_deeds_t::last_deeds_t(const plan_folder_t &folder) {
+    read_file_of(folder);
+    // The first original is kept behind the first line.
+    if (whole_size == 0 && folder.keeps_originals())
+        throw input_error_t(
+            quoted_name(folder.journal()) +
+            " has no line, but originals are kept beside it, so what was done "
+            "before cannot be told; put the journal back, or the originals by hand");
+}
+
+void last_deeds_t::read_file_of(const plan_folder_t &folder) {
     const std::string file = folder.journal();
     std::error_code ignored;
     if (!std::filesystem::exists(std::filesystem::symlink_status(file, ignored)))

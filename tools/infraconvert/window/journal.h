@@ -27,7 +27,8 @@ enum class deed_t { begin, converted, undoing, undone };
 // The last deed with each configuration.
 class last_deeds_t {
   public:
-    // Reads the journal, which need not be there. Throws input_error_t, naming a line that is none.
+    // Reads the journal, which need not be there before an original is kept. Throws input_error_t,
+    // naming a line that is none.
     explicit last_deeds_t(const plan_folder_t &folder);
 
     // True when the plan has converted the configuration, or begun to, and not taken it back.
@@ -44,6 +45,7 @@ class last_deeds_t {
         deed_t deed;
         std::string result_digest;
     };
+    void read_file_of(const plan_folder_t &folder);
     void read_line(const std::string &line);
 
     std::map<std::string, last_t> by_path;

@@ -98,6 +98,7 @@ plan_t plan_from(const json &document) {
     plan_t plan = {.services = document.at("services"),
                    .keep_going = document.at("keep_going"),
                    .mend = document.at("mend"),
+                   .key_digest = document.at("key_digest"),
                    .configurations = {}};
     for (const json &entry : document.at("configurations"))
         plan.configurations.push_back(planned_from(entry));
@@ -123,6 +124,7 @@ std::string plan_text(const plan_t &plan) {
                      {"services", plan.services},
                      {"keep_going", plan.keep_going},
                      {"mend", plan.mend},
+                     {"key_digest", plan.key_digest},
                      {"configurations", json::array()}};
     for (const planned_t &planned : plan.configurations)
         document["configurations"].push_back(planned_json(planned));

@@ -41,7 +41,8 @@ struct planned_t {
 struct plan_t {
     std::vector<std::string> services; // names
     bool keep_going = false;
-    std::string mend; // as the option; empty: nothing is mended
+    std::string mend;            // as the option; empty: nothing is mended
+    std::string key_digest = {}; // tells whether a key is the one that the digests were made with
     std::vector<planned_t> configurations;
 };
 

@@ -89,6 +89,11 @@ void plan_folder_t::open() {
 
 std::string plan_folder_t::digest(std::string_view bytes) const { return hmac_sha256(key, bytes); }
 
+bool plan_folder_t::keeps_originals() const {
+    std::error_code error;
+    return fs::exists(originals(), error) && !fs::is_empty(originals(), error);
+}
+
 void plan_folder_t::make_originals() const { make_folder(originals()); }
 
 bool plan_folder_t::keeps_original(const std::string &digest) const try {

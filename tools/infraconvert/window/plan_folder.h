@@ -25,10 +25,15 @@ class plan_folder_t {
     // With the plan's key, which make() or open() has read.
     std::string digest(std::string_view bytes) const;
 
+    // What tells this key from another without telling the key.
+    std::string key_digest() const { return digest("key"); }
+
     const std::string &plan() const { return plan_file; }
     std::string journal() const { return folder + "/journal"; }
     std::string original(const std::string &digest) const { return originals() + '/' + digest; }
 
+    // True when originals are kept, or their folder cannot be looked into.
+    bool keeps_originals() const;
     // Makes the folder of the originals. Throws run_error_t.
     void make_originals() const;
     // Keeps these bytes, whose digest it is, on stable storage. May be called by several threads,

@@ -28,6 +28,8 @@ class planning_t {
     // none. May be called by several threads.
     void complete(planned_t &planned, const std::string &file, const converted_t *conversion) const;
 
+    std::string key_digest() const { return folder.key_digest(); }
+
   private:
     plan_folder_t folder;
     const journal_t journal; // for its lock
