@@ -9,4 +9,4 @@ new Job(manifest).validate();
 const known = ['completionMode', 'completions', 'parallelism', 'backoffLimitPerIndex', 'maxFailedIndexes',
                'podFailurePolicy', 'template'];
 for (const key of Object.keys(manifest.spec))
-  if (!known.includes(key)) throw new Error(`spec.${key} is unknown`);
+  if (!known.includes(key)) throw new Error(`a Job has no ${key}`);

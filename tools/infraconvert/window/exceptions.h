@@ -1,8 +1,8 @@
 // What was looked at and agreed on: findings that do not stop a conversion.
 //
 //     # code | configuration | stanza | reason | until
-//     IC041 | access-*.cfg | interface Ethernet1/* | marking moves to the campus switches |
-//     2027-03-31 IC021 | * | * | unused maps
+//     IC041 | access-*.cfg | interface Ethernet1/* | marking moves to campus | 2027-03-31
+//     IC021 | *            | *                     | unused maps
 //
 // Patterns are those of a shell; "*" alone, or nothing, is any. A configuration is meant by its
 // path or by the end of it behind a slash, and "*" does not cross a slash. An exception holds up to
