@@ -27,7 +27,8 @@ int main(int count, char **arguments) {
     const std::string name = "judgement of " + std::to_string(before.size()) + " bytes";
     benchmark::RegisterBenchmark(name.c_str(), [&](benchmark::State &state) {
         for (auto _ : state)
-            benchmark::DoNotOptimize(infraconvert::meaning::compare(before, after, route));
+            benchmark::DoNotOptimize(
+                infraconvert::meaning::original_t(before, route[0]).compare(after, route));
     })->Unit(benchmark::kMicrosecond);
     benchmark::Initialize(&count, arguments);
     benchmark::RunSpecifiedBenchmarks();

@@ -55,7 +55,7 @@ mended_t mended(const std::string &original, const std::string &result, const ch
 bool is_clean(const std::string &original, const std::string &result, const char *from,
               const char *to) {
     const std::string_view route[] = {from, to};
-    return !meaning::has_errors(meaning::compare(original, result, route));
+    return !meaning::has_errors(meaning::original_t(original, from).compare(result, route));
 }
 
 std::string with(std::string text, const std::string &was, const std::string &now) {

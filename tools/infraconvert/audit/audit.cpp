@@ -19,13 +19,14 @@ using meaning::difference_t;
 class texts_t {
   public:
     texts_t(std::string_view original, std::string_view result)
-        : before(split_lines(original)), after(split_lines(result)) {}
+        : before(split_lines(original)), after(split_lines(result)), stanzas_before(before),
+          stanzas_after(after) {}
 
     finding_t finding(const difference_t &difference) const {
         finding_t finding = {&difference.code.kind(), difference.words,
                              evidence(before, difference.before),
                              evidence(after, difference.after)};
-        finding.place = place_of(finding, {before, before}, {after, after});
+        finding.place = place_of(finding, {stanzas_before, before}, {stanzas_after, after});
         return finding;
     }
 
@@ -39,6 +40,7 @@ class texts_t {
     }
 
     const lines_t before, after;
+    const stanzas_t stanzas_before, stanzas_after;
 };
 
 bool stands_before(const finding_t &a, const finding_t &b) {
@@ -108,10 +110,9 @@ differences_t obstacles(const converted_t &conversion) {
     return all;
 }
 
-differences_t compared(const std::string &original, const std::string &result,
+differences_t compared(const meaning::original_t &original, const std::string &result,
                        const route_t &route) {
-    const std::vector<std::string_view> releases(route.begin(), route.end());
-    return meaning::compare(original, result, releases);
+    return original.compare(result, std::vector<std::string_view>(route.begin(), route.end()));
 }
 
 // What makes two findings the same one behind different hops. Line numbers of the result move, and
@@ -130,6 +131,24 @@ std::set<likeness_t> likenesses(const differences_t &differences, const std::str
     return all;
 }
 
+std::vector<finding_t> compared_findings(const converted_t &conversion, const texts_t &texts) {
+    const meaning::original_t original(*conversion.original, conversion.route.front());
+    std::vector<finding_t> findings;
+    append(findings, texts, compared(original, *conversion.result, conversion.route));
+    if (conversion.has_stops())
+        tell_hops(findings, conversion.route, [&](size_t hops) {
+            return compared(original, *conversion.stages[hops],
+                            beginning_of(conversion.route, hops));
+        });
+    return findings;
+}
+
+std::vector<finding_t> obstacle_findings(const converted_t &conversion, const texts_t &texts) {
+    std::vector<finding_t> findings;
+    append(findings, texts, obstacles(conversion));
+    return findings;
+}
+
 } // namespace
 
 std::vector<finding_t> audit(const converted_t &conversion, bool thorough) {
@@ -140,15 +159,8 @@ std::vector<finding_t> audit(const converted_t &conversion, bool thorough) {
         tell_version_line(conversion, texts, findings);
     // A conversion that failed as a whole leaves nothing to compare.
     const bool compares = !conversion.failed() || conversion.changes();
-    std::vector<finding_t> judged;
-    append(judged, texts,
-           compares ? compared(*conversion.original, *conversion.result, conversion.route)
-                    : obstacles(conversion));
-    if (compares && conversion.has_stops())
-        tell_hops(judged, conversion.route, [&](size_t hops) {
-            return compared(*conversion.original, *conversion.stages[hops],
-                            beginning_of(conversion.route, hops));
-        });
+    std::vector<finding_t> judged =
+        compares ? compared_findings(conversion, texts) : obstacle_findings(conversion, texts);
     findings.insert(findings.end(), std::make_move_iterator(judged.begin()),
                     std::make_move_iterator(judged.end()));
     return in_order(findings);
@@ -163,7 +175,7 @@ std::vector<finding_t> findings_from(const std::string &original, const std::str
 
 std::vector<finding_t> judge(const std::string &original, const std::string &result,
                              const route_t &route) {
-    return findings_from(original, result, compared(original, result, route));
+    return findings_from(original, result, compared({original, route.front()}, result, route));
 }
 
 void tell_hops(std::vector<finding_t> &findings, const route_t &route,

@@ -156,8 +156,8 @@ bool is_explained(const difference_t &unlike, const end_t &direct, const end_t &
 
 // Effects are counted, for one finding may tell of many; of an error about none of them its lines,
 // which the release does not read or nobody has any more.
-size_t count_lost(const std::string &original, const std::string &result, const route_t &route,
-                  const differences_t &differences) {
+size_t count_lost(const meaning::original_t &original, const std::string &result,
+                  const route_t &route, const differences_t &differences) {
     const auto rows = meaning::changed_rows(original, result, views(route));
     size_t lost = static_cast<size_t>(std::count_if(rows.begin(), rows.end(), [](const auto &r) {
         return r.change == meaning::change_t::lost;
@@ -171,8 +171,9 @@ size_t count_lost(const std::string &original, const std::string &result, const 
 
 class guide_t {
   public:
-    guide_t(const shared_text_t &text, const std::vector<const service_t *> &services)
-        : original(text), names_of_original(*text), traveller(services) {}
+    guide_t(const shared_text_t &text, const std::string &release,
+            const std::vector<const service_t *> &services)
+        : original(text), read(*text, release), names_of_original(*text), traveller(services) {}
 
     way_t walk(const route_t &route) {
         way_t way = {.routes = {route}, .result = original};
@@ -199,7 +200,7 @@ class guide_t {
         tell_hops(way.findings, route,
                   [&](size_t hops) { return compared(stages[hops], beginning_of(route, hops)); });
         way.count = count_findings(way.findings);
-        way.lost = count_lost(*original, *way.result, route, differences);
+        way.lost = count_lost(read, *way.result, route, differences);
         if (!direct.fails() && way.result != direct.result)
             compare_with_direct(way, direct);
         look_back(way);
@@ -210,7 +211,7 @@ class guide_t {
     const differences_t &compared(const shared_text_t &text, const route_t &route) {
         const auto [entry, is_new] = comparisons.try_emplace({text, route});
         if (is_new)
-            entry->second = meaning::compare(*original, *text, views(route));
+            entry->second = read.compare(*text, views(route));
         return entry->second;
     }
 
@@ -224,8 +225,9 @@ class guide_t {
     void compare_with_direct(way_t &way, const way_t &direct) {
         const std::string &release = way.routes.front().back();
         const route_t stay = {release, release};
-        differences_t unlike = meaning::compare(*direct.result, *way.result, views(stay));
-        const differences_t own = meaning::compare(*direct.result, *direct.result, views(stay));
+        const meaning::original_t of_direct(*direct.result, release);
+        differences_t unlike = of_direct.compare(*way.result, views(stay));
+        const differences_t own = of_direct.compare(*direct.result, views(stay));
         std::erase_if(unlike, [&](const difference_t &d) {
             return is_among(d, own) || !is_effect(d, topic_t(d, *direct.result, *way.result));
         });
@@ -259,14 +261,14 @@ class guide_t {
             }
             text = made.result;
         }
-        differences_t differences =
-            meaning::compare(*original, *text, views(there_and_back(there)));
+        differences_t differences = read.compare(*text, views(there_and_back(there)));
         std::erase_if(differences,
                       [](const difference_t &d) { return d.severity() != severity_t::error; });
         way.left_behind = findings_from(*original, *text, differences);
     }
 
     const shared_text_t original;
+    const meaning::original_t read;
     const topic_t names_of_original;
     traveller_t traveller;
     std::map<std::pair<shared_text_t, route_t>, differences_t> comparisons;
@@ -281,7 +283,7 @@ auto rank(const way_t &way) {
 std::vector<way_t> try_ways(const shared_text_t &text,
                             const std::vector<const service_t *> &services,
                             const std::vector<route_t> &routes) {
-    guide_t guide(text, services);
+    guide_t guide(text, routes.front().front(), services);
     std::vector<way_t> ways;
     for (const route_t &route : routes) {
         way_t walked = guide.walk(route);

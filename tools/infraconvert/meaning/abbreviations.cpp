@@ -46,8 +46,9 @@ bool is_cut_from(std::string_view word, const keyword_t &keyword) {
     return word.size() >= keyword.least && keyword.word.starts_with(word);
 }
 
+// Most words begin with another letter than the command: every line of every text is asked.
 bool begins(std::span<const std::string_view> words, const command_t &command) {
-    if (words.size() < command.count())
+    if (words[0][0] != command.words[0].word[0] || words.size() < command.count())
         return false;
     for (size_t i = 0; i < command.count(); i++) {
         if (!is_cut_from(words[i], command.words[i]))

@@ -25,9 +25,10 @@ std::vector<changed_row_t> rows_of(std::string_view text, std::string_view relea
     return rows;
 }
 
-std::vector<changed_row_t> changed_rows(std::string_view before, std::string_view after,
+std::vector<changed_row_t> changed_rows(const original_t &original, std::string_view after,
                                         std::span<const std::string_view> route) {
-    comparison_t comparison(before, after, route);
+    const side_t result = original_t::read(after, route);
+    const comparison_t comparison(original.side, result, route);
     const pairing_t pairs(comparison);
     std::vector<changed_row_t> rows;
     for (const fate_t &fate : pairs.before) {

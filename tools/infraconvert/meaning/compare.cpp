@@ -49,10 +49,9 @@ std::optional<size_t> first_touching(const touched_t &touched, const row_t &row)
 
 } // namespace
 
-comparison_t::comparison_t(std::string_view before_text, std::string_view after_text,
+comparison_t::comparison_t(const side_t &original, const side_t &result,
                            std::span<const std::string_view> texts)
-    : releases(texts.begin(), texts.end()), before(before_text, texts.front(), texts.front()),
-      after(after_text, texts.back(), texts.front()) {
+    : releases(texts.begin(), texts.end()), before(original), after(result) {
     for (const std::string_view text : texts)
         route.push_back(read_release(text));
 }
@@ -87,15 +86,20 @@ bool comparison_t::is_unconverted(const row_t &row) const {
     return first_touching(unconverted, row).has_value();
 }
 
-std::vector<difference_t> compare(std::string_view before, std::string_view after,
-                                  std::span<const std::string_view> route) {
-    comparison_t comparison(before, after, route);
+std::vector<difference_t> original_t::compare(const side_t &result,
+                                              std::span<const std::string_view> route) const {
+    comparison_t comparison(side, result, route);
     for (const auto part :
          {compare_form, compare_rows, compare_order, compare_groups, compare_content,
           compare_features, compare_vlans, compare_blocks, tell_mtus})
         part(comparison);
     sort_lines(comparison.differences);
     return std::move(comparison.differences);
+}
+
+std::vector<difference_t> original_t::compare(std::string_view result,
+                                              std::span<const std::string_view> route) const {
+    return compare(read(result, route), route);
 }
 
 bool has_errors(const std::vector<difference_t> &differences) {

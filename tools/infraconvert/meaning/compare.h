@@ -2,6 +2,7 @@
 #pragma once
 
 #include "meaning/difference.h"
+#include "meaning/side.h"
 
 #include <span>
 #include <string_view>
@@ -9,12 +10,28 @@
 
 namespace infraconvert::meaning {
 
-// Compares `before`, written by the first release of `route`, with `after`, which the last one
-// reads; releases between them are those that the configuration was converted through. A route has
-// at least two. What `before` has wrong already is a warning, once. The order is that of the
-// findings' severity, then of the lines.
-std::vector<difference_t> compare(std::string_view before, std::string_view after,
-                                  std::span<const std::string_view> route);
+// A configuration, read once for all comparisons of what becomes of it.
+class original_t {
+  public:
+    // `text`, written by `release`, must outlive the object.
+    original_t(std::string_view text, std::string_view release) : side(text, release, release) {}
+
+    // What became of it on a route of at least two releases, of which the first one wrote the
+    // original and the last one reads `result`; those between them are those that it was converted
+    // through. What the original has wrong already is a warning, once. The order is that of the
+    // findings' severity, then of the lines.
+    std::vector<difference_t> compare(std::string_view result,
+                                      std::span<const std::string_view> route) const;
+
+    // The same in two steps, for whoever needs to look into the result besides.
+    static side_t read(std::string_view result, std::span<const std::string_view> route) {
+        return {result, route.back(), route.front()};
+    }
+    std::vector<difference_t> compare(const side_t &result,
+                                      std::span<const std::string_view> route) const;
+
+    const side_t side;
+};
 
 // The form of a text as its own release reads it: what it would not read, as errors, and maps that
 // nothing uses, as notes.

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "meaning/difference.h"
-#include "meaning/form.h"
 #include "meaning/mtu.h"
+#include "meaning/side.h"
 
 #include <optional>
 #include <set>
@@ -14,21 +14,11 @@
 
 namespace infraconvert::meaning {
 
-struct side_t {
-    side_t(std::string_view text, std::string_view release, std::string_view from)
-        : model(text, release, from), table(effects_of(model)), problems(check_form(model)) {}
-
-    bool is_typed() const { return model.dialect.typed; }
-
-    model_t model;
-    table_t table;
-    std::vector<problem_t> problems;
-};
-
 using lines_t = std::vector<uint32_t>;
 
 struct comparison_t {
-    comparison_t(std::string_view before_text, std::string_view after_text,
+    // Both sides must outlive the object.
+    comparison_t(const side_t &original, const side_t &result,
                  std::span<const std::string_view> texts);
 
     difference_t &add(finding_code_t code, const std::string &words, const lines_t &before_lines,
@@ -38,7 +28,7 @@ struct comparison_t {
 
     const std::vector<std::string_view> releases;
     std::vector<release_t> route;
-    const side_t before, after;
+    const side_t &before, &after;
     std::vector<difference_t> differences;
 
     // A fault, told by the difference that is added next: rows that are lost because of it are told

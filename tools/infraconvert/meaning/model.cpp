@@ -69,15 +69,16 @@ void check_line(model_t &model, const line_t &line, const words_t &words, bool a
 }
 
 void read_body(model_t &model, const stanza_t &stanza, const std::string &key) {
+    block_t *block = nullptr;
     for (const line_t &line : stanza.body) {
         const words_t words = full_words(line.text, position_t::body);
         if (read_attachment(model, stanza, line, words))
             continue;
-        block_t &block = block_of(model, key);
+        block = block ? block : &block_of(model, key);
         if (is_fabric_line(words) && line.indent > 0)
-            block.fabric.push_back({joined(words), line.number});
+            block->fabric.push_back({joined(words), line.number});
         else
-            block.lines.push_back(line);
+            block->lines.push_back(line);
         check_line(model, line, words, false);
     }
 }

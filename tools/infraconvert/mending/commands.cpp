@@ -3,7 +3,6 @@
 #include "meaning/reading.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace infraconvert::mending {
 
@@ -36,7 +35,8 @@ bool is_plain(std::string_view line, std::string_view words) {
 }
 
 bool starts_stanza(std::string_view line) {
-    return !line.empty() && std::isalpha(static_cast<unsigned char>(line[0]));
+    return !line.empty() &&
+           ((line[0] >= 'a' && line[0] <= 'z') || (line[0] >= 'A' && line[0] <= 'Z'));
 }
 
 bool means_something(std::string_view line) {
@@ -118,8 +118,8 @@ class editor_t {
     std::vector<range_t> stanzas(const std::string &header) const {
         std::vector<range_t> found;
         const std::string wanted = plain(header);
-        for (size_t i = 0; i < lines.size(); i++) {
-            if (starts_stanza(lines[i]) && is_plain(lines[i], wanted))
+        for (size_t i = 0; starts_stanza(wanted) && i < lines.size(); i++) {
+            if (!lines[i].empty() && lines[i][0] == wanted[0] && is_plain(lines[i], wanted))
                 found.push_back({i, end_of_stanza(i)});
         }
         return found;

@@ -57,15 +57,11 @@ bool includes(const names_t &all, const names_t &some) {
 
 } // namespace
 
-maps_t::maps_t(std::string_view original, std::string_view result,
-               std::span<const std::string_view> route) {
-    const scene_t scene(original, result, route);
-    names = names_in(scene.after);
-    const names_t own = names_in(scene.before);
+maps_t::maps_t(const model_t &original, const model_t &result)
+    : names(names_in(result)), lines(lines_in(result)), orphans(orphans_in(result)) {
+    const names_t own = names_in(original);
     std::set_difference(names.begin(), names.end(), own.begin(), own.end(),
                         std::inserter(foreign, foreign.end()));
-    lines = lines_in(scene.after);
-    orphans = orphans_in(scene.after);
 }
 
 bool maps_t::stands_for(const maps_t &other) const {

@@ -1,17 +1,16 @@
 // What stands in the maps of a result, so that fewer lines of a fix leave the same behind.
 #pragma once
 
+#include "meaning/model.h"
+
 #include <set>
-#include <span>
 #include <string>
-#include <string_view>
 
 namespace infraconvert::mending {
 
 class maps_t {
   public:
-    maps_t(std::string_view original, std::string_view result,
-           std::span<const std::string_view> route);
+    maps_t(const meaning::model_t &original, const meaning::model_t &result);
 
     // Everything that the other has is here, and no further map that the original does not have.
     bool stands_for(const maps_t &other) const;

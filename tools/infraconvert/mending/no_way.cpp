@@ -38,7 +38,7 @@ bool is_scheduled_beside_marking(const scene_t &scene, const row_change_t &chang
     if (change.gained || scene.before.dialect.typed || !scene.typed() || change.row.is_marking() ||
         change.row.place == "system")
         return false;
-    const table_t table = effects_of(scene.before);
+    const table_t &table = scene.effects_before;
     const auto marks = [&](const row_t &row) {
         return row.place == change.row.place && row.is_marking();
     };

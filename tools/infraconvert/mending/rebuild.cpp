@@ -1,7 +1,7 @@
 // When maps do not come out well piece by piece: all of them go, and are written anew row by row.
 
-#include "meaning/compare.h"
 #include "meaning/effects.h"
+#include "mending/judged.h"
 #include "mending/restore.h"
 
 #include <algorithm>
@@ -53,17 +53,17 @@ auto rank(const model_t &model, const row_t &row) {
 
 class rebuilding_t {
   public:
-    rebuilding_t(std::string_view of, std::string_view result,
+    rebuilding_t(const original_t &of, std::string result,
                  std::span<const std::string_view> through, names_t takes)
-        : original(of), route(through), names(takes), text(result) {}
+        : original(of), route(through), names(takes), text(std::move(result)) {}
 
     candidate_t run(bool anew) {
         if (anew)
-            add(removal_of_qos(model_t(text, route.back(), route[route.size() - 2])));
+            add(removal_of_qos(original_t::read(text, route).model));
         for (size_t step = 0; step < most_steps && why_not.empty(); step++) {
-            const auto differences = compare(original, text, route);
+            const judged_t now(original, text, route);
             judged += text.size();
-            if (!has_errors(differences) || !(next_row(differences) || next_content(differences)))
+            if (now.errors.empty() || !(next_row(now) || next_content(now)))
                 break;
         }
         return {why_not.empty() ? commands : commands_t(), why_not, judged};
@@ -72,22 +72,22 @@ class rebuilding_t {
   private:
     // Adds what is to be typed; false when the text has it all.
     bool add(const commands_t &more) {
-        const std::string now = applied(text, more);
+        std::string now = applied(text, more);
         const bool changes = now != text;
-        text = now;
+        text = std::move(now);
         merge(commands, more);
         return changes;
     }
 
-    bool next_row(const std::vector<difference_t> &differences) {
+    bool next_row(const judged_t &now) {
         std::vector<const row_t *> lost;
-        for (const difference_t &difference : differences) {
+        for (const difference_t &difference : now.differences) {
             for (const row_change_t &change : difference.rows) {
                 if (!change.gained && difference.is_error())
                     lost.push_back(&change.row);
             }
         }
-        const scene_t scene(original, text, route);
+        const scene_t scene(original.side, now.side);
         std::sort(lost.begin(), lost.end(), [&](const row_t *a, const row_t *b) {
             return rank(scene.before, *a) < rank(scene.before, *b);
         });
@@ -105,9 +105,9 @@ class rebuilding_t {
         return false;
     }
 
-    bool next_content(const std::vector<difference_t> &differences) {
-        const scene_t scene(original, text, route);
-        for (const difference_t &difference : differences) {
+    bool next_content(const judged_t &now) {
+        const scene_t scene(original.side, now.side);
+        for (const difference_t &difference : now.differences) {
             if (!difference.is_error())
                 continue;
             for (const attachment_t &attachment : scene.before.attachments) {
@@ -124,7 +124,7 @@ class rebuilding_t {
         return false;
     }
 
-    const std::string_view original;
+    const original_t &original;
     const std::span<const std::string_view> route;
     const names_t names;
     std::string text, why_not;
@@ -135,7 +135,7 @@ class rebuilding_t {
 
 } // namespace
 
-candidate_t rebuilt_qos(std::string_view original, std::string_view result,
+candidate_t rebuilt_qos(const original_t &original, const std::string &result,
                         std::span<const std::string_view> route, names_t names, bool anew) {
     return rebuilding_t(original, result, route, names).run(anew);
 }

@@ -8,13 +8,6 @@ using namespace meaning; // this room speaks of nothing else
 
 namespace {
 
-std::vector<release_t> releases_of(std::span<const std::string_view> route) {
-    std::vector<release_t> releases;
-    for (const std::string_view text : route)
-        releases.push_back(read_release(text));
-    return releases;
-}
-
 const class_map_t *class_map_of(const model_t &model, std::string_view name) {
     for (const std::string_view type : {types::qos, types::none, types::control_plane}) {
         if (const class_map_t *map = model.class_map(type, name))
@@ -37,10 +30,8 @@ candidate_t all_of(const std::vector<candidate_t> &candidates) {
 
 } // namespace
 
-scene_t::scene_t(std::string_view original, std::string_view result,
-                 std::span<const std::string_view> texts)
-    : before(original, texts.front(), texts.front()),
-      after(result, texts.back(), texts[texts.size() - 2]), route(releases_of(texts)) {}
+scene_t::scene_t(const side_t &original, const side_t &result)
+    : before(original.model), after(result.model), effects_before(original.table) {}
 
 std::string type_words(std::string_view type) {
     return type.empty() ? "" : "type " + std::string(type) + ' ';

@@ -2,8 +2,7 @@
 // nothing here is believed before the comparison of the mended result says so.
 #pragma once
 
-#include "meaning/difference.h"
-#include "meaning/model.h"
+#include "meaning/compare.h"
 #include "mending/commands.h"
 
 #include <span>
@@ -12,14 +11,13 @@
 
 namespace infraconvert::mending {
 
-// The original and a result, taken apart once for all differences between them.
+// The original and a result, for all differences between them.
 struct scene_t {
-    // The texts must outlive the object.
-    scene_t(std::string_view original, std::string_view result,
-            std::span<const std::string_view> route);
+    // The sides must outlive the object.
+    scene_t(const meaning::side_t &original, const meaning::side_t &result);
 
-    const meaning::model_t before, after;
-    const std::vector<meaning::release_t> route;
+    const meaning::model_t &before, &after;
+    const meaning::table_t &effects_before;
 
     bool typed() const { return after.dialect.typed; }
 };
@@ -61,7 +59,7 @@ candidate_t restored_lines(const scene_t &scene, const meaning::difference_t &di
 
 // What QoS lacks, row by row, each on top of those before it; `anew` from nothing, without the maps
 // and attachments that there are.
-candidate_t rebuilt_qos(std::string_view original, std::string_view result,
+candidate_t rebuilt_qos(const meaning::original_t &original, const std::string &result,
                         std::span<const std::string_view> route, names_t names, bool anew);
 
 // Why the target has no lines for what no candidate brings back; empty where none is known.

@@ -96,7 +96,7 @@ class content_restorer_t {
                 text =
                     "mtu " +
                     std::to_string(
-                        expected_mtu(*action.mtu, scene.route.front(), scene.route.back()).value);
+                        expected_mtu(*action.mtu, scene.before.release, scene.after.release).value);
             add_action(commands, "policy-map " + type_words(type) + std::string(policy.name),
                        "  class " + type_words(type == types::control_plane ? types::none : type) +
                            std::string(from.name),

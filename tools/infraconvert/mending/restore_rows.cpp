@@ -35,7 +35,7 @@ class row_restorer_t {
   public:
     row_restorer_t(const scene_t &looked_at, names_t takes)
         : scene(looked_at), names(takes), apart(takes == names_t::unique) {
-        for (const row_t &row : effects_of(scene.before)) {
+        for (const row_t &row : scene.effects_before) {
             if (row.effect.starts_with(in_group))
                 taken.insert(atoi(row.effect.c_str() + in_group.size()));
         }
@@ -96,7 +96,7 @@ class row_restorer_t {
         if (row.mtu)
             return "    mtu " +
                    std::to_string(
-                       expected_mtu(*row.mtu, scene.route.front(), scene.route.back()).value);
+                       expected_mtu(*row.mtu, scene.before.release, scene.after.release).value);
         return "    " + row.effect;
     }
 
@@ -205,7 +205,7 @@ class row_restorer_t {
     }
 
     bool says_other_direction(const row_t &row) const {
-        const table_t table = effects_of(scene.before);
+        const table_t &table = scene.effects_before;
         return std::any_of(table.begin(), table.end(), [&](const row_t &other) {
             return other.place == row.place && other.traffic == row.traffic &&
                    other.effect == row.effect && other.direction != row.direction;
@@ -214,7 +214,7 @@ class row_restorer_t {
 
     // The original says the same of the other direction.
     bool both_directions(const row_t &row) const {
-        const table_t table = effects_of(scene.before);
+        const table_t &table = scene.effects_before;
         return std::count_if(table.begin(), table.end(), [&](const row_t &other) {
                    return other.place == row.place && other.traffic == row.traffic &&
                           other.effect == row.effect;

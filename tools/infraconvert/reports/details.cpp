@@ -73,7 +73,8 @@ std::vector<meaning::changed_row_t> effects_of(const converted_t &conversion, bo
                                                bool mask) {
     const std::vector<std::string_view> route(conversion.route.begin(), conversion.route.end());
     const bool compares = route.size() > 1 && (usable || !conversion.failed());
-    auto rows = compares ? meaning::changed_rows(*conversion.original, *conversion.result, route)
+    auto rows = compares ? meaning::changed_rows({*conversion.original, route.front()},
+                                                 *conversion.result, route)
                          : meaning::rows_of(*conversion.original, route.front());
     if (!mask)
         return rows;

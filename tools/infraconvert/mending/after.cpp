@@ -1,0 +1,219 @@
+#include "mending/after.h"
+
+#include "mending/map_lines.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace infraconvert::mending {
+
+using meaning::difference_t;
+
+namespace {
+
+// Beyond this nobody would read the fixes, and the search would take longer than reading.
+constexpr size_t most_errors = 200;
+// Bytes that are judged before the search is given up: a second or so.
+constexpr size_t most_work = 16U << 20U;
+
+bool is_about_maps(finding_code_t code) {
+    const std::string_view name = code.name();
+    return name.starts_with("IC01") || name.starts_with("IC02") || name.starts_with("IC03") ||
+           code == "IC040" || code == "IC041" || code == "IC043" || code == "IC055";
+}
+
+bool is_gone(const difference_t &difference, const judged_t &now) {
+    return !any_of(parts_of(difference), now.errors);
+}
+
+} // namespace
+
+after_t::after_t(const mending_request_t &asked, const meaning::original_t &of,
+                 std::string converted, size_t &done)
+    : request(asked), original(of), work(done), current(judged(converted)) {}
+
+void after_t::run() {
+    if (current->errors.size() > most_errors)
+        return;
+    while (one_alone() || several_together() || all_anew())
+        ;
+}
+
+std::vector<by_hand_t> after_t::left() const {
+    std::vector<by_hand_t> left;
+    for (const difference_t &difference : current->differences) {
+        if (difference.is_error())
+            left.push_back({difference, why_not(difference)});
+    }
+    return left;
+}
+
+after_t::judged_ptr after_t::judged(const std::string &text) {
+    work += text.size();
+    return std::make_unique<const judged_t>(original, text, request.route);
+}
+
+bool after_t::is_asked(const difference_t &difference) const {
+    return difference.is_error() &&
+           (request.codes.empty() || request.codes.contains(difference.code.name()));
+}
+
+// ---- which of the errors together
+
+bool after_t::one_alone() {
+    for (const difference_t &difference : current->differences) {
+        if (work > most_work)
+            return false;
+        if (is_asked(difference) && try_all(difference, {difference}))
+            return true;
+    }
+    return false;
+}
+
+// Those outside the table of effects, those at one place, then those of all places.
+bool after_t::several_together() {
+    std::vector<const difference_t *> all, outside;
+    std::set<std::string> places;
+    for (const difference_t &difference : current->differences) {
+        if (!is_asked(difference))
+            continue;
+        (difference.rows.empty() ? outside : all).push_back(&difference);
+        for (const auto &change : difference.rows)
+            places.insert(change.row.place);
+    }
+    if (outside.size() > 1 && try_together(outside))
+        return true;
+    if (all.size() < 2)
+        return false;
+    for (const std::string &place : places) {
+        std::vector<const difference_t *> here;
+        std::copy_if(all.begin(), all.end(), std::back_inserter(here), [&](const auto *each) {
+            return std::any_of(each->rows.begin(), each->rows.end(),
+                               [&](const auto &change) { return change.row.place == place; });
+        });
+        if (here.size() > 1 && here.size() < all.size() && try_together(here))
+            return true;
+    }
+    return try_together(all);
+}
+
+// Every map anew, when pieces do not do.
+bool after_t::all_anew() {
+    if (work > most_work)
+        return false;
+    differences_t asked;
+    std::copy_if(current->differences.begin(), current->differences.end(),
+                 std::back_inserter(asked), [&](const auto &each) { return is_asked(each); });
+    const bool about_maps = std::any_of(asked.begin(), asked.end(), [](const auto &each) {
+        return !each.rows.empty() || is_about_maps(each.code);
+    });
+    constexpr std::pair<names_t, bool> ways[] = {
+        {names_t::same, false}, {names_t::same, true}, {names_t::placed, true}};
+    for (const auto &[names, anew] : ways) {
+        if (!about_maps)
+            break;
+        const candidate_t candidate =
+            rebuilt_qos(original, current->text, request.route, names, anew);
+        work += candidate.judged;
+        if (!candidate.commands.empty() && try_one(candidate.commands, asked, true))
+            return true;
+    }
+    return false;
+}
+
+// ---- tries
+
+bool after_t::try_together(const std::vector<const difference_t *> &parts) {
+    differences_t mended;
+    for (const difference_t *part : parts)
+        mended.push_back(*part);
+    return try_all(together(parts), mended);
+}
+
+bool after_t::try_all(const difference_t &difference, const differences_t &mended) {
+    for (candidate_t &candidate : restoring(scene(), difference)) {
+        if (!candidate.commands.empty() && try_one(candidate.commands, mended))
+            return true;
+    }
+    return false;
+}
+
+// With `some` it is enough that one of the differences is gone.
+bool after_t::try_one(commands_t commands, const differences_t &all, bool some) {
+    if (work > most_work)
+        return false;
+    put_removals_first(commands);
+    const std::string text = applied(current->text, commands);
+    if (text == current->text)
+        return false;
+    judged_ptr then = judged(text);
+    const auto mends = [&](const difference_t &difference) { return is_gone(difference, *then); };
+    const bool does = some ? std::any_of(all.begin(), all.end(), mends)
+                           : std::all_of(all.begin(), all.end(), mends);
+    if (!does || !is_better(*current, *then) || makes_orphans(then->side.model))
+        return false;
+    take(std::move(commands), std::move(then));
+    return true;
+}
+
+bool after_t::makes_orphans(const meaning::model_t &model) const {
+    const maps_t before(original.side.model, current->side.model);
+    return !maps_t(original.side.model, model).orphans_are_among(before);
+}
+
+void after_t::take(commands_t commands, judged_ptr reached) {
+    fix_t fix = {.place = fix_place_t::after, .codes = {}, .mends = {}, .commands = {}};
+    for (const difference_t &difference : current->differences) {
+        if (difference.is_error() && is_gone(difference, *reached)) {
+            fix.codes.insert(difference.code.name());
+            fix.mends.push_back(difference);
+        }
+    }
+    fix.commands = fewest(commands, reached);
+    current = std::move(reached);
+    fixes.push_back(std::move(fix));
+}
+
+// The lines without those that change nothing that is told; `reached` becomes what they make.
+commands_t after_t::fewest(const commands_t &commands, judged_ptr &reached) {
+    const std::string &text = current->text;
+    const maps_t maps(original.side.model, reached->side.model);
+    const parts_t told = reached->told();
+    std::unordered_set<size_t> refused; // by their hashes: the second pass makes most texts again
+    const auto is_enough = [&](const commands_t &fewer) {
+        if (work > most_work)
+            return false;
+        const std::string made = applied(text, fewer);
+        const size_t hash = std::hash<std::string>()(made);
+        if (made == text || refused.contains(hash))
+            return false;
+        if (made == reached->text)
+            return true;
+        judged_ptr then = judged(made);
+        const bool is = maps_t(original.side.model, then->side.model).stands_for(maps) &&
+                        includes(told, then->told());
+        if (is)
+            reached = std::move(then);
+        else
+            refused.insert(hash);
+        return is;
+    };
+    // What was typed again may stay as it is, once it is not removed.
+    return without_needless(without_needless(without_needless(text, commands), is_enough),
+                            is_enough);
+}
+
+// ---- what is left
+
+std::string after_t::why_not(const difference_t &difference) const {
+    if (work > most_work || current->errors.size() > most_errors)
+        return "there is too much to mend to look for lines";
+    for (const candidate_t &candidate : restoring(scene(), difference)) {
+        if (!candidate.why_not.empty())
+            return candidate.why_not;
+    }
+    const std::string reason = no_way(scene(), difference);
+    return reason.empty() ? "no lines were found that restore it and change nothing else" : reason;
+}
+
+} // namespace infraconvert::mending

@@ -1,0 +1,51 @@
+// Lines after a conversion: candidates are tried one after the other, and most of them thrown away.
+#pragma once
+
+#include "mending/judged.h"
+#include "mending/mend.h"
+#include "mending/restore.h"
+
+#include <memory>
+
+namespace infraconvert::mending {
+
+class after_t {
+  public:
+    // `work` counts what is judged, for all ways together. Original and request must outlive the
+    // object.
+    after_t(const mending_request_t &asked, const meaning::original_t &of, std::string converted,
+            size_t &work);
+
+    void run();
+
+    // What has come of it so far.
+    const judged_t &result() const { return *current; }
+    std::vector<by_hand_t> left() const;
+
+    std::vector<fix_t> fixes;
+
+  private:
+    using judged_ptr = std::unique_ptr<const judged_t>;
+    judged_ptr judged(const std::string &text);
+    scene_t scene() const { return {original.side, current->side}; }
+    bool is_too_much() const;
+    bool is_asked(const meaning::difference_t &difference) const;
+
+    bool one_alone();
+    bool several_together();
+    bool all_anew();
+    bool try_together(const std::vector<const meaning::difference_t *> &parts);
+    bool try_all(const meaning::difference_t &difference, const differences_t &mended);
+    bool try_one(commands_t commands, const differences_t &all, bool some = false);
+    bool makes_orphans(const meaning::model_t &model) const;
+    void take(commands_t commands, judged_ptr reached);
+    commands_t fewest(const commands_t &commands, judged_ptr &reached);
+    std::string why_not(const meaning::difference_t &difference) const;
+
+    const mending_request_t &request;
+    const meaning::original_t &original;
+    size_t &work; // in bytes judged
+    judged_ptr current;
+};
+
+} // namespace infraconvert::mending

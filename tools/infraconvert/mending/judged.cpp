@@ -1,0 +1,76 @@
+#include "mending/judged.h"
+
+#include <algorithm>
+
+namespace infraconvert::mending {
+
+using meaning::difference_t;
+
+parts_t parts_of(const difference_t &difference) {
+    parts_t parts;
+    for (const meaning::row_change_t &change : difference.rows)
+        parts.insert((change.gained ? "new " : "gone ") + meaning::in_words(change.row));
+    if (parts.empty() || difference.words.find("does not read") != std::string::npos)
+        parts.insert(std::string(difference.code.name()) + ' ' +
+                     difference.words.substr(0, difference.words.find(';')));
+    return parts;
+}
+
+judged_t::judged_t(const meaning::original_t &original, std::string result,
+                   std::span<const std::string_view> route)
+    : text(std::move(result)), side(text, route.back(), route.front()),
+      differences(original.compare(side, route)) {
+    for (const difference_t &difference : differences) {
+        if (difference.is_error())
+            errors.merge(parts_of(difference));
+        else if (difference.severity() == severity_t::warning)
+            warnings.insert(difference.code.name());
+    }
+}
+
+parts_t judged_t::told() const {
+    parts_t all;
+    for (const difference_t &difference : differences)
+        all.insert(difference.code.name() + (' ' + difference.words));
+    return all;
+}
+
+namespace {
+
+// What may be told anew without anything being worse: sizes of what was brought back, maps that are
+// attached nowhere and go where the release refuses them, and what the original has already.
+bool may_be_new(const std::string &code) {
+    return code.starts_with("IC05") || code == "IC027" || code == "IC011" || code == "IC013";
+}
+
+} // namespace
+
+bool includes(const parts_t &all, const parts_t &some) {
+    return std::includes(all.begin(), all.end(), some.begin(), some.end());
+}
+
+bool any_of(const parts_t &some, const parts_t &all) {
+    return std::any_of(some.begin(), some.end(),
+                       [&](const auto &part) { return all.contains(part); });
+}
+
+bool is_better(const judged_t &old, const judged_t &now) {
+    return includes(old.errors, now.errors) &&
+           std::all_of(now.warnings.begin(), now.warnings.end(), [&](const std::string &code) {
+               return old.warnings.contains(code) || may_be_new(code);
+           });
+}
+
+difference_t together(const std::vector<const difference_t *> &parts) {
+    difference_t all = *parts.front();
+    for (size_t i = 1; i < parts.size(); i++) {
+        all.rows.insert(all.rows.end(), parts[i]->rows.begin(), parts[i]->rows.end());
+        all.before.insert(all.before.end(), parts[i]->before.begin(), parts[i]->before.end());
+        all.after.insert(all.after.end(), parts[i]->after.begin(), parts[i]->after.end());
+    }
+    std::sort(all.before.begin(), all.before.end());
+    std::sort(all.after.begin(), all.after.end());
+    return all;
+}
+
+} // namespace infraconvert::mending
