@@ -32,19 +32,31 @@ const retired_kind_t *retired_kind_named(const std::string &code) {
     return named<retired_kind_t>(retired_kind_table, code);
 }
 
-std::string place_of(const finding_t &finding, const shown_lines_t &before,
-                     const shown_lines_t &after) {
-    constexpr std::string_view blanks = " \t\r";
+namespace {
+
+constexpr std::string_view blanks = " \t\r";
+
+} // namespace
+
+stanzas_t::stanzas_t(const lines_t &lines) {
+    first_lines.reserve(lines.size());
+    for (size_t i = 0; i < lines.size(); i++) {
+        const bool opens = i == 0 || blanks.find(lines[i].front()) == blanks.npos;
+        first_lines.push_back(opens ? i : first_lines.back());
+    }
+}
+
+std::string stanzas_t::first_line(size_t number, const lines_t &shown) const {
+    const std::string_view line = without_newline(shown[first_lines[number - 1]]);
+    return std::string(line.substr(0, line.find_last_not_of(blanks) + 1));
+}
+
+std::string place_of(const finding_t &finding, const shown_text_t &before,
+                     const shown_text_t &after) {
     const bool original = !finding.before.empty();
     const auto &evidence = original ? finding.before : finding.after;
-    const auto &[exact, shown] = original ? before : after;
-    if (evidence.empty())
-        return "";
-    size_t at = evidence[0].number - 1;
-    while (at > 0 && blanks.find(exact[at].front()) != blanks.npos)
-        at--;
-    const std::string_view line = without_newline(shown[at]);
-    return std::string(line.substr(0, line.find_last_not_of(blanks) + 1));
+    const shown_text_t &text = original ? before : after;
+    return evidence.empty() ? "" : text.stanzas.first_line(evidence[0].number, text.lines);
 }
 
 bool is_open_error(const finding_t &finding) {

@@ -60,16 +60,29 @@ struct finding_t {
     std::vector<std::string> hop = {};
 };
 
-// A text by its lines, as it is and as it may be shown.
-struct shown_lines_t {
-    const lines_t &exact, &shown;
+// Where the stanzas of a text begin, by its lines.
+class stanzas_t {
+  public:
+    explicit stanzas_t(const lines_t &lines);
+
+    // Of the stanza in which this line stands, from 1: its first line, as `shown` has it.
+    std::string first_line(size_t number, const lines_t &shown) const;
+
+  private:
+    std::vector<size_t> first_lines;
+};
+
+// A text by its stanzas, and its lines as they may be shown.
+struct shown_text_t {
+    const stanzas_t &stanzas;
+    const lines_t &lines;
 };
 
 // The first line of the stanza in which the first line of a finding stands, of the original or else
 // of the result: the nearest one above it that is not indented. Without blanks behind it; empty for
 // a finding without lines.
-std::string place_of(const finding_t &finding, const shown_lines_t &before,
-                     const shown_lines_t &after);
+std::string place_of(const finding_t &finding, const shown_text_t &before,
+                     const shown_text_t &after);
 
 // True for an error that nobody agreed to.
 bool is_open_error(const finding_t &finding);

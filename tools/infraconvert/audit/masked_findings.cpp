@@ -38,11 +38,11 @@ void mask_findings(std::vector<finding_t> &findings, const converted_t &conversi
     const shared_text_t original = conversion.masked_texts->masked(conversion.original);
     const shared_text_t result = conversion.masked_texts->masked(conversion.result);
     const lines_t before = split_lines(*original), after = split_lines(*result);
-    const lines_t exact_before = split_lines(*conversion.original);
-    const lines_t exact_after = split_lines(*conversion.result);
+    const stanzas_t stanzas_before(split_lines(*conversion.original));
+    const stanzas_t stanzas_after(split_lines(*conversion.result));
     for (finding_t &finding : findings) {
         finding.detail = mask.message(finding.detail);
-        finding.place = place_of(finding, {exact_before, before}, {exact_after, after});
+        finding.place = place_of(finding, {stanzas_before, before}, {stanzas_after, after});
         mask_lines(finding.before, before);
         mask_lines(finding.after, after);
         for (fix_text_t &fix : finding.fixes)
