@@ -95,6 +95,16 @@ const std::vector<row_t> &rows() {
         {"IC001", "4.1(3)", "5.0(2)", "assoc",
          port + "  switchport trunk allowed vlan 10\n  fcoe\n",
          port + "  switchport trunk allowed vlan 10\n"},
+        // A policy is attached to the system, an interface and the control plane only.
+        {"IC001", "4.0(1)", "4.1(3)", "qos",
+         two_classes + system_policy + attached + "no switchport\n  service-policy output s\n",
+         two_classes + system_policy + attached + port + "  service-policy output s\n"},
+        {"IC001", "4.2(1)", "4.1(2)", "qos",
+         typed_class + typed_policy("q", "queuing", queuing_body) +
+             attached_to("type queuing input q") +
+             "vlan 5\n  service-policy type queuing input q\n",
+         typed_class + typed_policy("q", "queuing", queuing_body) +
+             attached_to("type queuing input q") + "vlan 5\n  name q\n"},
         {"IC004", "4.1(2)", "5.0(2)", "npiv", port + "  description npiv enable later\n",
          "npiv enable\n"},
         {"IC010", "4.0(1)", "4.1(3)", "qos",
@@ -264,6 +274,9 @@ const std::vector<judged_t> &judged() {
     static const std::string hidden = with(
         with(queue, "  match cos 1\n", "  match dscp 46\nclass-map type qos b\n  match cos 1\n"),
         "  class a\n", "  class b\n");
+    static const std::string shadowed = with(two, "    set qos-group 2\n", "");
+    static const std::string member = "  fex associate 101\n",
+                             fabric = "  switchport mode fex-fabric\n";
     static const std::string apart = with(two, "b\n  match cos 1", "b\n  match cos 2");
     static const std::vector<judged_t> table = {
         {"IC002", "5.0(2)", "5.0(3)", port, port + "  shutdown\n", port + port},
@@ -294,6 +307,7 @@ const std::vector<judged_t> &judged() {
         {"IC023", "5.0(2)", "5.0(3)", hidden, with(hidden, "match dscp 46", "match dscp 8"),
          hidden},
         {"IC020", "4.2(1)", "4.1(2)", "class-map type qos a\n", "", "class-map a\n"},
+        {"IC020", "4.2(1)", "4.1(2)", typed_class + "class-map type qos a\n", "", "class-map a\n"},
         {"IC059", "5.0(2)", "5.0(3)", apart, with(apart, "qos-group 3", "qos-group 2"),
          with(apart, "qos-group 3", "qos-group 4")},
         {"IC059", "5.0(2)", "5.0(3)", apart, with(apart, "    set qos-group 3\n", ""), apart},
@@ -312,6 +326,17 @@ const std::vector<judged_t> &judged() {
          two},
         {"IC055", "5.0(2)", "5.0(3)", two,
          with(two, "  class b\n    set qos-group 3\n", "    set qos-group 3\n"), two},
+        // A class that does nothing keeps its packets from those behind it.
+        {"IC055", "5.0(2)", "5.0(3)", shadowed, with(shadowed, "  class a\n", ""),
+         with(shadowed, "  class b\n", "  class b\n    set qos-group 3\n")},
+        {"IC055", "5.0(2)", "5.0(3)", with(shadowed, "  class a\n", ""), shadowed,
+         with(shadowed, "  class a\n", "")},
+        // A word was rewritten in a banner; its lines are still its own.
+        {"IC003", "4.2(1)", "4.1(2)", "banner motd #feature npiv\n  hello\n",
+         "vrf context x\n  hello\nbanner motd #npiv enable\n",
+         "banner motd #npiv enable\n  hello\n"},
+        {"IC001", "5.0(2)", "5.0(2)", "vrf context x\n" + member + fabric,
+         "vrf context x\n" + fabric + member, "vrf  context x\n" + member + fabric},
         {"IC056", "5.0(2)", "5.0(3)", "vlan 5-7\n", "vlan 5-8\n", "vlan 5\nvlan 6-7\n"},
     };
     return table;
@@ -347,8 +372,8 @@ TEST(audit, reads_words_that_were_cut_short) {
         {"IC044", "4.1(2)", "4.2(1)", "npiv en\n"},
         {"IC044", "4.2(1)", "4.1(3)", "mac addr aging-time 600\n"},
         {"IC044", "4.1(2)", "4.2(1)", "port-sec database vsan 2\n"},
-        {"IC068", "5.0(2)", "5.0(3)",
-         "interface Ethernet1/1\n  fex assoc 101\n  switchp mode fex\n"},
+        {"IC043", "4.1(2)", "4.1(3)", "policy-map p\nint Ethernet1/1\n  service-policy output p\n"},
+        {"IC068", "5.0(2)", "5.0(3)", "int Ethernet1/1\n  fex assoc 101\n  switchp mode fex\n"},
         {"IC069", "4.1(2)", "5.0(2)", "vl 10-11\n  fcoe\n"},
     };
     for (const auto &row : rows) {

@@ -24,6 +24,7 @@ constexpr command_t of_first_lines[] = {
     {{{"policy-map", 3}}},
     {{{"system", 3}, {"qos", 1}}},
     {{{"control-plane", 4}}},
+    {{{"interface", 3}}},
     {{{"feature", 3}, {"npiv", 2}}},
     {{{"feature", 3}, {"fc-port-security", 4}}},
     {{{"feature", 3}, {"port-security", 6}}},

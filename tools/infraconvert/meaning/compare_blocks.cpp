@@ -67,12 +67,18 @@ class blocks_t {
     void run() {
         const auto &old = comparison.before.model.blocks, &now = comparison.after.model.blocks;
         const block_t none;
+        auto banners = new_banners();
         for (const auto &[key, block] : old) {
             const auto same = now.find(key);
-            compare(key, block, same == now.end() ? none : same->second);
+            if (same != now.end())
+                compare(key, block, same->second);
+            else if (const auto banner = banners.extract(one_spelling(key)))
+                compare_banners(key, block, *banner.mapped());
+            else
+                compare(key, block, none);
         }
         for (const auto &[key, block] : now) {
-            if (!old.contains(key))
+            if (!old.contains(key) && !respelled_banners.contains(&block))
                 compare(key, none, block);
         }
         tell_respelled();
@@ -83,6 +89,24 @@ class blocks_t {
     }
 
   private:
+    // Those of the result that the original does not have, in one spelling.
+    std::map<std::string, const block_t *> new_banners() const {
+        std::map<std::string, const block_t *> banners;
+        for (const auto &[key, block] : comparison.after.model.blocks) {
+            if (key.starts_with("banner ") && !comparison.before.model.blocks.contains(key))
+                banners.try_emplace(one_spelling(key), &block);
+        }
+        return banners;
+    }
+
+    // The lines of a banner stay its lines when a word in its first line was rewritten.
+    void compare_banners(const std::string &key, const block_t &old, const block_t &now) {
+        gone.push_back({key, {old.header, old.headers.front(), 0}});
+        added.push_back({key, {now.header, now.headers.front(), 0}});
+        compare_lines(key, old.lines, now.lines);
+        respelled_banners.insert(&now);
+    }
+
     void compare(const std::string &key, const block_t &old, const block_t &now) {
         if (!old.headers.empty() && now.headers.empty())
             gone.push_back({key, {old.header, old.headers.front(), 0}});
@@ -255,6 +279,7 @@ class blocks_t {
 
     comparison_t &comparison;
     strays_t gone, added;
+    std::set<const block_t *> respelled_banners;
     std::unordered_map<std::string_view, std::vector<std::string_view>> moved_lines;
     lines_t deeper_before, deeper_after;
 };

@@ -184,10 +184,16 @@ void read_policy(model_t &model, const stanza_t &stanza, const named_t &named,
     }
 }
 
-place_kind_t kind_of_place(std::string_view place) {
-    if (place == "system qos")
+// What a stanza attaches policies to; nothing for stanzas that attach none. There the line is one
+// that the model knows nothing about, even if a converter takes it for an attachment.
+std::optional<place_kind_t> kind_of_place(const words_t &header) {
+    if (header.size() == 2 && header[0] == "system" && header[1] == "qos")
         return place_kind_t::system;
-    return place == "control-plane" ? place_kind_t::control_plane : place_kind_t::interface;
+    if (header.size() == 1 && header[0] == "control-plane")
+        return place_kind_t::control_plane;
+    if (is_interface(header))
+        return place_kind_t::interface;
+    return {};
 }
 
 } // namespace
@@ -205,6 +211,8 @@ bool policy_t::has_actions() const {
     return std::any_of(classes.begin(), classes.end(),
                        [](const class_t &c) { return !c.actions.empty(); });
 }
+
+bool is_interface(const words_t &header) { return header.size() > 1 && header[0] == "interface"; }
 
 bool is_map(const words_t &header) { return header[0] == "class-map" || header[0] == "policy-map"; }
 
@@ -224,16 +232,17 @@ bool read_attachment(model_t &model, const stanza_t &stanza, const line_t &line,
                      const words_t &words) {
     if (words[0] != "service-policy" || line.indent == 0 || stanza.header.text.empty())
         return false;
+    const words_t header = full_words(stanza.header.text, position_t::first_line);
+    const auto kind = kind_of_place(header);
+    if (!kind)
+        return false;
     named_t named = read_name(words);
-    attachment_t attachment = {joined(full_words(stanza.header.text, position_t::first_line)),
-                               {},
+    attachment_t attachment = {kind == place_kind_t::system ? "system" : joined(header),
+                               *kind,
                                named.type,
                                "",
                                named.name,
                                line.number};
-    attachment.kind = kind_of_place(attachment.place);
-    if (attachment.kind == place_kind_t::system)
-        attachment.place = "system";
     if (named.front.size() == 1 && (named.front[0] == "input" || named.front[0] == "output"))
         attachment.direction = named.front[0];
     else if (!named.front.empty() || named.name.empty())

@@ -68,6 +68,11 @@ void check_line(model_t &model, const line_t &line, const words_t &words, bool a
         model.misfits.push_back({kind, line.number, std::string(line.text)});
 }
 
+bool is_of_interface(const stanza_t &stanza) {
+    return !stanza.header.text.empty() &&
+           is_interface(full_words(stanza.header.text, position_t::first_line));
+}
+
 void read_body(model_t &model, const stanza_t &stanza, const std::string &key) {
     block_t *block = nullptr;
     for (const line_t &line : stanza.body) {
@@ -75,7 +80,7 @@ void read_body(model_t &model, const stanza_t &stanza, const std::string &key) {
         if (read_attachment(model, stanza, line, words))
             continue;
         block = block ? block : &block_of(model, key);
-        if (is_fabric_line(words) && line.indent > 0)
+        if (is_fabric_line(words) && line.indent > 0 && is_of_interface(stanza))
             block->fabric.push_back({joined(words), line.number});
         else
             block->lines.push_back(line);

@@ -217,6 +217,7 @@ vlans_t fcoe_vlans(const model_t &model);
 // ---- how a model is read, one function for each kind of stanza
 
 bool is_map(const words_t &header);
+bool is_interface(const words_t &header);
 void read_map(model_t &model, const stanza_t &stanza, const words_t &header);
 // False when the line is none.
 bool read_attachment(model_t &model, const stanza_t &stanza, const line_t &line,

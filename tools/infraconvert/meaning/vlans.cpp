@@ -46,14 +46,14 @@ list_t read_list(std::string_view list, vlans_t &vlans) {
 
 bool is_number(char c) { return c >= '0' && c <= '9'; }
 
-void read_body(model_t &model, const stanza_t &stanza, vlan_stanza_t &vlans) {
+void read_body(const stanza_t &stanza, vlan_stanza_t &vlans) {
     for (const line_t &line : stanza.body) {
         const words_t words = full_words(line.text, position_t::body);
         const bool off = words.size() == 2 && words[0] == "no" && words[1] == "fcoe";
         if (words.size() == 1 && words[0] == "fcoe" && line.indent > 0) {
             vlans.fcoe.push_back(line.number);
             vlans.has_fcoe = true;
-        } else if (!read_attachment(model, stanza, line, words)) {
+        } else {
             vlans.other.push_back(line);
             vlans.loses_fcoe = vlans.loses_fcoe || off;
             vlans.has_fcoe = vlans.has_fcoe && !off;
@@ -74,7 +74,7 @@ bool read_vlans(model_t &model, const stanza_t &stanza, const words_t &header) {
                                  stanza.header.number, std::string(stanza.header.text)});
         return false;
     }
-    read_body(model, stanza, vlans);
+    read_body(stanza, vlans);
     model.vlans.push_back(std::move(vlans));
     return true;
 }
