@@ -13,6 +13,7 @@ namespace {
 struct selected_t {
     std::vector<std::string> matches; // sorted
     bool all = false, has_groups = false;
+    bool empty = false;        // one of type qos matches nothing at all
     bool control_plane = true; // and of no other type
     lines_t lines;
 };
@@ -21,6 +22,8 @@ using selections_t = std::map<std::string_view, selected_t>;
 void add(selected_t &selected, const class_map_t &map) {
     selected.lines.insert(selected.lines.end(), map.headers.begin(), map.headers.end());
     selected.has_groups = selected.has_groups || !map.groups.empty();
+    selected.empty =
+        selected.empty || (map.type == types::qos && map.matches.empty() && map.groups.empty());
     selected.control_plane = selected.control_plane && map.type == types::control_plane;
     selected.all = selected.all || (map.all && map.matches.size() > 1);
     for (const criterion_t &criterion : map.matches) {
@@ -46,7 +49,8 @@ selections_t selections_of(const model_t &model) {
 bool may_go(const content_t &content, std::string_view name, const selected_t &old) {
     const bool crosses =
         content.comparison.before.is_typed() && !content.comparison.after.is_typed();
-    return old.matches.empty() && ((crosses && old.has_groups) || is_predefined(name));
+    const bool by_groups = old.has_groups && !old.empty;
+    return old.matches.empty() && ((crosses && by_groups) || is_predefined(name));
 }
 
 void tell_gone(content_t &content, std::string_view name, const selected_t &old) {

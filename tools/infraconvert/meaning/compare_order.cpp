@@ -32,7 +32,56 @@ struct order_t {
         }
         return found->second.front();
     }
+
+    bool has_name(std::string_view name) const {
+        return std::any_of(classes.begin(), classes.end(),
+                           [&](const ordered_t &each) { return each.name == name; });
+    }
 };
+
+// The class is there by its name, or under a new one.
+bool stays(const ordered_t &wanted, const order_t &from, const order_t &in) {
+    const auto found = in.by_traffic.find(wanted.traffic);
+    return in.has_name(wanted.name) ||
+           (found != in.by_traffic.end() &&
+            std::any_of(found->second.begin(), found->second.end(),
+                        [&](size_t each) { return !from.has_name(in.classes[each].name); }));
+}
+
+// By match line the class that gets its packets: the first that has the line.
+using takers_t = std::map<std::string_view, const ordered_t *>;
+
+takers_t takers_of(const order_t &order) {
+    takers_t takers;
+    for (const ordered_t &each : order.classes) {
+        for (const criterion_t &line : each.map->matches)
+            takers.try_emplace(line.text, &each);
+    }
+    return takers;
+}
+
+// "cos 4", "cos 5" and "dscp 46" of "cos 4 or cos 5 and dscp 46".
+std::set<std::string, std::less<>> criteria_in(std::string_view traffic) {
+    std::set<std::string, std::less<>> criteria;
+    for (size_t first = 0; first <= traffic.size();) {
+        const size_t end = std::min(traffic.find(" or ", first), traffic.find(" and ", first));
+        criteria.emplace(traffic.substr(first, end - first));
+        if (end == traffic.npos)
+            break;
+        first = traffic.find(' ', end + 1) + 1;
+    }
+    return criteria;
+}
+
+// The match lines of which rows are different: that is told already.
+std::set<std::string, std::less<>> lines_told(const std::vector<difference_t> &differences) {
+    std::set<std::string, std::less<>> lines;
+    for (const difference_t &difference : differences) {
+        for (const row_change_t &change : difference.rows)
+            lines.merge(criteria_in(change.row.traffic));
+    }
+    return lines;
+}
 
 order_t order_of(const model_t &model, const policy_t &policy) {
     order_t order;
@@ -77,14 +126,15 @@ struct former_t {
 
 class order_teller_t {
   public:
-    explicit order_teller_t(comparison_t &compared_texts) : comparison(compared_texts) {}
+    explicit order_teller_t(comparison_t &compared_texts)
+        : comparison(compared_texts), rows_told(lines_told(compared_texts.differences)) {}
 
     void run() {
         const classifiers_t now = classifiers_of(comparison.after.model);
         for (const auto &[place, policies] : classifiers_of(comparison.before.model)) {
             const auto there = now.find(place);
             for (const policy_t *policy : policies) {
-                if (policy->classes.size() > 1 && there != now.end())
+                if (there != now.end())
                     compare(*policy, partner(*policy, there->second));
             }
         }
@@ -124,6 +174,29 @@ class order_teller_t {
             for (const criterion_t &line : each.map->matches)
                 compare(former[line.text], moved);
         }
+        compare_takers(old, now);
+    }
+
+    // Behind a class that only stood in front of others and is gone, or in front of which there is
+    // a new one, classes keep their rows and get other packets.
+    void compare_takers(const order_t &old, const order_t &now) {
+        const takers_t takers = takers_of(now);
+        for (const auto &[line, was] : takers_of(old)) {
+            const auto is = takers.find(line);
+            if (is == takers.end() || rows_told.contains(line))
+                continue;
+            if (is->second->acts && !stays(*was, old, now))
+                tell(*was, *is->second,
+                     " is gone, and its packets belong to class " + is->second->name);
+            else if (was->acts && !stays(*is->second, now, old))
+                tell(*was, *is->second, " lost packets to class " + is->second->name);
+        }
+    }
+
+    void tell(const ordered_t &was, const ordered_t &is, const std::string &what) {
+        const std::string words = "class " + was.name + what;
+        if (told.insert(words).second)
+            comparison.add("IC055", words, {was.line}, {is.line});
     }
 
     void compare(former_t &former, const moved_t &moved) {
@@ -147,6 +220,7 @@ class order_teller_t {
     }
 
     comparison_t &comparison;
+    const std::set<std::string, std::less<>> rows_told;
     std::unordered_map<const policy_t *, order_t> orders;
     std::set<std::pair<const policy_t *, const policy_t *>> compared;
     std::set<std::string> told;
