@@ -1,4 +1,4 @@
-// SARIF.
+// SARIF: what the schema of the format cannot tell. The other formats are held by tests/engines.
 
 #include "infraconvert/workspace.h"
 #include "reports/formats.h"

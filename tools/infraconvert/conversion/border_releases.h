@@ -5,7 +5,7 @@ namespace infraconvert {
 
 // Oldest first. A release that is not here has the rules of the last of these that is not newer;
 // the K and U releases of a release are newer than it and older than the next. A few that are no
-// border stand here because people look for them.
+// border stand here because people look for them. The last is the newest release that is known.
 inline constexpr const char *border_releases[] = {
     "3.1(1)",      "4.0(1)",      "4.1(1)",      "4.1(2)", "4.1(3)", "4.1(3)K1(1)",
     "4.1(3)K2(1)", "4.1(4)",      "4.2(1)",      "5.0(1)", "5.0(2)", "5.0(3)",

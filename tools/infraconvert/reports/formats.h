@@ -17,7 +17,7 @@ struct format_t {
 // All formats, the one without --format first.
 std::span<const format_t> formats();
 
-// "text, json or sarif", for help and errors.
+// Their names as help and errors list them: with commas, and "or" ahead of the last.
 std::string format_names();
 // Null for a format that there is not.
 std::unique_ptr<writer_t> writer_named(const std::string &name, output_t out);
