@@ -9,7 +9,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 seconds=${1:-60}
-targets=(${2:-npiv fcportsec fwm satmgr assoc qos engine mask})
+targets=(${2:-npiv fcportsec fwm satmgr assoc qos engine meaning mask plan exceptions})
 build=${FUZZ_BUILD:-build/fuzz}
 [ -w /dev/shm ] && export TMPDIR=/dev/shm
 
@@ -25,7 +25,7 @@ for target in "${targets[@]}"; do
   log=$build/$target.log
   arguments=(-max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 -max_len=8192
              -print_final_stats=1 -artifact_prefix="$build/findings/$target-")
-  [[ $target =~ ^(engine|mask)$ ]] || arguments+=(-dict="$build/seeds/keywords")
+  [[ $target =~ ^(engine|mask|plan|exceptions)$ ]] || arguments+=(-dict="$build/seeds/keywords")
   if ! "$build/fuzz/fuzz_$target" "${arguments[@]}" "$build/corpus/$target" "$build/seeds/$target" \
        "fuzz/regressions/$target" 2>"$log" >/dev/null; then
     status=1

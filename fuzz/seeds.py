@@ -6,6 +6,7 @@ usage: seeds.py DIRECTORY
 DIRECTORY/<target>/ receives every golden configuration of that converter, DIRECTORY/keywords the
 texts that the library's sources compare with.
 """
+import json
 import os
 import re
 import sys
@@ -68,6 +69,36 @@ def mask_seeds(directory):
                 file.write(b"\x03" + entries + secret)
 
 
+def plan_seeds(directory):
+    """Plans with configurations in every state, on one line, so that a change of one byte meets something."""
+    count = {"errors": 1, "warnings": 2, "notes": 0, "agreed": 3}
+    agreed = [{"code": "IC041", "findings": 3, "reason": "moved", "until": "2027-03-31"}]
+    configurations = [
+        {"path": "site/leaf-1.cfg", "state": state, "problem": "", "route": ["4.1(2)", "5.0(3)"], "rules": ["IC-QOS-04"],
+         "failed_services": ["qos"], "findings": count, "agreed": agreed, "refused": ["IC030"], "mended": True,
+         "input_digest": "ab12", "result_digest": "cd34"}
+        for state in ("ready", "unchanged", "refused", "failed", "unusable")]
+    configurations.append({**configurations[0], "path": "caf\ufffd", "path_base64": "Y2Fm6Q=="})
+    os.makedirs(f"{directory}/plan", exist_ok=True)
+    for number in range(len(configurations) + 1):
+        plan = {"kind": "infraconvert plan", "format_version": 2, "services": ["qos", "npiv"], "keep_going": False,
+                "mend": "all", "key_digest": "ef56", "configurations": configurations[:number]}
+        with open(f"{directory}/plan/{number}", "w", encoding="ascii") as file:
+            json.dump(plan, file, separators=(",", ":"))
+
+
+def exceptions_seeds(directory):
+    """Names, places and lines that hold what has a meaning in them."""
+    names = ["site/leaf-1.cfg", " a b ", "a|b", "[x]*?\\", "a/../b", ""]
+    places = ["interface Ethernet1/1", "policy-map type qos x|y", "vlan 10 <masked> ", "*", "", "system qos"]
+    lines = ["IC041 | leaf-* | interface Ethernet1/* | moved | 2027-03-31", "# nothing\n\nic043 | a/b.cfg", "IC041",
+             "IC999 | x", "IC041 | a | b | c | 2026-06-29", "IC041 | [!a]*.cfg | \\* | r | tomorrow"]
+    os.makedirs(f"{directory}/exceptions", exist_ok=True)
+    for number, texts in enumerate(zip(names, places, lines)):
+        with open(f"{directory}/exceptions/{number}", "w", encoding="ascii") as file:
+            file.write("\n".join(texts) + "\n")
+
+
 def keywords(directory):
     found = set()
     library = f"{root}/infra/convert_libs/comps/libinfraconvert_ascii"
@@ -88,6 +119,8 @@ def main():
     engine_seeds(directory)
     meaning_seeds(directory)
     mask_seeds(directory)
+    plan_seeds(directory)
+    exceptions_seeds(directory)
     keywords(directory)
 
 

@@ -1,0 +1,329 @@
+// Every call of a replacement fails in turn, alone and together with a later one, and with every
+// reason that may matter to it, for all the ways in which a file can be replaced. Afterwards the
+// file is the old one or the new one, and nothing stands beside it.
+//
+// The calls are those of the engine's objects, which the linker leads through here.
+
+#include "engine/replace_file.h"
+#include "support/converter_process.h"
+
+#include <algorithm>
+#include <dirent.h>
+#include <fcntl.h>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <set>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Not an error: the file seems to be on another device than it is.
+constexpr int another_device = 0;
+
+struct fault_t {
+    int number; // of the call; -1: none
+    int error;
+};
+
+// What happens to the calls between arm() and disarm().
+struct script_t {
+    fault_t first = {-1, 0}, second = {-1, 0};
+    bool armed = false;
+    std::vector<std::string> calls = {}; // by number
+    std::set<std::string> failed = {};
+
+    bool fails(const char *call) {
+        if (!armed)
+            return false;
+        const int number = static_cast<int>(calls.size());
+        calls.emplace_back(call);
+        if (number != first.number && number != second.number)
+            return false;
+        failed.insert(call);
+        errno = number == first.number ? first.error : second.error;
+        return true;
+    }
+};
+script_t script;
+
+} // namespace
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker's names
+#define CAN_FAIL(result, name, parameters, arguments)                                              \
+    extern "C" result __real_##name parameters;                                                    \
+    extern "C" result __wrap_##name parameters;                                                    \
+    result __wrap_##name parameters {                                                              \
+        return script.fails(#name) ? static_cast<result>(-1) : __real_##name arguments;            \
+    }
+
+CAN_FAIL(int, openat, (int in, const char *name, int flags, mode_t mode), (in, name, flags, mode))
+CAN_FAIL(int, fcntl, (int file, int command, int argument), (file, command, argument))
+CAN_FAIL(int, ioctl, (int file, unsigned long request, void *argument), (file, request, argument))
+CAN_FAIL(int, flock, (int file, int what), (file, what))
+CAN_FAIL(int, unlinkat, (int in, const char *name, int flags), (in, name, flags))
+CAN_FAIL(int, linkat, (int in, const char *name, int to, const char *other, int flags),
+         (in, name, to, other, flags))
+CAN_FAIL(int, renameat, (int in, const char *name, int to, const char *other),
+         (in, name, to, other))
+CAN_FAIL(int, renameat2, (int in, const char *name, int to, const char *other, unsigned flags),
+         (in, name, to, other, flags))
+CAN_FAIL(int, fchown, (int file, uid_t user, gid_t group), (file, user, group))
+CAN_FAIL(int, fchmod, (int file, mode_t mode), (file, mode))
+CAN_FAIL(int, futimens, (int file, const timespec *times), (file, times))
+CAN_FAIL(int, fremovexattr, (int file, const char *name), (file, name))
+CAN_FAIL(int, fsetxattr, (int file, const char *name, const void *value, size_t size, int flags),
+         (file, name, value, size, flags))
+CAN_FAIL(ssize_t, fgetxattr, (int file, const char *name, void *value, size_t size),
+         (file, name, value, size))
+CAN_FAIL(ssize_t, flistxattr, (int file, char *names, size_t size), (file, names, size))
+CAN_FAIL(int, fallocate, (int file, int mode, off_t from, off_t size), (file, mode, from, size))
+CAN_FAIL(int, ftruncate, (int file, off_t size), (file, size))
+CAN_FAIL(ssize_t, write, (int file, const void *bytes, size_t size), (file, bytes, size))
+CAN_FAIL(ssize_t, read, (int file, void *bytes, size_t size), (file, bytes, size))
+CAN_FAIL(ssize_t, getrandom, (void *bytes, size_t size, unsigned flags), (bytes, size, flags))
+
+// These answer something else than a number, or do their work all the same.
+extern "C" {
+int __real_close(int file);
+int __real_fstat(int file, struct stat *status);
+int __real_lstat(const char *name, struct stat *status);
+char *__real_realpath(const char *name, char *resolved);
+DIR *__real_fdopendir(int file);
+
+int __wrap_close(int file) {
+    const bool fails = script.fails("close");
+    const int error = errno, closed = __real_close(file);
+    errno = error;
+    return fails ? -1 : closed;
+}
+int __wrap_fsync(int) { return script.fails("fsync") ? -1 : 0; } // takes long, and tells nothing
+int __wrap_fstat(int file, struct stat *status) {
+    return script.fails("fstat") ? -1 : __real_fstat(file, status);
+}
+int __wrap_lstat(const char *name, struct stat *status) {
+    const bool fails = script.fails("lstat");
+    if (fails && errno != another_device)
+        return -1;
+    const int found = __real_lstat(name, status);
+    status->st_dev += fails ? 1 : 0;
+    return found;
+}
+char *__wrap_realpath(const char *name, char *resolved) {
+    return script.fails("realpath") ? nullptr : __real_realpath(name, resolved);
+}
+DIR *__wrap_fdopendir(int file) {
+    return script.fails("fdopendir") ? nullptr : __real_fdopendir(file);
+}
+}
+// NOLINTEND(bugprone-reserved-identifier)
+
+namespace {
+
+using engine::replace_rules_t;
+using rights_t = replace_rules_t::rights_t;
+
+constexpr const char *old_text = "old text", *new_text = "new contents";
+constexpr mode_t target_mode = 0644, source_mode = 0640;
+
+enum class target_t { file, second_link, absent, dangling_link, device };
+
+struct way_t {
+    const char *name;
+    target_t target;
+    rights_t rights = rights_t::of_target;
+    bool keeps_times = false;
+    enum { not_asked, yes, no } expected = not_asked;
+};
+
+const way_t ways[] = {
+    {"replaced", target_t::file},
+    {"in place", target_t::second_link},
+    {"made", target_t::absent},
+    {"not made behind a link", target_t::dangling_link},
+    {"written to", target_t::device},
+    {"replaced with the rights of another", target_t::file, rights_t::of_source, true},
+    {"in place with the rights of another", target_t::second_link, rights_t::of_source},
+    {"made with the rights of another", target_t::absent, rights_t::of_source, true},
+    {"written to with the rights of another", target_t::device, rights_t::of_source},
+    {"replaced for its owner", target_t::file, rights_t::of_owner},
+    {"in place for its owner", target_t::second_link, rights_t::of_owner},
+    {"made for its owner", target_t::absent, rights_t::of_owner},
+    {"replaced as expected", target_t::file, rights_t::of_target, false, way_t::yes},
+    {"not as expected", target_t::file, rights_t::of_target, false, way_t::no},
+};
+
+// A place in which a file is replaced in one of the ways.
+class replacement_t {
+  public:
+    explicit replacement_t(const way_t &chosen) : way(chosen) {}
+
+    // What a writer who is dead left behind stands beside the file.
+    void prepare() const {
+        fs::remove_all(folder());
+        support::write_file(folder() + "/source", "source");
+        chmod((folder() + "/source").c_str(), source_mode);
+        setxattr((folder() + "/source").c_str(), "user.comment", "a", 1, 0);
+        support::write_file(folder() + "/.a.cfg.infraconvert-0123456789abcdef", "left behind");
+        if (way.target == target_t::dangling_link)
+            fs::create_symlink("none", file());
+        if (way.target != target_t::file && way.target != target_t::second_link)
+            return;
+        support::write_file(file(), old_text);
+        chmod(file().c_str(), target_mode);
+        setxattr(file().c_str(), "user.comment", "b", 1, 0);
+        if (way.target == target_t::second_link)
+            fs::create_hard_link(file(), folder() + "/second");
+    }
+
+    // Returns true when the replacement says that it is done.
+    bool run(fault_t first, fault_t second) const {
+        const engine::file_t source(open((folder() + "/source").c_str(), O_RDONLY));
+        replace_rules_t rules = {
+            .rights = way.rights, .source = source.descriptor(), .keeps_times = way.keeps_times};
+        if (way.expected != way_t::not_asked)
+            rules.is_expected = [this](int) { return way.expected == way_t::yes; };
+        script = {.first = first, .second = second, .armed = true};
+        bool done = false;
+        {
+            engine::replace_file_t replacement(rules);
+            done = replacement.begin(file().c_str()) && replacement.write("new ") &&
+                   replacement.write("contents") && replacement.commit();
+        }
+        script.armed = false;
+        return done;
+    }
+
+    std::string contents() const { return support::read_file(file()); }
+    std::string contents_before() const {
+        const bool was_there = way.target == target_t::file || way.target == target_t::second_link;
+        return was_there ? old_text : "";
+    }
+    mode_t mode() const {
+        struct stat status = {};
+        return stat(file().c_str(), &status) == 0 ? status.st_mode & 0777 : 0;
+    }
+    // No more people than before, nor than the source allows once its text may be there.
+    mode_t widest_mode() const {
+        const mode_t before = way.target == target_t::absent ? 0666 : target_mode;
+        const mode_t allowed = way.rights == rights_t::of_target  ? 0777
+                               : way.rights == rights_t::of_owner ? 0600
+                                                                  : source_mode;
+        return contents() == new_text ? before & allowed : before;
+    }
+    // The texts of what stands beside the file.
+    std::set<std::string> beside() const {
+        std::set<std::string> texts;
+        for (const auto &entry : fs::directory_iterator(folder())) {
+            if (entry.path().filename().string().starts_with(".a.cfg.infraconvert-"))
+                texts.insert(support::read_file(entry.path()));
+        }
+        return texts;
+    }
+
+  private:
+    std::string folder() const { return place.path() + "/folder"; }
+    std::string file() const {
+        return way.target == target_t::device ? "/dev/null" : folder() + "/a.cfg";
+    }
+
+    const way_t &way;
+    const support::temporary_directory_t place;
+};
+
+bool failed(std::initializer_list<const char *> calls) {
+    return std::any_of(calls.begin(), calls.end(),
+                       [](const char *call) { return script.failed.contains(call); });
+}
+
+bool last_sync_failed() {
+    const auto last = std::find(script.calls.rbegin(), script.calls.rend(), "fsync");
+    const auto number = script.calls.rend() - last - 1;
+    return number >= 0 && (number == script.first.number || number == script.second.number);
+}
+
+// The directory is synced last; what could not be exchanged back has the file's name; a file system
+// that cannot rename to a new name gives it a second one first.
+bool may_be_new_all_the_same(const way_t &way) {
+    switch (way.target) {
+    case target_t::file:
+        return last_sync_failed() ||
+               (way.expected != way_t::not_asked && failed({"renameat2", "openat"}));
+    case target_t::absent:
+        return last_sync_failed() || failed({"unlinkat"});
+    default:
+        return false;
+    }
+}
+
+void check_contents(const way_t &way, const replacement_t &replacement, bool done) {
+    const std::string contents = replacement.contents();
+    const bool is_new = contents == new_text, is_old = contents == replacement.contents_before();
+    const bool may_be_torn = script.second.number >= 0 && way.target == target_t::second_link;
+    const bool is_right = done ? is_new : is_old || (is_new && may_be_new_all_the_same(way));
+    EXPECT_TRUE(is_right || (!done && may_be_torn)) << done << ' ' << contents;
+    EXPECT_EQ(replacement.mode() & ~replacement.widest_mode(), 0u) << replacement.mode();
+}
+
+// What the dead left is removed by those who look for it, and who can.
+void check_beside(const way_t &way, const replacement_t &replacement, bool done) {
+    const bool may_not_be_seen =
+        failed({"openat", "fstat", "flock", "fdopendir", "fcntl"}) || failed({"realpath", "lstat"});
+    std::set<std::string> beside = replacement.beside();
+    if (!done || may_not_be_seen || way.target == target_t::second_link)
+        beside.erase("left behind");
+    if (failed({"unlinkat", "renameat2"}))
+        return;
+    EXPECT_EQ(beside, std::set<std::string>());
+}
+
+constexpr int reasons[] = {
+    EIO,   EINTR, EINVAL, EACCES, EPERM,  ENOSPC, EDQUOT,       EFBIG,       ENOTSUP,       ENODATA,
+    EXDEV, EBUSY, EROFS,  EBADF,  ENOENT, EEXIST, ENAMETOOLONG, EWOULDBLOCK, another_device};
+
+class replacement_test : public testing::TestWithParam<way_t> {};
+
+TEST_P(replacement_test, leaves_the_old_file_or_the_new_one) {
+    const way_t &way = GetParam();
+    const replacement_t replacement(way);
+    int faults = 0;
+    const auto try_out = [&](fault_t first, fault_t second) {
+        replacement.prepare();
+        const bool done = replacement.run(first, second);
+        const std::string call =
+            first.number < 0 ? "none"
+                             : script.calls[std::min<size_t>(static_cast<size_t>(first.number),
+                                                             script.calls.size() - 1)];
+        SCOPED_TRACE(std::string(way.name) + ": " + call + ", " + strerror(first.error) +
+                     ", second fault at " + std::to_string(second.number));
+        if (way.target != target_t::device) {
+            check_contents(way, replacement, done);
+            check_beside(way, replacement, done);
+        }
+        faults += static_cast<int>(script.failed.size());
+    };
+    try_out({-1, 0}, {-1, 0});
+    const int calls = static_cast<int>(script.calls.size());
+    for (int number = 0; number < calls; number++) {
+        for (const int reason : reasons)
+            try_out({number, reason}, {-1, 0});
+        for (const int reason : {EIO, EINVAL}) {
+            try_out({number, reason}, {-1, 0});
+            const int calls_then = static_cast<int>(script.calls.size());
+            for (int later = number + 1; later < calls_then; later++)
+                try_out({number, reason}, {later, EIO});
+        }
+    }
+    EXPECT_GT(faults, calls);
+}
+
+INSTANTIATE_TEST_SUITE_P(ways, replacement_test, testing::ValuesIn(ways), [](const auto &each) {
+    std::string name = each.param.name;
+    std::replace(name.begin(), name.end(), ' ', '_');
+    return name;
+});
+
+} // namespace
