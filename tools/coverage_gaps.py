@@ -18,8 +18,12 @@ def main():
     for file in json.load(sys.stdin)["data"][0]["files"]:
         with open(file["filename"], encoding="utf-8") as source:
             lines = source.read().split("\n")
-        for record in sorted(file.get("mcdc_records", [])):
-            shown = record[-1]
+        # A template stands once in the source, whatever it is made for.
+        decisions = {}
+        for record in file.get("mcdc_records", []):
+            known = decisions.setdefault(tuple(record[:4]), [False] * len(record[-1]))
+            decisions[tuple(record[:4])] = [one or other for one, other in zip(known, record[-1])]
+        for record, shown in sorted(decisions.items()):
             total += len(shown)
             gaps += shown.count(False)
             if not all(shown):

@@ -6,6 +6,7 @@
 #include "include/libinfraconvertascii.h"
 
 #include <gtest/gtest.h>
+#include <unordered_map>
 #include <utility>
 
 TEST(map_database, teardown_frees_what_a_record_holds_first) {
@@ -31,6 +32,29 @@ TEST(map_database, teardown_frees_what_a_record_holds_first) {
         expected += "qoscnv_db_teardown(): Freeing block of memory at <ptr>\n";
     EXPECT_EQ(support::without_addresses(support::read_file(log)), expected);
     EXPECT_TRUE(classmaps.empty() && policymaps.empty());
+}
+
+// Names are looked for by a hash of 32 bits, which two names share soon.
+TEST(map_database, names_of_one_hash_are_two_names) {
+    std::unordered_map<uint32_t, std::string> names;
+    std::string other;
+    const auto is_new = [&](const std::string &name) {
+        const auto hash = static_cast<uint32_t>(std::hash<std::string_view>{}(name));
+        return names.emplace(hash, name).second;
+    };
+    for (int i = 0; i < 10'000'000 && other.empty(); i++) {
+        if (const std::string name = "c" + std::to_string(i); !is_new(name))
+            other = name;
+    }
+    ASSERT_NE(other, "");
+    const std::string &one = names.at(static_cast<uint32_t>(std::hash<std::string_view>{}(other)));
+    qoscnv_db_init();
+    classmaps.append(qoscnv_new_classmap({"test"}, one));
+    EXPECT_EQ(qoscnv_find_classmap(other), nullptr);
+    classmaps.append(qoscnv_new_classmap({"test"}, other));
+    EXPECT_EQ(qoscnv_find_classmap(one)->name, one);
+    EXPECT_EQ(qoscnv_find_classmap(other)->name, other);
+    qoscnv_db_init();
 }
 
 TEST(map_database, the_first_keyword_decides_the_type_of_an_action) {

@@ -15,6 +15,8 @@ constexpr pair_t to_typed = {"4.0(1)", "4.1(3)"}, to_untyped = {"5.0(2)", "4.0(1
                  mtu_up = {"4.1(3)", "5.0(2)"}, mtu_down = {"5.0(2)", "4.1(3)"};
 
 const std::string long_word(200, 'w'), cut_word(199, 'w');
+// A name that fits its own line, but not the typed one.
+const std::string long_name(180, 'n');
 
 // Attachments of a policy that each grow to almost six times their length.
 std::string untyped_with_attachments(int count) {
@@ -22,6 +24,15 @@ std::string untyped_with_attachments(int count) {
                        "    pause\nsystem qos\n";
     while (count-- > 0)
         text += "  service-policy p\n";
+    return text;
+}
+
+// More than are looked through one by one; the last one comes again.
+std::string many_classes(const std::string &type) {
+    std::string text;
+    for (int i = 0; i < 22; i++)
+        text +=
+            "  class " + type + "c" + std::to_string(std::min(i, 20)) + "\n    set qos-group 2\n";
     return text;
 }
 
@@ -68,7 +79,17 @@ const row_t refused[] = {
     {to_typed, "\nclass-map a\npolicy-map p\n  class a\n    priority\n",
      "qoscnv_create_qosgrp_policymap(): Could not find policy-maps; aborting\n"
      "qoscnv_rewrite_maps(): could not create type queuing policy-map for policy-map p\n"},
+    {to_typed,
+     "\nclass-map a\nclass-map b\npolicy-map " + long_name + "\n  class a\n    priority\nend\n",
+     "qoscnv_create_qosgrp_policymap(): Unexpected text: policy-map type queuing " +
+         long_name.substr(5) + "\n"},
     // Existing policy-maps become type qos.
+    {to_typed, "\nclass-map a\nclass-map b\npolicy-mapX y\n  class a\n    priority\nend\n",
+     "qoscnv_alter_existing_policymap(): unexpected format for policy-map; aborting\n"},
+    {to_typed,
+     "\nclass-map c\nclass-map d\ninterface 1\n  description policy-map zz\n  class c\n"
+     "    priority\nend\n",
+     "qoscnv_rewrite_maps(): could not create type queuing policy-map for policy-map zz\n"},
     {to_typed,
      "\nclass-map a\nclass-map b\npolicy-map p\n  class b\n    set qos-group 2\n"
      "  class c9\n    set qos-group 3\n  class a\n    priority\nend\n",
@@ -91,6 +112,11 @@ const row_t refused[] = {
     {to_typed, "\nclass-map a\ninterface 1\n  service-policy input " + long_word + "\n",
      "qoscnv_rewrite_attachments(): Unexpected text: service-policy input " + cut_word.substr(21) +
          "\n"},
+    {to_typed,
+     "\nclass-map a\nclass-map b\npolicy-map " + long_name +
+         "\n  class a\n    set qos-group 2\nsystem qos\n  service-policy " + long_name + "\n",
+     "qoscnv_rewrite_attachments(): Unexpected text:   service-policy type qos input " +
+         long_name.substr(13) + "\n"},
     {to_typed, untyped_with_attachments(100),
      "qoscnv_insert_text(): refusing to insert text of length "},
     // Typed maps are read and rebuilt.
@@ -195,6 +221,27 @@ const passed_by_t passed_by[] = {
     {{to_untyped, "\nsystem qos\n  service-policy input p\n  service-policy output q\n",
       "qoscnv_delete_duplicate_attachments(): found service-policy name q\n"},
      "\nsystem qos\n  service-policy p\n"},
+    // The description of one map is looked for once, and stays where it is not the first line.
+    {{to_untyped,
+      "\nclass-map type qos a\n  match cos 1\n  description x\nclass-map type qos b\n"
+      "  match cos 2\nend\n",
+      "qoscnv_remove_description(): found class-map at byte 51\n"},
+     "\nclass-map a\n  match cos 1\n  description x\nclass-map b\n  match cos 2\nend\n"},
+    {{to_untyped,
+      "\nclass-map type qos a\n  match cos 1\nsystem qos\n  service-policy type queuing input p\n"
+      "policy-map type queuing p\n  class type queuing a\n    priority\nend\n",
+      "qoscnv_write_policymaps(): writing policy-map for p\n"},
+     "\nclass-map a\n  match cos 1\nsystem qos\n  service-policy p\n"
+     "policy-map p\n  class a\n    priority\nend\n"},
+    // The first header of a name has no body, the second one has.
+    {{to_typed, "\nclass-map a\npolicy-map p\npolicy-map p\n  class a\n    set qos-group 2\nend\n",
+      "qoscnv_alter_existing_type_qos_policymap(): found policy-map name p\n"},
+     "\nclass-map type qos a\npolicy-map type qos p\npolicy-map type qos p\n"
+     "  class a\n    set qos-group 2\nend\n"},
+    {{to_typed, "\nclass-map c\npolicy-map p\n" + many_classes("") + "end\n",
+      "qoscnv_rewrite_maps(): policy-map p does not have actions of type queuing or type "
+      "unified-fabric\n"},
+     "\nclass-map type qos c\npolicy-map type qos p\n" + many_classes("type qos ") + "end\n"},
     {{mtu_down, "hostname a\n",
       "qoscnv_remove_match_any(): qoscnv_remove_match_any(2094): ver from_ge_5_0_2 1, to_eq_4_1_3 "
       "1\n"},

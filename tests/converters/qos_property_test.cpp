@@ -12,7 +12,8 @@ namespace {
 
 class generator_t {
   public:
-    explicit generator_t(unsigned seed) : random(seed) {}
+    // An `odd` configuration has policy-maps without a body, and names that come again.
+    explicit generator_t(unsigned seed, bool odd = false) : random(seed), is_odd(odd) {}
 
     std::string configuration() {
         std::string text = "hostname switch\nvlan 1\n";
@@ -25,7 +26,7 @@ class generator_t {
             text += "class-map class-fcoe\n  match cos 3\n";
         const int policies = 1 + below(3);
         for (int i = 0; i < policies; i++)
-            text += policy(i, maps);
+            text += policy(is_odd ? below(policies) : i, maps);
         if (below(5))
             text += "system qos\n  service-policy p" + std::to_string(below(policies)) + "\n";
         for (int i = 1; i <= below(4); i++)
@@ -44,7 +45,7 @@ class generator_t {
         static const char *const predefined[] = {"class-default", "class-fcoe",
                                                  "class-ip-multicast", "class-all-flood"};
         std::string text = "policy-map p" + std::to_string(number) + "\n";
-        for (int i = 0; i < 1 + below(5); i++) {
+        for (int i = 0; i < (is_odd ? 0 : 1) + below(5); i++) {
             text += "  class ";
             text += below(3) ? 'c' + std::to_string(below(maps)) : predefined[below(4)];
             text += '\n';
@@ -55,6 +56,7 @@ class generator_t {
     }
 
     std::mt19937 random;
+    const bool is_odd;
 };
 
 const std::set<std::string> types = {"qos", "queuing", "network-qos"};
@@ -126,4 +128,19 @@ TEST(qos_upgrade, result_is_typed_and_its_names_exist) {
     }
     EXPECT_GT(converted, 100);
     EXPECT_GT(failed, 20);
+}
+
+// Without a log the passes go on from what they found last, instead of looking from the start.
+TEST(qos_upgrade, is_the_same_with_a_log_and_without) {
+    const auto &qos = support::service_named("qos");
+    int converted = 0;
+    for (unsigned seed = 0; seed < 150; seed++) {
+        const std::string before = generator_t(seed, true).configuration();
+        const auto one = support::convert(qos, before, "4.0(1)", "4.1(3)", 0);
+        const auto other = support::convert(qos, before, "4.0(1)", "4.1(3)", 1);
+        ASSERT_EQ(one.status, other.status) << before;
+        ASSERT_EQ(one.file, other.file) << before;
+        converted += one.status == 0;
+    }
+    EXPECT_GT(converted, 30);
 }

@@ -82,6 +82,26 @@ TEST(routing, each_pair_runs_its_rewrite) {
     }
 }
 
+// A line that ends at a zero byte, or is too long, stays where it is; the end marker only ends one.
+TEST(routing, fabric_lines_that_cannot_be_moved) {
+    using namespace std::string_literals;
+    const std::string fex = "interface a\n  fex associate 1", mode = "  switchport mode fex-fabric";
+    const struct {
+        std::string before, after;
+    } texts[] = {
+        {fex + "\n" + mode + "\0\n"s, fex + "\n" + mode + "\0\n"s},
+        {fex + "\n" + mode + std::string(40, ' ') + "x\n",
+         fex + "\n" + mode + std::string(40, ' ') + "x\n"},
+        {fex + "\n" + mode + "\xFF\n", "interface a\n" + mode + "\n  fex associate 1\n\n"},
+    };
+    for (const auto &row : texts) {
+        const auto result =
+            support::convert(support::service_named("satmgr"), row.before, "4.2(1)", "5.0(3)");
+        EXPECT_EQ(result.status, 0) << row.before;
+        EXPECT_EQ(result.file, row.after) << row.before;
+    }
+}
+
 namespace {
 
 // A text of the words that the converters look for, in random order and layout.

@@ -94,6 +94,7 @@ TEST(scan, words_as_formatted_scanning_reads_them) {
         {"   classy", "  class %s\n", 1, "y"},
         {"class \xFF", "class %s", 0, ""},
         {"class c\xFF", "class %s", 1, "c\xFF"},
+        {std::string("class c\0d", 9), "class %s", 1, "c"},
         {"class " + longest, "class %s", 1, longest},
         {"class " + longest + "x y", "class %s %s", 1, longest + "x"},
     };
@@ -150,6 +151,7 @@ TEST(edits, insertions_that_do_harm_are_refused) {
     EXPECT_FALSE(npiv_insert_text(8, "x"));
     EXPECT_FALSE(npiv_insert_text(nowhere, "x"));
     EXPECT_FALSE(npiv_insert_text(0, "a\xFF"));
+    EXPECT_FALSE(engine::replace_text(npiv_engine, 0, 2, "\xFF"));
     EXPECT_FALSE(npiv_insert_text(0, std::string(12, 'x')));
     EXPECT_EQ(text_of(npiv_engine), "ab12cde");
     EXPECT_TRUE(npiv_engine.edit_refused);

@@ -104,15 +104,17 @@ TEST(replace_file, what_the_dead_left_behind_is_removed_and_nothing_else) {
         ".a.cfg" + mark + "00000000000000bb", // a second name of the next
         "saved",
         ".a.cfg" + mark + "00000000000000cc", // a link
+        ".a.cfg" + mark + "00000000000000dd", // no file
         ".a.cfg" + mark + "of-somebody-else",
         ".b.cfg" + mark + "0000000000000000",
     };
     for (const std::string &name : stay) {
-        if (name != "saved" && !name.ends_with("cc"))
+        if (name != "saved" && !name.ends_with("cc") && !name.ends_with("dd"))
             support::write_file(path(name), "old");
     }
     fs::create_hard_link(path(".a.cfg" + mark + "00000000000000bb"), path("saved"));
     fs::create_symlink("saved", path(".a.cfg" + mark + "00000000000000cc"));
+    mkfifo(path(".a.cfg" + mark + "00000000000000dd").c_str(), 0600);
     support::write_file(path(".a.cfg" + mark + "0123456789abcdef"), "left behind");
     const engine::file_t alive =
         engine::open_at(AT_FDCWD, path(".a.cfg" + mark + "00000000000000aa").c_str(), O_RDWR);
@@ -122,6 +124,35 @@ TEST(replace_file, what_the_dead_left_behind_is_removed_and_nothing_else) {
     for (const auto &entry : fs::directory_iterator(place.path()))
         names.insert(entry.path().filename());
     EXPECT_EQ(names, stay);
+}
+
+TEST(replace_file, what_was_left_behind_is_of_the_caller_or_of_the_owner) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can make a file of another owner";
+    const support::temporary_directory_t place;
+    const std::string file = place.path() + "/a.cfg", mark = place.path() + "/.a.cfg.infraconvert-";
+    constexpr uid_t owner = 1234, somebody = 4321;
+    const struct {
+        std::string name;
+        uid_t user;
+        bool stays;
+    } rows[] = {{file, owner, true},
+                {mark + "00000000000000aa", owner, false},
+                {mark + "00000000000000bb", geteuid(), false},
+                {mark + "00000000000000cc", somebody, true}};
+    for (const auto &row : rows) {
+        support::write_file(row.name, "old");
+        ASSERT_EQ(chown(row.name.c_str(), row.user, row.user), 0);
+    }
+    EXPECT_TRUE(is_replaced(file));
+    for (const auto &row : rows)
+        EXPECT_EQ(fs::exists(row.name), row.stays) << row.name;
+}
+
+TEST(replace_file, a_path_without_a_name_is_none) {
+    engine::replace_file_t replacement;
+    EXPECT_FALSE(replacement.begin(""));
+    EXPECT_EQ(errno, EISDIR);
 }
 
 TEST(replace_file, two_writers_at_once_do_not_take_each_other_for_dead) {

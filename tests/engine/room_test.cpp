@@ -27,6 +27,12 @@ const std::string untyped =
     "    set qos-group 2\n  class class-all-flood\n    set qos-group 3\n"
     "  class a\n    set qos-group 4\nsystem qos\n  service-policy p\n"
     "interface 1\n  service-policy input only-qos\n";
+// A special class goes back into its policy when there is more in that than when it was taken out.
+std::string with_special(const std::string &name) {
+    return "\nclass-map a\nclass-map b\npolicy-map p\n  class " + name +
+           "\n  class a\n    priority\npolicy-map q\n  class " + name +
+           "\n  class a\n    set qos-group 2\nsystem qos\n  service-policy p\n";
+}
 const std::string typed =
     "\nclass-map type qos match-any a\n  match cos 1\nclass-map type network-qos a\n"
     "  match qos-group 2\npolicy-map type qos p\n  class type qos a\n    set qos-group 2\n"
@@ -35,6 +41,10 @@ const std::string typed =
 
 const row_t rows[] = {
     {qoscnv_engine, ipqosmgr_infra_convert_startup, "4.0(1)", "4.1(3)", untyped},
+    {qoscnv_engine, ipqosmgr_infra_convert_startup, "4.0(1)", "4.1(3)",
+     with_special("class-all-flood")},
+    {qoscnv_engine, ipqosmgr_infra_convert_startup, "4.0(1)", "4.1(3)",
+     with_special("class-ip-multicast")},
     {qoscnv_engine, ipqosmgr_infra_convert_startup, "4.1(3)", "5.0(2)", typed},
     {qoscnv_engine, ipqosmgr_infra_convert_startup, "5.0(2)", "4.1(3)", typed},
     {qoscnv_engine, ipqosmgr_infra_convert_startup, "5.0(2)", "4.0(1)", typed},

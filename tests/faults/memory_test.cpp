@@ -48,6 +48,7 @@ namespace {
 
 struct example_t {
     const char *service, *from, *to, *name; // of a golden conversion
+    boolean debug_switch = 1;
     std::string folder() const {
         return std::string(GOLDEN_DIRECTORY "/") + service + '/' + from + "__" + to + '/' + name;
     }
@@ -56,6 +57,7 @@ struct example_t {
 const example_t examples[] = {
     {"qos", "4.0(1)", "4.1(3)", "all-special-classes"},
     {"qos", "5.0(2)", "4.0(1)", "trap-empty-maps"},
+    {"qos", "5.0(2)", "4.0(1)", "trap-empty-maps", 0},
     {"qos", "4.1(3)", "4.2(1)", "mtu-limits"},
     {"qos", "5.0(3)U2(1)", "5.0(3)U1(1)", "trap-control-plane-lines"},
     {"fcportsec", "4.1(2)", "4.2(1)", "storage-switch"},
@@ -75,7 +77,7 @@ class conversion_t {
           before(support::read_file(e.folder() + "/in.cfg")),
           after(support::read_file(e.folder() + "/out.cfg")) {
         if (service.debug_switch)
-            *service.debug_switch = 1;
+            *service.debug_switch = example.debug_switch;
     }
 
     result_t with_failing_allocation(int index, bool lasts) const {

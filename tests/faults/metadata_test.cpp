@@ -200,7 +200,9 @@ TEST(metadata, a_file_that_may_not_become_so_large) {
         support::write_file(p.file, text);
         const auto limit_files = [&] {
             signal(SIGXFSZ, SIG_IGN);
-            const rlimit files = {limit, limit};
+            rlimit files = {};
+            getrlimit(RLIMIT_FSIZE, &files);
+            files.rlim_cur = limit;
             return setrlimit(RLIMIT_FSIZE, &files) == 0;
         };
         EXPECT_EQ(p.convert(limit_files), -1);

@@ -21,8 +21,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Not an error: the file seems to be on another device than it is.
-constexpr int another_device = 0;
+// Not an error: a file that lstat is asked about seems to be on another device than it is, and one
+// that is locked has just been removed by somebody who took its writer for dead.
+constexpr int no_error = 0;
 
 struct fault_t {
     int number; // of the call; -1: none
@@ -63,7 +64,6 @@ script_t script;
 CAN_FAIL(int, openat, (int in, const char *name, int flags, mode_t mode), (in, name, flags, mode))
 CAN_FAIL(int, fcntl, (int file, int command, int argument), (file, command, argument))
 CAN_FAIL(int, ioctl, (int file, unsigned long request, void *argument), (file, request, argument))
-CAN_FAIL(int, flock, (int file, int what), (file, what))
 CAN_FAIL(int, unlinkat, (int in, const char *name, int flags), (in, name, flags))
 CAN_FAIL(int, linkat, (int in, const char *name, int to, const char *other, int flags),
          (in, name, to, other, flags))
@@ -89,6 +89,7 @@ CAN_FAIL(ssize_t, getrandom, (void *bytes, size_t size, unsigned flags), (bytes,
 // These answer something else than a number, or do their work all the same.
 extern "C" {
 int __real_close(int file);
+int __real_flock(int file, int what);
 int __real_fstat(int file, struct stat *status);
 int __real_lstat(const char *name, struct stat *status);
 char *__real_realpath(const char *name, char *resolved);
@@ -100,13 +101,21 @@ int __wrap_close(int file) {
     errno = error;
     return fails ? -1 : closed;
 }
+int __wrap_flock(int file, int what) {
+    const bool fails = script.fails("flock");
+    if (fails && errno != no_error)
+        return -1;
+    if (fails)
+        fs::remove(fs::read_symlink("/proc/self/fd/" + std::to_string(file)));
+    return __real_flock(file, what);
+}
 int __wrap_fsync(int) { return script.fails("fsync") ? -1 : 0; } // takes long, and tells nothing
 int __wrap_fstat(int file, struct stat *status) {
     return script.fails("fstat") ? -1 : __real_fstat(file, status);
 }
 int __wrap_lstat(const char *name, struct stat *status) {
     const bool fails = script.fails("lstat");
-    if (fails && errno != another_device)
+    if (fails && errno != no_error)
         return -1;
     const int found = __real_lstat(name, status);
     status->st_dev += fails ? 1 : 0;
@@ -137,6 +146,9 @@ struct way_t {
     rights_t rights = rights_t::of_target;
     bool keeps_times = false;
     enum { not_asked, yes, no } expected = not_asked;
+    // What is unlike a file of one's own; where it cannot be made the way is one of the others.
+    enum trait_t { none, other_user, other_group, source_listed, target_listed, same_mode };
+    trait_t trait = none;
 };
 
 const way_t ways[] = {
@@ -152,9 +164,27 @@ const way_t ways[] = {
     {"replaced for its owner", target_t::file, rights_t::of_owner},
     {"in place for its owner", target_t::second_link, rights_t::of_owner},
     {"made for its owner", target_t::absent, rights_t::of_owner},
+    {"in place with the rights of somebody else", target_t::second_link, rights_t::of_source, false,
+     way_t::not_asked, way_t::other_user},
+    {"in place with the rights of another group", target_t::second_link, rights_t::of_source, false,
+     way_t::not_asked, way_t::other_group},
+    {"in place with a list of rights", target_t::second_link, rights_t::of_source, false,
+     way_t::not_asked, way_t::source_listed},
+    {"in place of a list of rights", target_t::second_link, rights_t::of_source, false,
+     way_t::not_asked, way_t::target_listed},
+    {"in place with the same rights", target_t::second_link, rights_t::of_source, false,
+     way_t::not_asked, way_t::same_mode},
     {"replaced as expected", target_t::file, rights_t::of_target, false, way_t::yes},
     {"not as expected", target_t::file, rights_t::of_target, false, way_t::no},
 };
+
+// Lets the user 4321 read.
+void add_access_list(const std::string &file) {
+    constexpr unsigned char list[] =
+        "\2\0\0\0\1\0\6\0\xff\xff\xff\xff\2\0\4\0\xe1\x10\0\0\4\0\0\0\xff\xff\xff\xff"
+        "\x10\0\4\0\xff\xff\xff\xff\x20\0\0\0\xff\xff\xff\xff";
+    setxattr(file.c_str(), "system.posix_acl_access", list, sizeof list - 1, 0);
+}
 
 // A place in which a file is replaced in one of the ways.
 class replacement_t {
@@ -162,21 +192,33 @@ class replacement_t {
     explicit replacement_t(const way_t &chosen) : way(chosen) {}
 
     // What a writer who is dead left behind stands beside the file.
-    void prepare() const {
+    void prepare() {
         fs::remove_all(folder());
-        support::write_file(folder() + "/source", "source");
-        chmod((folder() + "/source").c_str(), source_mode);
-        setxattr((folder() + "/source").c_str(), "user.comment", "a", 1, 0);
+        const std::string source = folder() + "/source";
+        support::write_file(source, "source");
+        chmod(source.c_str(), way.trait == way_t::same_mode ? target_mode : source_mode);
+        setxattr(source.c_str(), "user.comment", "a", 1, 0);
+        if (way.trait == way_t::source_listed)
+            add_access_list(source);
+        const bool given = chown(source.c_str(), way.trait == way_t::other_user ? 1234 : geteuid(),
+                                 way.trait == way_t::other_group ? 1234 : getegid()) == 0;
+        EXPECT_TRUE(given || geteuid() != 0);
         support::write_file(folder() + "/.a.cfg.infraconvert-0123456789abcdef", "left behind");
         if (way.target == target_t::dangling_link)
             fs::create_symlink("none", file());
-        if (way.target != target_t::file && way.target != target_t::second_link)
-            return;
+        if (way.target == target_t::file || way.target == target_t::second_link)
+            prepare_target();
+        mode_before = way.target == target_t::absent ? 0666 : mode();
+    }
+
+    void prepare_target() const {
         support::write_file(file(), old_text);
         chmod(file().c_str(), target_mode);
         setxattr(file().c_str(), "user.comment", "b", 1, 0);
         if (way.target == target_t::second_link)
             fs::create_hard_link(file(), folder() + "/second");
+        if (way.trait == way_t::target_listed)
+            add_access_list(file());
     }
 
     // Returns true when the replacement says that it is done.
@@ -208,11 +250,11 @@ class replacement_t {
     }
     // No more people than before, nor than the source allows once its text may be there.
     mode_t widest_mode() const {
-        const mode_t before = way.target == target_t::absent ? 0666 : target_mode;
         const mode_t allowed = way.rights == rights_t::of_target  ? 0777
                                : way.rights == rights_t::of_owner ? 0600
+                               : way.trait == way_t::same_mode    ? target_mode
                                                                   : source_mode;
-        return contents() == new_text ? before & allowed : before;
+        return contents() == new_text ? mode_before & allowed : mode_before;
     }
     // The texts of what stands beside the file.
     std::set<std::string> beside() const {
@@ -232,6 +274,7 @@ class replacement_t {
 
     const way_t &way;
     const support::temporary_directory_t place;
+    mode_t mode_before = 0;
 };
 
 bool failed(std::initializer_list<const char *> calls) {
@@ -280,15 +323,15 @@ void check_beside(const way_t &way, const replacement_t &replacement, bool done)
     EXPECT_EQ(beside, std::set<std::string>());
 }
 
-constexpr int reasons[] = {
-    EIO,   EINTR, EINVAL, EACCES, EPERM,  ENOSPC, EDQUOT,       EFBIG,       ENOTSUP,       ENODATA,
-    EXDEV, EBUSY, EROFS,  EBADF,  ENOENT, EEXIST, ENAMETOOLONG, EWOULDBLOCK, another_device};
+constexpr int reasons[] = {EIO,    EINTR,   EINVAL,       EACCES,      EPERM,   ENOSPC, EDQUOT,
+                           EFBIG,  ENOTSUP, ENODATA,      EXDEV,       EBUSY,   EROFS,  EBADF,
+                           ENOENT, EEXIST,  ENAMETOOLONG, EWOULDBLOCK, no_error};
 
 class replacement_test : public testing::TestWithParam<way_t> {};
 
 TEST_P(replacement_test, leaves_the_old_file_or_the_new_one) {
     const way_t &way = GetParam();
-    const replacement_t replacement(way);
+    replacement_t replacement(way);
     int faults = 0;
     const auto try_out = [&](fault_t first, fault_t second) {
         replacement.prepare();
@@ -314,7 +357,7 @@ TEST_P(replacement_test, leaves_the_old_file_or_the_new_one) {
             try_out({number, reason}, {-1, 0});
             const int calls_then = static_cast<int>(script.calls.size());
             for (int later = number + 1; later < calls_then; later++)
-                try_out({number, reason}, {later, EIO});
+                try_out({number, reason}, {later, ENOSPC});
         }
     }
     EXPECT_GT(faults, calls);

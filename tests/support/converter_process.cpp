@@ -12,6 +12,7 @@
 #include <fstream>
 #include <regex>
 #include <sstream>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -73,7 +74,11 @@ temporary_directory_t::~temporary_directory_t() {
 }
 
 void leave_process(int status) {
-#ifdef INFRACONVERT_COVERAGE
+#ifdef INFRACONVERT_COVERAGE // the counters are written then, however little a test lets be written
+    rlimit files = {};
+    getrlimit(RLIMIT_FSIZE, &files);
+    files.rlim_cur = files.rlim_max;
+    setrlimit(RLIMIT_FSIZE, &files);
     exit(status);
 #else
     _exit(status);

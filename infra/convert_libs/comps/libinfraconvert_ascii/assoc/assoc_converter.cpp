@@ -23,18 +23,15 @@ constexpr size_t flush_above = 1000; // characters of stanzas that are inserted 
 
 bool belongs_to_stanza(const std::string &line) { return line[0] == ' ' || line[1] == ' '; }
 
-// What a look through a stanza has shown, for the next "vlan " in it: whoever comes to the end of a
-// line from `from` on may go on at `to`. Not with the log on, which shows every line looked at.
+// How far a look through a stanza has come, for the next "vlan " in it: its line ends no earlier
+// than that of the one before, so whoever comes to the end of a line in front of `to` may go on
+// there. Not with the log on, which shows every line looked at.
 struct seen_t {
-    position_t from = 0, to = 0;
+    position_t to = 0;
 
     bool holds(position_t behind) const {
-        return from <= behind && behind < to && assoc_engine.text->at(behind) == '\n' &&
+        return behind < to && assoc_engine.text->at(behind) == '\n' &&
                !engine::log_is_on(assoc_engine);
-    }
-    void move(uint32_t by) {
-        from += by;
-        to += by;
     }
 };
 
@@ -47,8 +44,6 @@ bool assoc_vlan_fcoe_enabled(position_t cp, seen_t &seen) {
     position_t behind = cp + line.newlines_in_front + line.length;
     if (seen.holds(behind))
         behind = seen.to;
-    else
-        seen.from = behind;
     for (;;) {
         seen.to = behind;
         line = assoc_getline(behind);
@@ -133,7 +128,7 @@ syserr_t assoc_convert_ascii() {
             if (inserted == nowhere)
                 return engine::failure;
             vlan += inserted;
-            seen.move(inserted);
+            seen.to += inserted;
         } else {
             assoc_log("     -->not fcoe enabled \n");
         }

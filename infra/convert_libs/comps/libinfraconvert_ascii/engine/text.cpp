@@ -126,11 +126,12 @@ position_t text_t::find(std::string_view wanted, position_t from, position_t bef
     return nowhere;
 }
 
-// First `wanted` in [first, before) that begins in front of `seam` and ends behind it.
+// First `wanted`, of two bytes at least, in [first, before) that begins in front of `seam` and ends
+// behind it.
 position_t text_t::find_over_seam(std::string_view wanted, position_t seam, position_t first,
                                   position_t before) const {
     const auto overlap = static_cast<position_t>(wanted.size() - 1);
-    if (overlap == 0 || seam >= before)
+    if (seam >= before)
         return nowhere;
     const position_t from = seam - std::min(overlap, seam - first);
     const size_t hit = copy(from, further(seam, overlap, before) - from).find(wanted);

@@ -55,7 +55,7 @@ bool to_ge_4_2_1() { return qoscnv_ver_to_eq_4_2_1() || qoscnv_ver_to_gt_4_2_1()
 
 syserr_t qosmgr_convert_ascii_4_1_3_downgrade() {
     qoscnv_log("entering ...\n");
-    if (!from_ge_4_2_1() || !qoscnv_ver_to_eq_4_1_3())
+    if (!qoscnv_ver_to_eq_4_1_3())
         return qoscnv_run_steps(__func__, downgrade_below_4_1_3_steps);
     const syserr_t status = qoscnv_run_steps(__func__, downgrade_to_4_1_3_steps);
     if (status == 0)

@@ -31,7 +31,7 @@ bool add_match_any(position_t line, engine::search_ahead_t &types) {
     const auto &[type, name, unused] = words.word;
     pass.log("%s(%d): found class-map type %s name %s\n", pass.name, classmap_trace_number,
              type.c_str(), name.c_str());
-    if (!qoscnv_ver_from_eq_4_1_3() || !qoscnv_ver_to_ge_5_0_2() || !type.starts_with("qos"))
+    if (!qoscnv_ver_to_ge_5_0_2() || !type.starts_with("qos"))
         return true;
     const position_t found = types.from(line);
     if (found == nowhere) {

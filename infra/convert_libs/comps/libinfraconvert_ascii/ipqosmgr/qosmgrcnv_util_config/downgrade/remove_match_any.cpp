@@ -65,10 +65,9 @@ bool strip(position_t line, engine::search_ahead_t &types) {
 
 syserr_t qoscnv_remove_match_any() {
     const bool from_ge_5_0_2 = qoscnv_ver_from_ge_5_0_2();
-    const bool to_eq_4_1_3 = qoscnv_ver_to_eq_4_1_3();
     pass.log("%s(%d): ver from_ge_5_0_2 %d, to_eq_4_1_3 %d\n", pass.name, entry_number,
-             from_ge_5_0_2, to_eq_4_1_3);
-    if (!from_ge_5_0_2 || !to_eq_4_1_3)
+             from_ge_5_0_2, qoscnv_ver_to_eq_4_1_3());
+    if (!from_ge_5_0_2)
         return 0;
     position_t cp = qoscnv_file_start_qossection();
     if (cp == nowhere)
