@@ -53,7 +53,8 @@ std::string piece(std::string_view &rest) {
 // The texts that come from outside: names of files, what a system says of them, and what people
 // write. All others are words of the command.
 plan_t plan_of(std::string_view bytes) {
-    plan_t plan = {.services = {"qos"}, .configurations = {}};
+    plan_t plan;
+    plan.services = {"qos"};
     while (!bytes.empty()) {
         planned_t planned;
         planned.path = piece(bytes);

@@ -78,7 +78,8 @@ std::string pattern_of(const std::string &text) {
             (pattern += '\\') += text[i];
         } else {
             const auto byte = static_cast<unsigned char>(text[i]);
-            pattern += byte < ' ' || text[i] == '|' ? '?' : text[i];
+            const bool is_trimmed = text[i] == ' ' && (i == 0 || i + 1 == text.size());
+            pattern += byte < ' ' || text[i] == '|' || is_trimmed ? '?' : text[i];
         }
     }
     return pattern;

@@ -66,7 +66,7 @@ std::vector<agreed_t> agreed_from(const json &list) {
     std::vector<agreed_t> agreed;
     for (const json &each : list)
         agreed.push_back(
-            {each.at("code"), each.at("reason"), each.at("until"), each.at("findings")});
+            {each.at("code"), exact_bytes(each, "reason"), each.at("until"), each.at("findings")});
     return agreed;
 }
 
