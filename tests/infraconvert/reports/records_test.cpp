@@ -46,9 +46,13 @@ TEST(records, come_back_from_json_as_they_were) {
     here.write("c.cfg", "");
     here.write("d.cfg", "feature lldp\n" + lossy.substr(lossy.find("system qos"))); // fails
     here.write("agreed", "IC041 | * | * | of the window | 2099-12-31\n");
-    for (const char *way : {"--rollback", "--mask", "--details"}) {
-        const auto result = audit(here, {"--format", "jsonl", way, "--accept", "@agreed",
-                                         "a\xE9.cfg", "b.cfg", "c.cfg", "d.cfg"});
+    const std::vector<std::vector<std::string>> ways = {
+        {"--rollback"}, {"--mask"}, {"--details"}, {"--details", "--via", "4.2(1)"}};
+    for (const auto &way : ways) {
+        std::vector<std::string> words = {"--format", "jsonl",     "--accept", "@agreed",
+                                          "b.cfg",    "a\xE9.cfg", "c.cfg",    "d.cfg"};
+        words.insert(words.begin(), way.begin(), way.end());
+        const auto result = audit(here, words);
         const auto lines = lines_of(result.out);
         ASSERT_EQ(lines.size(), 6) << result.out << result.err;
         EXPECT_EQ(header_json(header_from(json::parse(lines[0]))).dump(), lines[0]);
@@ -64,6 +68,30 @@ TEST(records, come_back_from_json_as_they_were) {
         EXPECT_EQ(totals_json(totals)["codes"], last["codes"]);
         EXPECT_EQ(totals_json(totals)["states"], last["states"]);
     }
+}
+
+// Which step of a route did it is told of services, lines and findings, and of one step of nothing.
+TEST(records, tell_the_step_of_a_route) {
+    const workspace_t here;
+    here.write("a.cfg", lossy);
+    const auto details = [&](const std::vector<std::string> &via) {
+        std::vector<std::string> words = {"--json", "--details", "a.cfg"};
+        words.insert(words.begin(), via.begin(), via.end());
+        return json::parse(audit(here, words).out)["configurations"][0];
+    };
+    const json first = {"4.1(2)", "4.2(1)"}, second = {"4.2(1)", "5.0(3)"};
+    const json stops = details({"--via", "4.2(1)"});
+    EXPECT_EQ(stops["steps"].front()["hop"], first);
+    EXPECT_EQ(stops["steps"].back()["hop"], second);
+    EXPECT_EQ(stops["findings"][0]["hop"], first);
+    size_t changed = 0;
+    for (const json &line : stops["diff"]) {
+        const bool is_changed = line["edit"] == "add" || line["edit"] == "remove";
+        EXPECT_EQ(line.contains("hop"), is_changed) << line;
+        changed += is_changed && line["hop"] == first;
+    }
+    EXPECT_GT(changed, 0);
+    EXPECT_EQ(details({}).dump().find("\"hop\""), std::string::npos);
 }
 
 TEST(records, that_are_none_are_refused) {

@@ -29,9 +29,12 @@ std::string data_element(const std::string &id, const std::string &data) {
 json rows_json(const std::vector<diff_line_t> &diff) {
     constexpr const char *marks[] = {"=", "-", "+", "."};
     json rows = json::array();
-    for (const diff_line_t &line : diff)
+    for (const diff_line_t &line : diff) {
         rows.push_back(
             {marks[static_cast<size_t>(line.edit)], line.before, line.after, line.text, line.rule});
+        if (!line.hop.empty())
+            rows.back().push_back(line.hop);
+    }
     return rows;
 }
 
@@ -60,14 +63,16 @@ json entry_of(const audited_t &audited) {
         if (!finding.accepted)
             add_once(open, finding.kind->code);
     }
+    const bool is_known = audited.problem.empty();
     return {{"path", audited.file},
+            {"from", is_known ? json(audited.route.front()) : json(nullptr)},
             {"alike", audited.alike},
             {"state", state_name(audited.state)},
             {"problem", audited.problem},
             {"services", audited.services},
             {"codes", codes},
             {"open", open},
-            {"tally", {count.errors, count.warnings, count.notes}}};
+            {"tally", {count.errors, count.warnings, count.notes, count.agreed}}};
 }
 
 json rule_words() {
@@ -105,6 +110,7 @@ class page_writer_t : public writer_t {
         const json sums = totals_json(totals);
         summary["states"] = sums.at("states");
         summary["codes"] = sums.at("codes");
+        summary["idle_exceptions"] = sums.at("idle_exceptions");
         std::string data = embedded(summary);
         data.pop_back();
         write(data_element("summary", data + ",\"configurations\":[" + entries + "]}") +

@@ -25,6 +25,21 @@ std::vector<bool> shown_lines(const script_t &script) {
     return shown;
 }
 
+// The releases of a hop, where there are several to tell apart.
+std::vector<std::string> told_hop(const converted_t &conversion, size_t hop) {
+    if (!conversion.has_stops())
+        return {};
+    const auto &[from, to] = hop_of(conversion.route, hop);
+    return {from, to};
+}
+
+std::vector<std::string> told_hop(const converted_t &conversion, const script_line_t &line) {
+    const bool of_service = line.step >= 0 && line.step != fix_step;
+    if (line.edit == line_edit_t::keep || !of_service)
+        return {};
+    return told_hop(conversion, conversion.steps[static_cast<size_t>(line.step)].hop);
+}
+
 std::vector<diff_line_t> diff_of(const converted_t &conversion) {
     const lines_t before = split_lines(*conversion.original);
     const lines_t after = split_lines(*conversion.result);
@@ -45,7 +60,8 @@ std::vector<diff_line_t> diff_of(const converted_t &conversion) {
              .before = line.before + 1,
              .after = line.after + 1,
              .text = std::string(without_newline(added ? after[line.after] : before[line.before])),
-             .rule = kept ? "" : conversion.rule_of(line)});
+             .rule = kept ? "" : conversion.rule_of(line),
+             .hop = told_hop(conversion, line)});
     }
     return diff;
 }
@@ -58,7 +74,8 @@ std::vector<service_record_t> services_of(const converted_t &conversion) {
                             .state = step.state(),
                             .words = step.failure ? step.failure->reason : step.routing.words(),
                             .added = step.changed.added,
-                            .removed = step.changed.removed});
+                            .removed = step.changed.removed,
+                            .hop = told_hop(conversion, step.hop)});
     return services;
 }
 

@@ -34,23 +34,37 @@ value_t named(const auto &names, const std::string &name, const char *what) {
     throw input_error_t(std::string("no ") + what + ": '" + name + "'");
 }
 
+// Only where a route has several.
+void add_hop(json &document, const std::vector<std::string> &hop) {
+    if (!hop.empty())
+        document["hop"] = hop;
+}
+
+std::vector<std::string> hop_from(const json &document) {
+    return document.value("hop", std::vector<std::string>{});
+}
+
 // ---- details
 
 void add_details(json &document, const details_t &details) {
     json services = json::array(), diff = json::array(), rows = json::array();
-    for (const service_record_t &service : details.services)
+    for (const service_record_t &service : details.services) {
         services.push_back({{"name", service.name},
                             {"rule", service.rules},
                             {"state", service.state},
                             {"added", service.added},
                             {"removed", service.removed},
                             {"reason", service.words}});
-    for (const diff_line_t &line : details.diff)
+        add_hop(services.back(), service.hop);
+    }
+    for (const diff_line_t &line : details.diff) {
         diff.push_back({{"edit", edit_names[static_cast<size_t>(line.edit)]},
                         {"before", line.before},
                         {"after", line.after},
                         {"text", line.text},
                         {"rule", line.rule}});
+        add_hop(diff.back(), line.hop);
+    }
     for (const auto &[row, change] : details.effects)
         rows.push_back({{"place", row.place},
                         {"direction", or_null(row.direction)},
@@ -70,13 +84,15 @@ details_t details_from(const json &document) {
                                     .state = service.at("state"),
                                     .words = exact_bytes(service, "reason"),
                                     .added = service.at("added"),
-                                    .removed = service.at("removed")});
+                                    .removed = service.at("removed"),
+                                    .hop = hop_from(service)});
     for (const json &line : document.at("diff"))
         details.diff.push_back({.edit = named<edit_t>(edit_names, line.at("edit"), "edit"),
                                 .before = line.at("before"),
                                 .after = line.at("after"),
                                 .text = exact_bytes(line, "text"),
-                                .rule = line.at("rule")});
+                                .rule = line.at("rule"),
+                                .hop = hop_from(line)});
     for (const json &each : document.at("effects").at("rows")) {
         meaning::row_t row = {};
         row.place = exact_bytes(each, "place");
@@ -123,7 +139,7 @@ finding_t finding_from(const json &document) {
     const json accepted = document.value("accepted", json());
     if (!accepted.is_null())
         finding.accepted = {exact_bytes(accepted, "reason"), accepted.at("until")};
-    finding.hop = document.value("hop", std::vector<std::string>{});
+    finding.hop = hop_from(document);
     return finding;
 }
 

@@ -29,6 +29,7 @@ struct service_record_t {
     std::string state;       // "converted", "unchanged", "no rule" or "failed"
     std::string words;       // what its rules do, why there is none, or why it failed
     size_t added = 0, removed = 0;
+    std::vector<std::string> hop = {}; // its two releases, of a route with several
 };
 
 // A line of the difference between the original and the result.
@@ -37,6 +38,7 @@ struct diff_line_t {
     edit_t edit;
     size_t before = 0, after = 0; // line numbers, from 1, of where it stands or would
     std::string text = {}, rule = {};
+    std::vector<std::string> hop = {}; // of a changed line, as of a service
 };
 
 // What is kept of a configuration when more than its findings is to be shown.
