@@ -19,9 +19,8 @@ const data = (id, text) => `<script type="text/plain" id="${id}">${within(text, 
 
 const worker = [fromNpm("js-sha256", "build", "sha256.min.js"), fromNpm("fflate", "umd", "index.js"), readFileSync(loader, "utf8"),
   read("module", "instance.js"), read("module", "worker.js")].join("\n");
-const app = ["workers", "files", "records", "downloads", "main"];
-const script = within([...components.map(name => read("components", name + ".js")),
-  ...app.map(name => read("app", name + ".js"))].join("\n"), "script");
+const app = ["components/ways", ...["workers", "files", "agreed", "records", "plans", "downloads", "question", "answer", "main"].map(name => "app/" + name)];
+const script = within([...components.map(name => "components/" + name), ...app].map(name => read(name + ".js")).join("\n"), "script");
 const style = read("components", "style.css") + read("app", "app.css");
 const report = read("components", "report.html");
 const policy = [

@@ -1,42 +1,58 @@
-// Results and mended results, one or all of them, and the report page.
+// Results and mended results, one or all of them, and the report page. What a result has lost is said beside its
+// button, for nobody is asked again.
 
 const baseName = path => path.split("/").pop();
+const hasResult = configuration => !["failed", "unusable"].includes(configuration.state);
 
-// The codes of errors that keep `convert` from writing: whoever takes the result has seen them.
-const agreedTo = (report, configuration) => configuration.codes.filter(code => report.kinds[code]?.severity === "error");
+// The codes of errors that keep `convert` from writing: whoever takes the result has read of them.
+const errorsOf = (report, { open }) => open.filter(code => report.kinds[code]?.severity === "error");
 
 // The bytes that the conversion gives, or an error that says why there are none.
 async function resultOf(report, configuration, words, mend) {
-  const { path } = configuration, codes = agreedTo(report, configuration);
+  const { path } = configuration, codes = errorsOf(report, configuration);
   const { files, messages } = await workers.ask("run", {
     words: ["convert", "--output", "/result", ...(mend ? ["--mend"] : []), ...(codes.length ? ["--accept", codes.join(",")] : []),
-      ...words.filter(word => word !== "--mask"), "--", path],
-    files: { [path]: given.files[path] }, keep: ["/result"],
+      ...words, "--", path],
+    files: filesFor([path]), keep: ["/result"],
   });
   if (!files["/result"]) throw new Error(ownWords(messages));
   return files["/result"];
 }
 
-// Buttons for one configuration.
+// The errors that are left when every fix is made, and how many have one.
+function mendingOf(report, { index }) {
+  const errors = (report.details(index)?.findings || []).filter(finding => isOpen(finding) && finding.severity === "error");
+  const left = errors.filter(finding => !finding.fixes.length);
+  return { mended: errors.length - left.length, left };
+}
+
+const codesText = findings => [...new Set(findings.map(finding => finding.code))].join(", ");
+
+// Buttons for one configuration, the mended result first.
 function actionsFor(report, configuration, words) {
-  const line = make("p", "buttons"), trouble = make("span", "error");
-  const offer = (text, mend, name) => button(text, "", async () => {
+  const box = make("div", "actions"), trouble = make("p", "error"), name = baseName(configuration.path);
+  const offer = (text, mend, file, said) => box.append(make("p", "buttons", button(text, mend ? "main" : "", async () => {
     trouble.textContent = "";
     try {
-      download(name + baseName(configuration.path), await resultOf(report, configuration, words, mend));
+      download(file, await resultOf(report, configuration, words, mend));
     } catch (error) {
       trouble.textContent = error.message;
     }
-  });
-  line.append(offer("Download the result", false, ""));
-  if (configuration.tally[0]) line.append(offer("Download the mended result", true, "mended-"));
-  line.append(trouble);
-  return line;
+  }), said));
+  const { mended, left } = mendingOf(report, configuration), errors = configuration.tally[0];
+  if (mended) offer("Download the mended result", true, "mended-" + name, left.length
+    ? make("span", "error", "still has " + plural(left.length, "error") + " in it: " + codesText(left))
+    : make("span", "clear", "nothing that was found as an error is lost"));
+  if (hasResult(configuration)) offer("Download the result", false, name, errors
+    ? make("span", "error", "has " + plural(errors, "error") + " in it: " + errorsOf(report, configuration).join(", "))
+    : make("span", "clear", configuration.tally[3] ? "loses what was agreed on" : "no errors"));
+  box.append(trouble);
+  return box;
 }
 
 // Those of which there is a result, as one archive; the others are told of.
 async function downloadAll(report, words, mend, said) {
-  const usable = report.configurations.filter(c => !["failed", "unusable"].includes(c.state)), files = {}, without = [];
+  const usable = report.configurations.filter(c => hasResult(c) || (mend && mendingOf(report, c).mended)), files = {}, without = [];
   let done = 0;
   await Promise.all(usable.map(async c => {
     try {
@@ -52,14 +68,25 @@ async function downloadAll(report, words, mend, said) {
   said.textContent = plural(Object.keys(files).length, "configuration") + (left ? "; without a result: " + left : "");
 }
 
+// How many configurations have errors in them, and which.
+function warningOf(report, has) {
+  const lossy = report.configurations.filter(has);
+  const codes = [...new Set(lossy.flatMap(c => errorsOf(report, c)))].sort();
+  return lossy.length ? make("span", "error", plural(lossy.length, "configuration") + (lossy.length === 1 ? " has" : " have") + " errors: " + codes.join(", "))
+    : make("span", "clear", "no errors");
+}
+
 // Buttons for all of them.
 function downloadsFor(report, words, page) {
-  const said = make("span", "soft");
+  const said = make("p", "soft");
   said.setAttribute("role", "status");
-  const offer = (text, action) => button(text, "", () => action().catch(error => { said.textContent = error.message; }));
+  const offer = (text, name, action, beside) => make("p", "buttons",
+    button(text, name, () => action().catch(error => { said.textContent = error.message; })), beside);
+  const mendable = report.configurations.some(c => c.tally[0] && mendingOf(report, c).mended);
   return [
-    offer("Download all results", () => downloadAll(report, words, false, said)),
-    offer("Download all, mended", () => downloadAll(report, words, true, said)),
-    button("Download the report", "", () => download("report.html", page(), "text/html")), said,
+    ...mendable ? [offer("Download all, mended", "main", () => downloadAll(report, words, true, said),
+      warningOf(report, c => c.tally[0] && mendingOf(report, c).left.length))] : [],
+    offer("Download all results", "", () => downloadAll(report, words, false, said), warningOf(report, c => hasResult(c) && c.tally[0])),
+    offer("Download the report", "", async () => download("report.html", page(), "text/html")), said,
   ];
 }

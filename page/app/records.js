@@ -19,7 +19,7 @@ function partOfPage(bytes) {
 // A configuration on which the command itself failed.
 const partOfTrouble = (path, problem) => ({
   summary: { codes: [], states: { unusable: 1 },
-    configurations: [{ path, alike: path + problem, state: "unusable", problem, services: [], codes: [], open: [], tally: [0, 0, 0] }] },
+    configurations: [{ path, alike: path + problem, state: "unusable", problem, services: [], codes: [], open: [], tally: [0, 0, 0, 0] }] },
   details: [undefined],
 });
 
@@ -33,6 +33,8 @@ function join(parts) {
   const first = parts.find(part => part.head);
   if (!first) throw new Error(parts[0].summary.configurations[0].problem);
   const states = {}, codes = {};
+  // An exception is idle when no part has met it.
+  const idle = first.summary.idle_exceptions.filter(said => parts.every(part => !part.head || part.summary.idle_exceptions.includes(said)));
   for (const { summary } of parts) {
     addUp(states, summary.states);
     for (const kind of summary.codes) {
@@ -43,6 +45,7 @@ function join(parts) {
   const summary = { ...first.summary,
     states: Object.fromEntries(stateOrder.filter(state => states[state]).map(state => [state, states[state]])),
     codes: Object.keys(codes).sort().map(code => codes[code]),
+    idle_exceptions: idle,
     configurations: parts.flatMap(part => part.summary.configurations) };
   return { ...first, summary, text: JSON.stringify(summary), details: parts.flatMap(part => part.details) };
 }

@@ -40,6 +40,6 @@ function makeWorkers(size = Math.min(navigator.hardwareConcurrency || 2, 8)) {
     // A promise of what the task gives.
     ask: (kind, request) => new Promise((done, failed) => { waiting.push({ kind, request, done, failed }); next(); }),
     // What waits is not done any more.
-    forget() { waiting.splice(0).forEach(task => task.failed(new Error("forgotten"))); },
+    forget() { waiting.splice(0).forEach(task => task.failed(Object.assign(new Error("forgotten"), { forgotten: true }))); },
   };
 }

@@ -18,8 +18,10 @@ function detailsOf(report, configuration) {
 const section = (title, ...content) => make("section", "", make("h3", "", title), ...content);
 
 function servicesTable(services) {
-  return table("services", ["Service", "Rule", "State", "Lines", "What the rule does, or the reason"], services.map(
-    s => [s.name, s.rule, s.state, s.added + s.removed ? "+" + s.added + " \u2212" + s.removed : "", s.reason]));
+  const hasSteps = services.some(s => s.hop), step = hasSteps ? ["Step"] : [];
+  return table("services" + (hasSteps ? " steps" : ""), [...step, "Service", "Rule", "State", "Lines", "What the rule does, or the reason"],
+    services.map(s => [...step.map(() => routeText(s.hop)), s.name, s.rule, s.state,
+      s.added + s.removed ? "+" + s.added + " \u2212" + s.removed : "", s.reason]));
 }
 
 // From a line of a finding to the same line in the differences.

@@ -1,5 +1,5 @@
-// The differences side by side. Rows come as [kind, line before, line after, text, rule]; kind is "=", "-",
-// "+" or "." where unchanged lines are left out.
+// The differences side by side. Rows come as [kind, line before, line after, text, rule, step]; kind is "=", "-",
+// "+" or "." where unchanged lines are left out, and there is a step only where the route has several.
 
 function differencesTable(lines, rules) {
   const element = make("table", "diff"), columns = make("colgroup");
@@ -18,8 +18,9 @@ function differencesTable(lines, rules) {
     if (block.gap) { body.append(wideRow("gap", "\u22EE")); rule = ""; continue; }
     if (block.same) { body.append(sideBySide(block.same, block.same, "")); continue; }
     for (let i = 0; i < Math.max(block.removed.length, block.added.length); i++) {
-      const removed = block.removed[i], added = block.added[i], now = (added || removed)[4];
-      if (now !== rule) body.append(ruleRow(rule = now, rules));
+      const removed = block.removed[i], added = block.added[i], [, , , , id, hop] = added || removed;
+      const now = (hop ? stepText(hop) + ": " : "") + id;
+      if (now !== rule) body.append(ruleRow(rule = now, rules?.[id]));
       body.append(sideBySide(removed, added, "changed"));
     }
   }
@@ -50,10 +51,9 @@ function wideRow(name, ...content) {
 }
 
 // The rule behind what follows, with its explanation.
-function ruleRow(id, rules) {
-  const rule = rules?.[id];
-  if (!rule) return wideRow("rule", id === "-" ? "" : id);
-  return wideRow("rule", make("details", "", make("summary", "", id), make("p", "", rule)));
+function ruleRow(name, explanation) {
+  if (!explanation) return wideRow("rule", name === "-" ? "" : name);
+  return wideRow("rule", make("details", "", make("summary", "", name), make("p", "", explanation)));
 }
 
 function sideBySide(before, after, kind) {

@@ -15,6 +15,11 @@ function visible(text) {
     c => c === "\u007f" ? "\u2421" : String.fromCharCode(0x2400 + c.charCodeAt(0)));
 }
 
+const routeText = releases => releases.join(" \u2192 ");
+
+// The two releases of a step, of a route with several.
+const stepText = hop => "step " + routeText(hop);
+
 const plural = (number, word) => number + " " + word + (number === 1 ? "" : "s");
 
 // A button that does something, under a name that a screen reader says.

@@ -2,6 +2,13 @@
 
 const filterNames = ["text", "code", "severity", "service", "state", "needs", "sort", "open"];
 
+// What the tiles ask for.
+const needs = {
+  hands: { fits: needsHands, words: "those that need hands" },
+  nothing: { fits: c => !needsHands(c), words: "those that need no hands" },
+  agreed: { fits: hasAgreed, words: "those with agreed exceptions" },
+};
+
 const currentFilter = () => Object.fromEntries(new URLSearchParams(location.hash.slice(1)));
 
 function goTo(filter) {
@@ -11,11 +18,10 @@ function goTo(filter) {
 
 // Whether a configuration fits a filter.
 function fits(report, c, wanted) {
-  const needsHands = c.tally[0] > 0 || ["failed", "unusable"].includes(c.state);
   return (!wanted.code || c.codes.includes(wanted.code)) &&
     (!wanted.severity || c.codes.some(code => report.kinds[code].severity === wanted.severity)) &&
     (!wanted.service || c.services.includes(wanted.service)) && (!wanted.state || c.state === wanted.state) &&
-    (!wanted.needs || (wanted.needs === "hands") === needsHands) &&
+    (!wanted.needs || needs[wanted.needs]?.fits(c)) &&
     (!wanted.text || searchText(report, c).includes(wanted.text.toLowerCase()));
 }
 

@@ -24,7 +24,7 @@ function codeBox(kind, findings) {
   return make("section", "finding " + severity,
     make("h4", "", make("span", "severity", severity + " " + kind.code + " "), kind.title),
     make("p", "soft", kind.explanation + (kind.advice ? " What to do: " + kind.advice : "")),
-    ...findings.map(finding => make("div", "occurrence", ...findingParts(finding))));
+    copyAll(findings), ...findings.map(finding => make("div", "occurrence", ...findingParts(finding))));
 }
 
 function agreedBox(kind, finding) {
@@ -37,15 +37,17 @@ function agreedBox(kind, finding) {
 // What was found, its lines, and how it is mended.
 function findingParts(finding) {
   const parts = [];
+  if (finding.hop) parts.push(make("p", "step soft", stepText(finding.hop)));
   if (finding.detail) parts.push(make("p", "place", finding.detail));
   const lines = [...finding.before.map(line => ["-", line]), ...finding.after.map(line => ["+", line])];
-  if (lines.length) parts.push(make("div", "lines", ...lines.map(([mark, line]) => lineLink(mark, line))));
+  const width = Math.max(...lines.map(([, line]) => String(line.number).length));
+  if (lines.length) parts.push(make("div", "lines", ...lines.map(([mark, line]) => lineLink(mark, line, width))));
   return [...parts, ...fixesOf(finding)];
 }
 
 // A line of a finding leads to its place in the differences.
-function lineLink(mark, line) {
-  const element = make("div", "", mark + " " + line.number + "  " + line.text);
+function lineLink(mark, line, width) {
+  const element = make("div", "", mark + " " + String(line.number).padStart(width) + "  " + line.text);
   element.dataset.side = mark;
   element.dataset.line = line.number;
   return element;

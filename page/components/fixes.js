@@ -2,21 +2,34 @@
 
 const placeOf = { before: "before the conversion", after: "after the conversion" };
 
-// A fix: where its lines belong, the lines, and what they restore.
-function fixBox(fix) {
+// A fix of a finding: where its lines belong, the lines, and what else they restore.
+function fixBox(fix, detail) {
   const text = fix.lines.join("\n") + "\n";
   const box = make("div", "fix"), head = make("div", "head", make("span", "", "Fix, " + (placeOf[fix.place] || fix.place)));
-  const copier = button("copy", "copy", () => copy(text, copier));
-  copier.setAttribute("aria-label", "copy the lines of this fix");
-  head.append(copier);
+  head.append(copyButton("copy", text, "copy the lines of this fix"));
   box.append(head, make("pre", "", text));
-  if (fix.restores?.length) box.append(make("div", "soft", "restores " + fix.restores.join("; ")));
+  const others = (fix.restores || []).filter(words => words !== detail);
+  if (others.length) box.append(make("div", "soft", "Also ends: " + others.join("; ")));
   return box;
+}
+
+function copyButton(name, text, label) {
+  const copier = button(name, "copy", () => copy(text, copier));
+  if (label) copier.setAttribute("aria-label", label);
+  return copier;
+}
+
+// The lines of several findings at once, where each has one fix that is typed after the conversion.
+function copyAll(findings) {
+  const fixes = findings.map(finding => finding.fixes || []);
+  if (!fixes.every(list => list.length === 1 && list[0].place === "after")) return "";
+  const texts = [...new Set(fixes.map(([fix]) => fix.lines.join("\n") + "\n"))];
+  return texts.length < 2 ? "" : make("p", "", copyButton("copy all " + texts.length + " fixes", texts.join("")));
 }
 
 function fixesOf(finding) {
   const fixes = finding.fixes || [];
-  if (!fixes.length) return finding.by_hand ? [make("p", "soft", "By hand: " + finding.by_hand)] : [];
-  const boxes = fixes.map(fixBox);
-  return fixes.length > 1 ? [make("p", "soft", "One of these, whichever is meant:"), ...boxes] : boxes;
+  const rest = finding.by_hand ? [make("p", "soft", "By hand: " + finding.by_hand)] : [];
+  const boxes = fixes.map(fix => fixBox(fix, finding.detail));
+  return [...boxes.length > 1 ? [make("p", "soft", "One of these, whichever is meant:")] : [], ...boxes, ...rest];
 }

@@ -13,5 +13,11 @@ function showIdentity(report, place) {
   place.replaceChildren(list);
 }
 
-const releasesText = ({ from, to, route }) => !to ? (from || "each its own") + ", as it is"
-  : [from || "each its own", ...(route || []), to].join(" \u2192 ");
+// The first release as asked for, or else as the configurations say, where they all say the same.
+function releasesText({ from, to, route, configurations }) {
+  const own = [...new Set(configurations.map(c => c.from).filter(Boolean))];
+  const first = from || (own.length === 1 ? own[0] : "each its own");
+  return to ? routeText([first, ...(route || []), to]) : first + ", as it is";
+}
+
+const hasOwnReleases = ({ from, configurations }) => !from && new Set(configurations.map(c => c.from)).size > 1;

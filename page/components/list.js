@@ -15,6 +15,7 @@ function groupBox(report, group) {
   box.dataset.index = c.index;
   box.group = group;
   const name = make("span", "name", c.path);
+  if (report.hasOwnReleases && c.from) name.append(make("span", "soft", ", from " + c.from));
   if (group.length > 1) name.append(" ", make("span", "alike", "and " + (group.length - 1) + " alike"));
   box.append(make("summary", "", name, make("span", "state", c.state), make("span", "tally " + worst, tallyText(c.tally))));
   box.addEventListener("toggle", () => { if (box.open) fill(report, box); });

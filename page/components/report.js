@@ -8,11 +8,13 @@ function showReport(report) {
   listening = new AbortController();
   const { signal } = listening;
   report.configurations.forEach((c, index) => { c.index = index; c.open ??= c.codes; });
+  report.hasOwnReleases = hasOwnReleases(report);
   const update = () => updateList(report, form, list, at("count"));
   showIdentity(report, at("identity"));
   showTiles(report, at("tiles"), filter => { goTo(filter); at("configurations").scrollIntoView(); });
   showCauses(report, at("causes"),
     filter => { goTo(filter); at("configurations").scrollIntoView(); }, index => goTo({ open: String(index) }));
+  showIdleExceptions(report, at("exceptions"));
   showCodes(report, at("codes"), filter => { goTo(filter); at("configurations").scrollIntoView(); });
   fillChoices(report, form);
   form.addEventListener("input", () => goTo({ ...Object.fromEntries(new FormData(form)), needs: currentFilter().needs }));
@@ -29,7 +31,7 @@ function updateList(report, form, list, count) {
   for (const name of filterNames) if (form.elements[name] && form.elements[name].value !== (wanted[name] || "")) form.elements[name].value = wanted[name] || form.elements[name].options?.[0]?.value || "";
   const shown = showList(report, list, wanted);
   count.textContent = shown + " of " + plural(report.configurations.length, "configuration") +
-    (wanted.needs ? wanted.needs === "hands" ? ", those that need hands" : ", those without loss" : "");
+    (needs[wanted.needs] ? ", " + needs[wanted.needs].words : "");
   if (wanted.open) openConfiguration(list, wanted.open);
 }
 
@@ -39,13 +41,21 @@ function openAll(report, list) {
   for (const box of list.querySelectorAll("details")) box.open = true;
 }
 
+// Exceptions that met nothing, or have expired.
+function showIdleExceptions({ idle_exceptions: idle = [] }, place) {
+  place.hidden = !idle.length;
+  place.lastElementChild.replaceChildren(...idle.map(said => make("li", "warning", said)));
+}
+
 // Every code that was found, with how often.
 function showCodes(report, place, choose) {
   const kinds = [...report.codes].sort((a, b) => severities.indexOf(a.severity) - severities.indexOf(b.severity));
   if (!kinds.length) { place.replaceChildren(make("p", "soft", "None.")); return; }
-  place.replaceChildren(table("codes", ["Code", "Severity", "Title", "Findings", "Configurations"], kinds.map(kind => {
+  const agreed = kinds.some(kind => kind.open < kind.findings) ? ["Of these agreed"] : [];
+  place.replaceChildren(table("codes", ["Code", "Severity", "Title", "Findings", ...agreed, "Configurations"], kinds.map(kind => {
     const code = button(kind.code, "code", () => choose({ code: kind.code }));
     code.setAttribute("aria-label", "show the configurations with " + kind.code);
-    return [code, make("span", "severity " + kind.severity, kind.severity), kind.title, kind.findings, kind.files];
+    return [code, make("span", "severity " + kind.severity, kind.severity), kind.title, kind.findings,
+      ...agreed.map(() => kind.findings - kind.open), kind.files];
   })));
 }

@@ -19,8 +19,12 @@ function reportOf(summary, detailsOf) {
 // Open findings first: what was agreed needs no hands.
 const isOpen = finding => !finding.accepted;
 
-const tallyText = tally => severities.map((severity, i) => tally[i] ? plural(tally[i], severity) : "")
-  .filter(Boolean).join(", ") || "no findings";
+const needsHands = c => c.tally[0] > 0 || ["failed", "unusable"].includes(c.state);
+const hasAgreed = c => c.tally[3] > 0;
+
+// Of [errors, warnings, notes, agreed].
+const tallyText = tally => [...severities.map((severity, i) => tally[i] ? plural(tally[i], severity) : ""),
+  tally[3] ? tally[3] + " agreed" : ""].filter(Boolean).join(", ") || "no findings";
 
 // How much a configuration needs hands: what cannot be used or failed, then errors, then warnings.
 function weight(configuration) {

@@ -38,7 +38,7 @@ test("every golden conversion: results, findings, logs of failures and JSON are 
   for (const { path, service, from, to, bytes } of goldenCases) {
     for (const words of [
       ["preview", "--json", "--keep-going", "--mend", "--service", service, "--from", from, "--to", to, "in.cfg"],
-      ["audit", "--json", "--from", from, "--to", to, "in.cfg"],
+      ["audit", "--json", "--details", "--from", from, "--to", to, "in.cfg"],
       ["audit", "--json", "--rollback", "--from", from, "--to", to, "in.cfg"],
       ["effects", "--json", "--from", from, "--to", to, "in.cfg"],
     ]) {
@@ -58,6 +58,8 @@ policy-map ${policy}
 interface Ethernet1/1
   service-policy input ${policy}
 `;
+const unattached = policy => "feature lldp\n" + marking(policy); // loses its attachment: IC041
+const example = readFileSync(join(golden, "../../examples/switch.cfg"), "utf8");
 const [from, to] = ["4.1(2)", "5.0(2)"];
 
 // Files as a folder that is chosen.
@@ -71,6 +73,14 @@ async function choose(page, files) {
   await page.waitForSelector("#releases:not([hidden])");
   return basename(folder);
 }
+
+const dropFiles = (page, files) => page.evaluate(async texts => {
+  const transfer = new DataTransfer();
+  for (const [name, text] of Object.entries(texts)) transfer.items.add(new File([text], name));
+  const before = given;
+  document.dispatchEvent(new DragEvent("drop", { dataTransfer: transfer, bubbles: true, cancelable: true }));
+  while (given === before || !given.found) await new Promise(done => setTimeout(done, 20));
+}, files);
 
 async function ask(page, release = from) {
   await page.fill("[name=from]", release);
@@ -89,11 +99,7 @@ const count = page => page.textContent("#count");
 test("a file that is dropped is converted, mended and reported as the command does it", async () => {
   const { page, trouble } = await openPage(browser, url);
   const text = `version ${from}\n` + marking("campus");
-  await page.evaluate(bytes => {
-    const transfer = new DataTransfer();
-    transfer.items.add(new File([bytes], "switch.cfg"));
-    document.dispatchEvent(new DragEvent("drop", { dataTransfer: transfer, bubbles: true, cancelable: true }));
-  }, text);
+  await dropFiles(page, { "switch.cfg": text });
   await page.waitForSelector("#releases:not([hidden])");
   assert.match(await page.textContent("#chosen"), /^1 configuration, written by 4\.1\(2\)$/);
   await page.fill("[name=to]", to);
@@ -127,17 +133,105 @@ test("a folder: what is no configuration is passed by and told, results come as 
   assert.deepEqual(trouble, []);
 });
 
+const shownAs = plan => plan.choices.map(({ via, alike, ...figures }) => ({ via, alike: alike.map(String).sort(), ...figures }));
+
+test("the ways of many configurations are those of the command, and one that is taken is asked about", async () => {
+  const { page, trouble } = await openPage(browser, url);
+  const lossy = release => `version ${release}\n` + marking("p"), files = { "0.cfg": lossy("4.1(3)"), "empty.cfg": "" };
+  for (let i = 1; i < 12; i++) files[`${i}.cfg`] = i % 3 ? lossy("4.1(2)") : "version 4.0(1)\nnpiv enable\n";
+  const folder = await choose(page, files), text = lossy("4.1(2)");
+  await page.fill("[name=from]", "");
+  await page.fill("[name=to]", "5.0(3)");
+  await page.evaluate(() => { document.querySelector("[name=from]").required = false; });
+  await page.click("#compare");
+  await page.waitForSelector("#ways:not([hidden])", patience);
+  const own = await page.evaluate(() => waysAsked(pathsGiven(), () => {}));
+  const native = JSON.parse(runNative(["plan", "--json", "--to", "5.0(3)", folder],
+    Object.fromEntries(Object.entries(files).map(([path, bytes]) => [folder + "/" + path, bytes]))).output);
+  assert.deepEqual(shownAs(own), shownAs(native));
+  assert.deepEqual(own.configurations, native.configurations);
+  assert.equal(await page.textContent("#ways tbody b"), native.choices[0].via.length ? "via " + native.choices[0].via.join(", ") : "directly");
+  assert.match(await page.textContent("#ways"), /1 configuration could not be tried/);
+
+  await dropFiles(page, { "switch.cfg": text });
+  await page.fill("[name=to]", "5.0(3)");
+  await page.click("#compare");
+  await page.waitForSelector("#ways:not([hidden])", patience);
+  await page.click("#ways [aria-label$='via 4.1(4)']");
+  await page.waitForSelector("#results:not([hidden])", patience);
+  assert.equal(await page.inputValue("[name=via]"), "4.1(4)");
+  assert.equal(await page.textContent("#ways [aria-pressed=true]"), "Taken");
+  assert.match(await page.textContent("#identity"), /4\.1\(2\) \u2192 4\.1\(4\) \u2192 5\.0\(3\)/);
+  const result = runNative(["convert", "--output", "-", "--via", "4.1(4)", "--to", "5.0(3)", "--accept", "IC041,IC043", "switch.cfg"], { "switch.cfg": text });
+  assert.equal((await downloaded(page, "Download the result")).toString("latin1"), result.output);
+  assert.deepEqual([trouble, await accessibilityProblems(page)], [[], []]);
+  for (const width of [320, 768, 1200]) await assertNoOverflow(page, width);
+});
+
+test("agreed exceptions come with the configurations, stop nothing, and are told when they are idle", async () => {
+  const { page, trouble } = await openPage(browser, url);
+  const agreed = "# of the window\nIC041 | a.cfg | interface * | moves | 2099-12-31\nIC041 | gone.cfg\n", name = "<img src=x onerror=alert(1)>, agreed";
+  await dropFiles(page, { "a.cfg": unattached("p"), "b.cfg": unattached("p"), [name]: agreed });
+  assert.match(await page.textContent("#chosen"), /^2 configurations/);
+  assert.ok((await page.textContent("#agreed")).includes("<img src=x onerror=alert(1)>_ agreed"));
+  await ask(page);
+  assert.match(await page.textContent("#exceptions"), /line 3: the exception IC041 for gone\.cfg meets nothing/);
+  await page.click(".tile.agreed");
+  await waitForCount(page, "1 of 2");
+  assert.match(await page.textContent("#list .actions"), /Download the result\s*loses what was agreed on/);
+  const report = (await downloaded(page, "Download the report")).toString();
+  const native = runNative(["audit", "--report", "report.html", "--from", from, "--to", to, "--accept", "@<img src=x onerror=alert(1)>_ agreed", "a.cfg", "b.cfg"],
+    { "a.cfg": unattached("p"), "b.cfg": unattached("p"), "<img src=x onerror=alert(1)>_ agreed": agreed }, "report.html");
+  assert.equal(undated(report), undated(native.written));
+  await dropFiles(page, { "wrong.txt": "IC041 | b.cfg\nIC777 | a.cfg\n" });
+  await page.click("button.main");
+  await page.waitForSelector("#trouble:not(:empty)", patience);
+  assert.match(await page.textContent("#trouble"), /^wrong\.txt, line 2: unknown finding 'IC777'/);
+  await page.click("#agreed button");
+  await ask(page);
+  assert.equal(await page.$(".tile.agreed"), null);
+  assert.deepEqual(trouble, []);
+});
+
+test("what a result has lost is said beside its button, and the mended one comes first", async () => {
+  const { page, trouble } = await openPage(browser, url);
+  const half = example.replaceAll("priority", "fabric"); // the target has no fabric
+  await dropFiles(page, { "whole.cfg": unattached("p"), "half.cfg": half, "fine.cfg": "npiv enable\n", "fails.cfg": "feature lldp\nsystem qos\n  service-policy dc\n" });
+  await ask(page);
+  const said = name => page.evaluate(async wanted => {
+    const box = [...document.querySelectorAll("#list > details")].find(each => each.querySelector(".name").textContent.startsWith(wanted));
+    box.open = true;
+    await new Promise(done => setTimeout(done, 100));
+    return [...box.querySelectorAll(".actions .buttons")].map(line => [...line.children].map(part => part.textContent));
+  }, name);
+  const [mended, result] = ["Download the mended result", "Download the result"];
+  assert.deepEqual(await said("whole.cfg"), [[mended, "nothing that was found as an error is lost"], [result, "has 1 error in it: IC041"]]);
+  const [first, second] = await said("half.cfg");
+  assert.deepEqual([first[0], second[0]], [mended, result]);
+  assert.equal(first[1], "still has 2 errors in it: IC030");
+  assert.deepEqual(await said("fine.cfg"), [[result, "no errors"]]);
+  assert.deepEqual(await said("fails.cfg"), []);
+  const all = await page.$$eval("#downloads .buttons", list => list.map(line => line.textContent));
+  assert.equal(all[0], "Download all, mended" + "1 configuration has errors: IC030, IC041");
+  assert.equal(all[1], "Download all results" + "2 configurations have errors: IC030, IC041");
+  assert.deepEqual(trouble, []);
+});
+
 test("a configuration full of markup, control bytes and broken UTF-8 runs nothing, and keeps its bytes", async () => {
   const hostile = Buffer.concat([Buffer.from("npiv enable\n  description </script><script>alert(1)</script><img src=x onerror=alert(2)>"),
     Buffer.from([0x1b, 0x5b, 0x32, 0x4a, 0x07, 0xc3, 0x28, 0xe2, 0x80, 0xae, 0x0d]), Buffer.from(" npiv enable\n" + marking("<b>bold</b>"))]);
   const name = "<img src=x onerror=alert(3)>.cfg", { page, trouble } = await openPage(browser, url);
   const folder = await choose(page, { [name]: hostile });
+  await page.fill("[name=to]", to);
+  await page.fill("[name=from]", from);
+  await page.click("#compare");
+  await page.waitForSelector("#ways:not([hidden])", patience);
   await ask(page);
   await page.evaluate(() => document.querySelectorAll("details").forEach(box => { box.open = true; }));
   await page.waitForSelector(".diff");
   assert.ok((await page.textContent("#list .diff")).includes("</script><script>alert(1)</script><img src=x onerror=alert(2)>"));
   assert.ok((await page.textContent("#list .name")).includes(name));
-  assert.equal(await page.$("main img, main b:not(.tile b), main script"), null);
+  assert.equal(await page.$("main img, main b:not(.tile b, .ways b), main script"), null);
   const agreed = (await page.$$eval("#causes .code", list => list.map(code => code.textContent))).join(",");
   const native = runNative(["convert", "--output", "-", "--from", from, "--to", to, "--accept", agreed, "in.cfg"], { "in.cfg": hostile });
   assert.equal((await downloaded(page, "Download the result")).toString("latin1"), native.output);
@@ -206,7 +300,7 @@ test("a thousand configurations, and a second question about them", async () => 
   await page.fill("#filters [name=text]", "sw77.cfg");
   await waitForCount(page, "1 of 1000");
   await page.fill("[name=to]", "banana");
-  await page.click("button.main");
+  await page.evaluate(() => { for (let i = 0; i < 3; i++) document.querySelector("button.main").click(); }); // the last one counts
   await page.waitForSelector("#trouble:not(:empty)", patience);
   await page.fill("[name=to]", "4.1(3)");
   await page.click("button.main");
@@ -230,7 +324,7 @@ test("the keyboard alone, narrow and wide, light and dark, on paper", async () =
     await page.waitForSelector("#results:not([hidden])", patience);
     assert.match(await page.textContent("#causes"), /IC041/);
     assert.deepEqual(await accessibilityProblems(page), [], colorScheme);
-    for (const width of [320, 640, 1200]) await assertNoOverflow(page, width);
+    for (const width of [320, 768, 1200]) await assertNoOverflow(page, width);
     await page.context().grantPermissions([]);
     await page.click(".fix .copy");
     await page.waitForFunction(() => document.querySelector(".fix .copy").textContent === "copied");

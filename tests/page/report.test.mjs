@@ -12,9 +12,9 @@ let browser;
 before(async () => { browser = await openBrowser(); });
 after(async () => { await browser?.close(); rmSync(place, { recursive: true }); });
 
-function writeReport(name, texts) {
+function writeReport(name, texts, more = []) {
   const files = Object.entries(texts).map(([file, text]) => { writeFileSync(join(place, file), text); return file; });
-  const run = spawnSync(command, ["audit", "--from", "4.1(2)", "--to", "5.0(2)", "--report", name, ...files],
+  const run = spawnSync(command, ["audit", "--from", "4.1(2)", "--to", "5.0(2)", "--report", name, ...more, "--", ...files],
     { cwd: place, encoding: "utf8", maxBuffer: 1 << 28 });
   assert.ok([0, 4, 5].includes(run.status), run.stderr);
   return "file://" + join(place, name);
@@ -28,6 +28,7 @@ policy-map ${policy}
 ${place_}
   service-policy input ${policy}
 `;
+const unattached = policy => "feature lldp\n" + marking(policy); // loses its attachment: IC041
 const small = {
   "a.cfg": "npiv enable\n  description </script><b>bold</b><img src=x onerror=alert(1)> npiv enable\n\u0007\n",
   "b.cfg": "feature lldp\n",
@@ -63,12 +64,36 @@ test("the list is filtered by the address, and Back works", async () => {
   assert.deepEqual(trouble, []);
 });
 
-test("markup and control bytes of a configuration are shown as they are", async () => {
-  const { page, trouble } = await openPage(browser, writeReport("markup.html", small) + "#text=a.cfg");
-  const shown = await page.textContent("#list .diff");
-  assert.ok(shown.includes("</script><b>bold</b><img src=x onerror=alert(1)>"));
-  assert.equal(await page.$("#list .diff b, #list .diff img"), null);
+test("markup and control bytes of a configuration, its name and exceptions are shown as they are", async () => {
+  const markup = "<img src=x onerror=alert(1)>", name = `</script>${markup}.cfg`.replaceAll("/", "\u2215");
+  writeFileSync(join(place, "agreed"), `IC041 | * | * | ${markup} | 2099-12-31\nIC030 | ${markup} | ${markup} |\n`);
+  const url = writeReport("markup.html", { "a.cfg": small["a.cfg"], [name]: unattached("<b>bold</b>"), [markup]: "\0" },
+    ["--accept", "@agreed", "--via", "4.2(1)"]);
+  const { page, trouble } = await openPage(browser, url);
+  await page.evaluate(() => dispatchEvent(new Event("beforeprint")));
+  const shown = await page.textContent("main");
+  for (const text of ["</script><b>bold</b>" + markup, "\u2407", name, "Reason: " + markup, "IC030 for " + markup]) assert.ok(shown.includes(text), text);
+  assert.equal(await page.$("main b:not(.tile b), main img, main script"), null);
   assert.deepEqual(trouble, []);
+});
+
+test("what was agreed on stands apart, exceptions without use and the steps of a route are told", async () => {
+  writeFileSync(join(place, "agreed"), "IC041 | d.cfg | interface * | moves to the campus | 2099-12-31\n" +
+    "IC041 | e.cfg | * | | 2001-01-01\nIC030 | nowhere.cfg\n");
+  const url = writeReport("agreed.html", { ...small, "d.cfg": unattached("p"), "e.cfg": unattached("p") }, ["--accept", "@agreed", "--via", "4.2(1)"]);
+  const { page, trouble } = await openPage(browser, url);
+  assert.deepEqual(await page.$$eval("#exceptions li", list => list.map(e => e.textContent)), [
+    "agreed, line 2: the exception IC041 for e.cfg expired after 2001-01-01", "agreed, line 3: the exception IC030 for nowhere.cfg meets nothing"]);
+  await page.click(".tile.agreed");
+  await waitForCount(page, "1 of 6");
+  assert.match(await page.textContent("#list > details summary"), /d\.cfg.*1 agreed/);
+  assert.equal(await page.$("#list .finding.error"), null);
+  const agreed = await page.textContent("#list .folded:not([open])");
+  for (const text of ["IC041", "Reason: moves to the campus, until 2099-12-31", "step 4.1(2) \u2192 4.2(1)"]) assert.ok(agreed.includes(text), text);
+  assert.match(await page.textContent("#list .diff .rule"), /^step 4\.1\(2\) \u2192 4\.2\(1\): IC-QOS/);
+  assert.equal(await page.textContent("#list .services tbody tr:last-child td"), "4.2(1) \u2192 5.0(2)");
+  assert.match(await page.textContent("#codes"), /Of these agreed/);
+  assert.deepEqual([trouble, await accessibilityProblems(page)], [[], []]);
 });
 
 test("changed words are marked, a rule explains itself, a line of a finding leads to its place", async () => {
@@ -100,7 +125,7 @@ test("narrow and wide, light and dark, nothing hinders reading", async () => {
   for (const colorScheme of ["light", "dark"]) {
     const { page } = await openPage(browser, writeReport("wide.html", small) + "#text=d.cfg", { colorScheme });
     assert.deepEqual(await accessibilityProblems(page), [], colorScheme);
-    for (const width of [320, 640, 1200]) await assertNoOverflow(page, width);
+    for (const width of [320, 768, 1200]) await assertNoOverflow(page, width);
   }
 });
 
