@@ -15,18 +15,21 @@ function groupBox(report, group) {
   box.dataset.index = c.index;
   box.group = group;
   const name = make("span", "name", c.path);
-  if (report.hasOwnReleases && c.from) name.append(make("span", "soft", ", from " + c.from));
+  name.append(make("span", "soft", ownRelease(report, c)));
   if (group.length > 1) name.append(" ", make("span", "alike", "and " + (group.length - 1) + " alike"));
   box.append(make("summary", "", name, make("span", "state", c.state), make("span", "tally " + worst, tallyText(c.tally))));
   box.addEventListener("toggle", () => { if (box.open) fill(report, box); });
   return box;
 }
 
+// Where the configurations come from several releases, which one it is.
+const ownRelease = (report, c) => report.hasOwnReleases && c.from ? ", from " + c.from : "";
+
 function fill(report, box) {
   const { group } = box;
   if (box.querySelector(":scope > .body")) return;
   const body = detailsOf(report, group[0]);
-  if (group.length > 1) body.prepend(folded(plural(group.length, "configuration") + " alike", [make("ul", "", ...group.map(c => make("li", "", c.path)))]));
+  if (group.length > 1) body.prepend(folded(plural(group.length, "configuration") + " alike", [make("ul", "", ...group.map(c => make("li", "", c.path + ownRelease(report, c))))]));
   box.append(body);
 }
 
