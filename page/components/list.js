@@ -11,7 +11,7 @@ function showList(report, place, wanted) {
 
 function groupBox(report, group) {
   const [c] = group, box = make("details", "configuration");
-  const worst = ["failed", "unusable"].includes(c.state) || c.tally[0] ? "error" : c.tally[1] ? "warning" : "soft";
+  const worst = needsHands(c) ? "error" : c.tally[1] ? "warning" : "soft";
   box.dataset.index = c.index;
   box.group = group;
   const name = make("span", "name", c.path);
@@ -29,7 +29,8 @@ function fill(report, box) {
   const { group } = box;
   if (box.querySelector(":scope > .body")) return;
   const body = detailsOf(report, group[0]);
-  if (group.length > 1) body.prepend(folded(plural(group.length, "configuration") + " alike", [make("ul", "", ...group.map(c => make("li", "", c.path + ownRelease(report, c))))]));
+  if (group.length > 1) body.prepend(folded(plural(group.length, "configuration") + " alike",
+    [make("ul", "", ...group.map(c => make("li", "", c.path + ownRelease(report, c))))]));
   box.append(body);
 }
 

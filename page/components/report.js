@@ -28,7 +28,10 @@ function showReport(report) {
 
 function updateList(report, form, list, count) {
   const wanted = currentFilter();
-  for (const name of filterNames) if (form.elements[name] && form.elements[name].value !== (wanted[name] || "")) form.elements[name].value = wanted[name] || form.elements[name].options?.[0]?.value || "";
+  for (const field of filterNames.map(name => form.elements[name]).filter(Boolean)) {
+    const value = wanted[field.name] || "";
+    if (field.value !== value) field.value = value || field.options?.[0]?.value || "";
+  }
   const shown = showList(report, list, wanted);
   count.textContent = shown + " of " + plural(report.configurations.length, "configuration") +
     (needs[wanted.needs] ? ", " + needs[wanted.needs].words : "");
