@@ -1,25 +1,31 @@
 #!/usr/bin/env python3
 """Changes one thing at a time in the sources, and asks whether the tests notice.
 
-usage: mutants.py [--count N] [--seed S] [--jobs J] [--only AREA[,...]] [--build DIR]
+usage: mutants.py [--count N] [--seed S] [--jobs J] [--only AREA[,...]] [--tests REGEX] [--build DIR]
 
 Of all places where an operator, a constant or a condition can be changed, or a statement removed, N
-are drawn by the seed, as many from each area as it has of them. Each is compiled and tried by the tests of ./check, in a
-copy of the last commit; a change that does not compile does not count. Printed are the changes that
-no test noticed, and how many were noticed in each area.
+are drawn by the seed, as many from each area as it has of them. One build, of a copy of the tree, holds
+all of them, each as a choice that the environment makes (mutants.h); what does not compile does not
+count. The tests run once to tell which changes they come by and how long they take; then each change is
+tried by those that do, quickest first, until one notices. Printed are the changes that no test noticed,
+and how many were noticed in each area.
 """
 
 import argparse
 import concurrent.futures
+import json
 import os
 import pathlib
-import queue
 import random
 import re
-import resource
 import shutil
+import signal
 import subprocess
 import sys
+import tempfile
+import time
+
+import places
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 AREAS = {
@@ -29,108 +35,163 @@ AREAS = {
     "audit": "tools/infraconvert/audit",
 }
 # Tests that read sources or documents, and none of the code that they describe.
-NOT_ASKED = "^(infraconvert.arrows|install|abi.exports)"
-TOO_LONG = 120  # seconds for one test; what runs so long runs for ever
+NOT_ASKED = re.compile("infraconvert.arrows|install|abi.exports")
 MEMORY = 4 << 30  # bytes for one process
-
-OPERATORS = {"==": "!=", "!=": "==", "<=": "<", ">=": ">", "&&": "||", "||": "&&", "++": "--", "--": "++",
-             "+=": "-=", "-=": "+=", " < ": " <= ", " > ": " >= ", " + ": " - ", " - ": " + "}
-OPERATOR = re.compile("|".join(re.escape(text) for text in sorted(OPERATORS, key=len, reverse=True)))
-NUMBER = re.compile(r"(?<![\w.])(\d+)(?![\w.'])")
-TRUTH = re.compile(r"\b(true|false)\b")
-CONDITION = re.compile(r"\b(?:if|while) \((?=[^;]*\)(?: \{)?$)")
-STATEMENT = re.compile(r"^\s+(?!return\b|using\b|const\b|auto\b|static\b|throw\b|case\b|break\b|}|friend\b)"
-                       r"[\w:.\->\[\]()*]+(?:\(.*\)| [-+|&]?= .*);$")
+SPARE = 1.4  # so many times the wanted changes are drawn, for some do not compile
 
 
-def blanked(source):
-    """The source with what is no code made blank, place for place."""
-    no_code = re.compile(r'//[^\n]*|/\*.*?\*/|R"\((?:.|\n)*?\)"|"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])+\'|^\s*#[^\n]*',
-                         re.S | re.M)
-    return no_code.sub(lambda found: re.sub(r"[^\n]", " ", found.group()), source)
+def tell(text):
+    print(text, file=sys.stderr, flush=True)
 
 
-def places_of_line(line, code):
-    """(from, to, new text) of each change that the line allows."""
-    if "static_assert" in code or "template" in code:
-        return
-    for found in OPERATOR.finditer(code):
-        yield found.start(), found.end(), OPERATORS[found.group()]
-    for found in NUMBER.finditer(code):
-        yield found.start(), found.end(), str(int(found.group()) + 1)
-    for found in TRUTH.finditer(code):
-        yield found.start(), found.end(), "false" if found.group() == "true" else "true"
-    for found in CONDITION.finditer(code):
-        close = code.rindex(")")
-        yield found.end(), close, "!(" + line[found.end():close] + ")"
-    if STATEMENT.match(code) and code.count("(") == code.count(")"):
-        start = len(code) - len(code.lstrip())
-        yield start, len(line), ";"
+def write(path, content):
+    """Leaves the file alone, and what was built of it, when it says so already."""
+    if not path.exists() or path.read_bytes() != content:
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(content)
 
 
-def candidates(area):
-    """(area, file, line number, from, to, new text) of every change in an area."""
-    for file in sorted((ROOT / AREAS[area]).rglob("*.cpp")):
-        source = file.read_text()
-        lines = zip(source.split("\n"), blanked(source).split("\n"))
-        for number, (line, code) in enumerate(lines, 1):
-            for start, end, text in places_of_line(line, code):
-                yield area, file.relative_to(ROOT), number, start, end, text
-
-
-def limited():
-    resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
-
-
-class Tree:
-    """A copy of the last commit with a build of its own."""
-
-    def __init__(self, where):
-        self.source = where / "tree"
-        self.build = where / "build"
-        shutil.rmtree(self.source, ignore_errors=True)
-        self.source.mkdir(parents=True)
-        archive = subprocess.run(["git", "-C", ROOT, "archive", "HEAD"], check=True, capture_output=True).stdout
-        subprocess.run(["tar", "-x", "-C", self.source], input=archive, check=True)
-        subprocess.run(["cmake", "-G", "Ninja", "-S", self.source, "-B", self.build, "-DCMAKE_BUILD_TYPE=Debug",
-                        "-DCMAKE_CXX_FLAGS=-O1 -g0", "-DINFRACONVERT_TOOLS=ON", "-DINFRACONVERT_TESTS=ON"],
-                       check=True, capture_output=True)
-
-    def compiles(self):
-        return subprocess.run(["ninja", "-C", self.build], capture_output=True).returncode == 0
-
-    def passes(self):
-        run = subprocess.run(["ctest", "--test-dir", self.build, "--stop-on-failure", "-E", NOT_ASKED, "--timeout",
-                              str(TOO_LONG)], capture_output=True, preexec_fn=limited)
-        return run.returncode == 0
-
-    def try_change(self, change):
-        """None when it does not compile, else whether a test notices."""
-        _, file, number, start, end, text = change
-        path = self.source / file
-        original = path.read_text()
-        lines = original.split("\n")
-        line = lines[number - 1]
-        lines[number - 1] = line[:start] + text + line[end:]
-        path.write_text("\n".join(lines))
-        try:
-            return not self.passes() if self.compiles() else None
-        finally:
-            path.write_text(original)
-
-
-def in_words(change):
-    _, file, number, start, end, text = change
-    line = (ROOT / file).read_text().split("\n")[number - 1]
-    return f"{file}:{number}: {line.strip()}\n    {(line[:start] + text + line[end:]).strip()}"
+# ---- The changes
 
 
 def drawn(areas, count, seed):
-    """Changes in the order in which they are tried: from each area in proportion, more than are needed."""
-    chance = random.Random(seed)
-    found = [change for area in areas for change in candidates(area)]
-    chance.shuffle(found)
-    return found[:count * 2]
+    """The changes of each area in the order of their drawing, and how many of them are wanted."""
+    found = {area: [change for file in sorted((ROOT / AREAS[area]).rglob("*.cpp"))
+                    for change in places.changes(str(file.relative_to(ROOT)), file.read_text())] for area in areas}
+    wanted = {area: round(count * len(found[area]) / sum(map(len, found.values()))) for area in areas}
+    for area in areas:
+        random.Random(f"{seed} {area}").shuffle(found[area])
+        apart = []
+        for change in found[area][:int(wanted[area] * SPARE)]:
+            if not any(change.overlaps(other) for other in apart):
+                apart.append(change)
+        found[area] = apart
+    return [change for area in areas for change in found[area]], wanted
+
+
+def with_changes(file, source, changes):
+    """The source with these changes as choices, its lines where they were."""
+    for number, change in sorted(changes.items(), key=lambda each: -each[1].start):
+        text = change.text.replace("mutants::on(@)", f"mutants::on({number})")
+        source = source[:change.start] + text + source[change.end:]
+    return f'#include "{ROOT / "tests/mutants/mutants.h"}"\n#line 1\n{source}' if changes else source
+
+
+def area_of(change):
+    return next(area for area, folder in AREAS.items() if change.file.startswith(folder + "/"))
+
+
+def first_of_each(changes, wanted):
+    """As many of each area as are wanted."""
+    taken = {area: [number for number, change in changes.items() if area_of(change) == area] for area in wanted}
+    return {number: changes[number] for area in wanted for number in taken[area][:wanted[area]]}
+
+
+def in_words(change):
+    lines = (ROOT / change.file).read_text().split("\n")[change.lines.start - 1:change.lines.stop - 1]
+    return (f"{change.file}:{change.lines.start}: {' '.join(line.strip() for line in lines)}\n"
+            f"    {' '.join(change.old.split())}   ->   {' '.join(change.new.split())}")
+
+
+# ---- The build
+
+
+def copy_tree(tree, changes):
+    listed = subprocess.run(["git", "-C", ROOT, "ls-files", "-z"], check=True, capture_output=True, text=True).stdout
+    files = set(filter(None, listed.split("\0")))
+    for folder, below, names in os.walk(tree):
+        below[:] = [name for name in below if name != "build"]
+        for path in (pathlib.Path(folder, name) for name in names):
+            if str(path.relative_to(tree)) not in files:
+                path.unlink()
+    for file in sorted(files):
+        mine = {number: change for number, change in changes.items() if change.file == file}
+        content = (ROOT / file).read_bytes()
+        write(tree / file, with_changes(file, content.decode(), mine).encode() if mine else content)
+        shutil.copymode(ROOT / file, tree / file)
+
+
+def failing(output, changes):
+    """The changes on lines of which the compiler complains, or else those next before them."""
+    wrong = set()
+    for file, line in set(re.findall(r"^(\S+?):(\d+):\d+: +(?:error|required from)", output, re.M)):
+        mine = {number: change.lines for number, change in changes.items() if file.endswith(change.file)}
+        there = [number for number, lines in mine.items() if int(line) in lines]
+        before = sorted((number for number, lines in mine.items() if lines.start < int(line)),
+                        key=lambda number: mine[number].start)
+        wrong.update(there or before[-1:] or mine)
+    return wrong
+
+
+def build(tree, changes, jobs):
+    """Builds the tree with those of the changes that compile, and takes out the others."""
+    while True:
+        copy_tree(tree, changes)
+        subprocess.run(["cmake", "--preset", "release"], cwd=tree, check=True, capture_output=True)
+        made = subprocess.run(["ninja", "-k", "0", "-j", str(jobs)], cwd=tree / "build/release", capture_output=True,
+                              text=True)
+        if made.returncode == 0:
+            return
+        wrong = failing(made.stdout, changes)
+        if not wrong:
+            sys.exit(made.stdout + "\nmutants: the build fails")
+        for number in wrong:
+            del changes[number]
+        tell(f"{len(wrong)} changes that do not compile are taken out, {len(changes)} are left")
+
+
+# ---- The tests
+
+
+class Test:
+    def __init__(self, told):
+        properties = {each["name"]: each["value"] for each in told.get("properties", [])}
+        self.name, self.command = told["name"], told["command"]
+        self.folder = properties["WORKING_DIRECTORY"]
+        self.environment = dict(each.split("=", 1) for each in properties.get("ENVIRONMENT", []))
+        self.seconds = 60
+        self.reaches = set()
+
+    def passes(self, change=0, **environment):
+        """Whether it passes with a change; what takes far longer than without does not."""
+        limits = ["prlimit", f"--as={MEMORY}", f"--cpu={int(5 * self.seconds) + 5}"]
+        environment = {**os.environ, **self.environment, "MUTANT": str(change), **environment}
+        process = subprocess.Popen(limits + self.command, cwd=self.folder, env=environment, start_new_session=True,
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        try:
+            return process.wait(20 * self.seconds + 20) == 0
+        except subprocess.TimeoutExpired:
+            return False
+        finally:
+            try:
+                os.killpg(process.pid, signal.SIGKILL)
+            except ProcessLookupError:
+                pass
+            process.wait()
+
+    def look(self, changes):
+        """Runs it without a change; notes its time, and which changes it comes by."""
+        with tempfile.NamedTemporaryFile() as reached:
+            reached.truncate(max(changes, default=0) + 1)
+            start = time.monotonic()
+            passed = self.passes(MUTANTS_REACHED=reached.name)
+            self.seconds = time.monotonic() - start
+            self.reaches = {number for number, byte in enumerate(reached.read()) if byte}
+        if not passed:
+            tell(f"{self.name} fails without a change, and is not asked")
+        return passed
+
+
+def tests_of(tree, pattern):
+    listed = subprocess.run(["ctest", "--show-only=json-v1"], cwd=tree / "build/release", check=True,
+                            capture_output=True).stdout
+    tests = [Test(told) for told in json.loads(listed)["tests"] if "command" in told]
+    return [test for test in tests if not NOT_ASKED.match(test.name) and re.search(pattern, test.name)]
+
+
+def noticed_by(number, tests):
+    """The first test that notices a change; None when none does. One that fails without it too is not believed."""
+    return next((test for test in tests if number in test.reaches and not test.passes(number) and test.passes()), None)
 
 
 def main():
@@ -138,40 +199,34 @@ def main():
     options.add_argument("--count", type=int, default=300)
     options.add_argument("--seed", type=int, default=1)
     options.add_argument("--jobs", type=int, default=len(os.sched_getaffinity(0)))
-    options.add_argument("--only", default=",".join(AREAS))
-    options.add_argument("--build", type=pathlib.Path, default=ROOT / "build" / "mutants")
+    options.add_argument("--only", default=",".join(AREAS), help="areas, with commas between")
+    options.add_argument("--tests", default="", help="only the tests whose names this finds")
+    options.add_argument("--build", type=pathlib.Path, default=ROOT / "build/mutants")
     given = options.parse_args()
 
-    trees = queue.Queue()
-    for job in range(given.jobs):
-        tree = Tree(given.build.resolve() / str(job))
-        if not tree.compiles() or not tree.passes():
-            sys.exit("mutants: the tests fail without any change")
-        trees.put(tree)
-
-    results = {area: [0, 0] for area in given.only.split(",")}  # noticed, tried
-    survivors = []
-
-    def attempt(change):
-        if sum(tried for _, tried in results.values()) >= given.count:
-            return
-        tree = trees.get()
-        noticed = tree.try_change(change)
-        trees.put(tree)
-        if noticed is None:
-            return
-        results[change[0]][1] += 1
-        results[change[0]][0] += noticed
-        if not noticed:
-            survivors.append(change)
-            print(in_words(change), flush=True)
-        print(f"\r{sum(tried for _, tried in results.values())} of {given.count}", end="", file=sys.stderr)
+    changes, wanted = drawn(given.only.split(","), given.count, given.seed)
+    changes = dict(enumerate(changes, 1))
+    build(given.build.resolve(), changes, given.jobs)
+    changes = first_of_each(changes, wanted)
 
     with concurrent.futures.ThreadPoolExecutor(given.jobs) as pool:
-        list(pool.map(attempt, drawn(results, given.count, given.seed)))
-    print(file=sys.stderr)
-    for area, (noticed, tried) in results.items():
-        print(f"{area}: {noticed} of {tried} noticed")
+        tests = tests_of(given.build.resolve(), given.tests)
+        tests = [test for test, passed in zip(tests, pool.map(lambda test: test.look(changes), tests)) if passed]
+        tests.sort(key=lambda test: test.seconds)
+        tell(f"{len(tests)} tests, {sum(test.seconds for test in tests):.0f} s")
+        tried = pool.map(lambda number: noticed_by(number, tests), changes)
+        counts = {area: [0, 0] for area in wanted}
+        for at, (change, test) in enumerate(zip(changes.values(), tried), 1):
+            counts[area_of(change)][0] += test is not None
+            counts[area_of(change)][1] += 1
+            tell(f"{at} of {len(changes)}: {test.name if test else 'nobody'}")
+            if not test:
+                print(in_words(change), flush=True)
+    for area, (noticed, count) in counts.items():
+        print(f"{area}: {noticed} of {count} noticed")
+    noticed = sum(noticed for noticed, _ in counts.values())
+    print(f"{noticed} of {len(changes)} noticed, {100 * noticed / max(len(changes), 1):.0f} %")
 
 
-main()
+if __name__ == "__main__":
+    main()
