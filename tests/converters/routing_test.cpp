@@ -54,6 +54,8 @@ const row_t rows[] = {
     {"satmgr", "5.0(3u)K1(1u)", "5.0(3)K1(2)", "interface a\n", nullptr},
     {"assoc", "4.1(3)", "5.0(2)", "vlan 10-11\n  fcoe\n  name a\n",
      "vlan  10\n  fcoe\nvlan  11\n  fcoe\nvlan 10-11\n  name a\n"},
+    {"assoc", "4.1(3)", "5.0(2)", "vlan 9,19-20\n  fcoe\n",
+     "vlan  9\n  fcoe\nvlan  19\n  fcoe\nvlan  20\n  fcoe\nvlan 9,19-20\n"},
     {"assoc", "4.2(1)", "5.0(2)", "vlan 5\n  fcoe\n", nullptr},
     {"assoc", "4.1(3)", "4.2(1)", "vlan 5\n  fcoe\n", nullptr},
     {"qos", "4.1(3)", "4.0(1)", "class-map c\n", "class-map c\n"},
@@ -100,6 +102,26 @@ TEST(routing, fabric_lines_that_cannot_be_moved) {
         EXPECT_EQ(result.status, 0) << row.before;
         EXPECT_EQ(result.file, row.after) << row.before;
     }
+}
+
+// What is moved is first copied, and the copy holds so much.
+TEST(routing, a_fabric_line_of_62_bytes_is_moved_and_a_longer_one_stays) {
+    const std::string mode = "  switchport mode fex-fabric\n";
+    for (const size_t length : {62, 63}) {
+        const std::string words = "fex associate 1 ";
+        const std::string fex = "  " + words + std::string(length - words.size(), 'x') + '\n';
+        const auto result = support::convert(support::service_named("satmgr"),
+                                             "interface a\n" + fex + mode, "4.2(1)", "5.0(3)");
+        EXPECT_EQ(result.file, "interface a\n" + (length == 62 ? mode + fex : fex + mode));
+    }
+}
+
+// The stanzas of VLANs 46 to 107 have a thousand bytes.
+TEST(routing, vlan_stanzas_are_inserted_when_they_are_more_than_a_thousand_bytes) {
+    const auto result = support::convert(support::service_named("assoc"), "vlan 46-109\n  fcoe\n",
+                                         "4.1(3)", "5.0(2)");
+    EXPECT_NE(result.log.find("To write size [1017] total[1017]"), result.log.npos) << result.log;
+    EXPECT_NE(result.log.find("To write size [17] total[1034]"), result.log.npos) << result.log;
 }
 
 namespace {

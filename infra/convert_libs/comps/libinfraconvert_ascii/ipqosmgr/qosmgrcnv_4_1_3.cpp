@@ -12,10 +12,10 @@
 namespace {
 
 constexpr qoscnv_step_t upgrade_steps[] = {
-    {qoscnv_build_classmaps_db, "failed to build classmaps database", false},
-    {qoscnv_build_policymaps_db_upgrade, "failed to build policymaps database", false},
-    {qoscnv_assign_qosgrp_to_sysqos_policy, "failed to assign qos groups to attached system policy",
-     false},
+    {qoscnv_build_classmaps_db, "failed to build classmaps database"},
+    {qoscnv_build_policymaps_db_upgrade, "failed to build policymaps database"},
+    {qoscnv_assign_qosgrp_to_sysqos_policy,
+     "failed to assign qos groups to attached system policy"},
     {qoscnv_add_type_qos_to_classmaps, "Could not add \"type qos\" to existing class-maps", true},
     {qoscnv_add_type_qos_to_policymaps, "Could not add \"type qos\" to existing policy-maps", true},
     {qoscnv_rewrite_maps, "Could not write out updated maps", true},
@@ -23,25 +23,24 @@ constexpr qoscnv_step_t upgrade_steps[] = {
 };
 
 constexpr qoscnv_step_t downgrade_to_4_1_3_steps[] = {
-    {qoscnv_remove_description, nullptr, false},
-    {qoscnv_remove_match_any, nullptr, false},
-    {qoscnv_build_policymaps_db_downgrade, "failed to build policymaps database for downgrade",
-     false},
+    {qoscnv_remove_description},
+    {qoscnv_remove_match_any},
+    {qoscnv_build_policymaps_db_downgrade, "failed to build policymaps database for downgrade"},
     {[] { return qoscnv_rewrite_maps_4_2_1(false); }, "Could not write out updated maps", true},
 };
 
 constexpr qoscnv_step_t downgrade_below_4_1_3_steps[] = {
-    {qoscnv_remove_description, nullptr, false},
-    {qoscnv_build_policymaps_db_downgrade, "failed to build policymaps database", false},
-    {qoscnv_identify_empty_classmaps, nullptr, false},
-    {qoscnv_identify_empty_policymaps, nullptr, false},
-    {qoscnv_delete_type_qos_attachments, nullptr, false},
-    {qoscnv_remove_type_qos, nullptr, false},
-    {qoscnv_remove_type_queuing, nullptr, false},
-    {qoscnv_remove_type_nq, nullptr, false},
-    {qoscnv_remove_qos_groups, nullptr, false},
-    {qoscnv_remove_empty_classmaps, nullptr, false},
-    {qoscnv_replace_policymaps, nullptr, false},
+    {qoscnv_remove_description},
+    {qoscnv_build_policymaps_db_downgrade, "failed to build policymaps database"},
+    {qoscnv_identify_empty_classmaps},
+    {qoscnv_identify_empty_policymaps},
+    {qoscnv_delete_type_qos_attachments},
+    {qoscnv_remove_type_qos},
+    {qoscnv_remove_type_queuing},
+    {qoscnv_remove_type_nq},
+    {qoscnv_remove_qos_groups},
+    {qoscnv_remove_empty_classmaps},
+    {qoscnv_replace_policymaps},
     {qoscnv_delete_duplicate_attachments, "Could not delete duplicate attachments", true},
 };
 

@@ -9,8 +9,8 @@
 // the status in words where `names_status` is set.
 struct qoscnv_step_t {
     syserr_t (*run)();
-    const char *message;
-    bool names_status;
+    const char *message = nullptr;
+    bool names_status = false;
 };
 
 // Runs the steps of the pipeline `pipeline` until one fails. Returns its status, else 0.

@@ -10,10 +10,9 @@
 namespace {
 
 constexpr qoscnv_step_t upgrade_steps[] = {
-    {qoscnv_remove_description, nullptr, false},
-    {qoscnv_identify_classmaps_for_type, nullptr, false},
-    {qoscnv_build_policymaps_db_downgrade, "failed to build policymaps database for upgrade",
-     false},
+    {qoscnv_remove_description},
+    {qoscnv_identify_classmaps_for_type},
+    {qoscnv_build_policymaps_db_downgrade, "failed to build policymaps database for upgrade"},
     {[] { return qoscnv_rewrite_maps_4_2_1(true); }, "Could not write out updated maps", true},
 };
 
