@@ -68,6 +68,11 @@ const row_t rows[] = {
     {"qos", "5.0(3)U2(1)", "5.0(3)N1(1)", "class-map c\n", nullptr},
     {"qos", "5.0(3)N2(1)", "5.0(3)U1(1)", "class-map c\n", nullptr},
     {"qos", "5.0(3)U2(1)", "5.0(3)U1(1)", "class-map type control-plane c\n  match\n", "  match\n"},
+    {"qos", "5.0(3)U2(1)", "5.0(3)U1(1)",
+     "clclass-map type control-plane c\nass-map type control-plane d\n", ""},
+    {"qos", "5.0(3)U2(1)", "5.0(3)U1(1)",
+     "claclass-map type control-plane c\nss-map type control-plane d\n",
+     "class-map type control-plane d\n"},
 };
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "fwm/fwmcnv_engine.h"
 #include "ipqosmgr/qosmgrcnv_engine.h"
 #include "npiv/npiv_engine.h"
+#include "platform/calls.h"
 #include "satmgr/satcnv_engine.h"
 #include "support/converter_process.h"
 
@@ -138,6 +139,8 @@ TEST(instances, each_question_about_a_pair_of_releases) {
         {fcportsec_read_versions, fcportsec_ver_to_lt_4_1_3_K_1_1, "4.2(1)", "4.1(3)K1(1)", false},
         {npiv_read_versions, npiv_ver_from_lt_4_1_3_K_2_1, "4.1(3)K1(1)", "4.2(1)", false},
         {npiv_read_versions, npiv_ver_from_gt_4_1_3_K_2_1, "4.1(3)K2(2)", "4.0(1)", true},
+        {npiv_read_versions, npiv_ver_from_gt_4_1_3_K_2_1, "4.1(3)K2(1)", "4.0(1)", false},
+        {npiv_read_versions, npiv_ver_to_gt_4_1_3_K_2_1, "4.0(1)", "4.1(3)K2(1)", false},
         {fwmcnv_read_versions, fwmcnv_ver_to_lt_4_1_3, "4.2(1)", "4.0(1)", false},
         {fwmcnv_read_versions, fwmcnv_ver_from_lt_4_1_3, "3.9(9)", "4.0(1)", true},
         {fwmcnv_read_versions, fwmcnv_ver_from_eq_4_1_3, "4.1(3)K9(1)", "4.0(1)", true},
@@ -150,4 +153,9 @@ TEST(instances, each_question_about_a_pair_of_releases) {
         row.read(row.from, row.to);
         EXPECT_EQ(row.question(), row.answer) << row.from << " to " << row.to;
     }
+}
+
+TEST(platform, says_a_status_in_words) {
+    EXPECT_STREQ(platform::status_text(0), "success");
+    EXPECT_STREQ(platform::status_text(1), "error 0x1");
 }
