@@ -163,7 +163,7 @@ class Test:
         process = subprocess.Popen(limits + self.command, cwd=self.folder, env=environment, start_new_session=True,
                                    stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         try:
-            return process.wait(20 * self.seconds + 20) == 0
+            return process.wait(20 * self.seconds + 300) == 0
         except subprocess.TimeoutExpired:
             return False
         finally:
