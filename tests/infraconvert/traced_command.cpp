@@ -2,9 +2,13 @@
 
 #include "workspace.h"
 
+#include <algorithm>
+
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <sys/syscall.h>
+#include <sys/user.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -24,7 +28,7 @@ int traced_command_t::start() const {
         ::signal(signal, ignores ? SIG_IGN : SIG_DFL);
     const int nothing = open("/dev/null", O_RDWR);
     dup2(input < 0 ? nothing : input, STDIN_FILENO);
-    dup2(nothing, STDOUT_FILENO);
+    dup2(output < 0 ? nothing : output, STDOUT_FILENO);
     dup2(nothing, STDERR_FILENO);
     setenv("TMPDIR", room.c_str(), 1);
     setenv("ASAN_OPTIONS", "detect_leaks=0", 1); // which is refused to a process that is traced
@@ -58,5 +62,73 @@ int traced_command_t::run(const std::function<bool(const call_t &)> &chosen, int
     }
     return status;
 }
+
+#ifdef __x86_64__
+
+const bool traced_command_t::can_judge = true;
+
+namespace {
+
+std::string name_of(pid_t process, uint64_t descriptor) {
+    std::error_code ignored;
+    return std::filesystem::read_symlink("/proc/" + std::to_string(process) + "/fd/" +
+                                             std::to_string(static_cast<int>(descriptor)),
+                                         ignored);
+}
+
+// Lets a call happen as is its fate; the process stops behind it.
+void carry_out(pid_t process, const traced_command_t::fate_t &fate, int &status) {
+    user_regs_struct asked;
+    ptrace(PTRACE_GETREGS, process, nullptr, &asked);
+    user_regs_struct registers = asked;
+    if (fate.error != 0)
+        registers.orig_rax = ~0ull; // no such call: nothing happens
+    registers.rdx = std::min<unsigned long long>(asked.rdx, fate.most);
+    ptrace(PTRACE_SETREGS, process, nullptr, &registers);
+    ptrace(PTRACE_SYSCALL, process, 0, 0);
+    waitpid(process, &status, 0);
+    ptrace(PTRACE_GETREGS, process, nullptr, &registers);
+    registers.rdx = asked.rdx; // the caller counts on finding its arguments as they were
+    if (fate.error != 0)
+        registers.rax = static_cast<unsigned long long>(-static_cast<long>(fate.error));
+    ptrace(PTRACE_SETREGS, process, nullptr, &registers);
+}
+
+} // namespace
+
+int traced_command_t::run(
+    const std::function<fate_t(const call_t &, const std::string &file)> &judge) const {
+    const pid_t command = start();
+    int status = 0;
+    waitpid(command, &status, 0); // in front of its first instruction
+    ptrace(PTRACE_SETOPTIONS, command, 0, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+    while (WIFSTOPPED(status)) {
+        call_t call = {};
+        ptrace(PTRACE_GET_SYSCALL_INFO, command, sizeof call, &call);
+        fate_t fate;
+        if (call.op == PTRACE_SYSCALL_INFO_ENTRY)
+            fate = judge(call, name_of(command, call.entry.args[0]));
+        if (fate.error != 0 || fate.most != fate_t{}.most || fate.is_last)
+            carry_out(command, fate, status);
+        if (fate.is_last)
+            kill(command, SIGKILL);
+        const int stop = WIFSTOPPED(status) ? WSTOPSIG(status) : SIGTRAP;
+        const bool is_signal = stop != SIGTRAP && stop != (SIGTRAP | 0x80);
+        ptrace(PTRACE_SYSCALL, command, 0, is_signal ? stop : 0);
+        waitpid(command, &status, 0);
+    }
+    return status;
+}
+
+#else
+
+const bool traced_command_t::can_judge = false;
+
+int traced_command_t::run(
+    const std::function<fate_t(const call_t &, const std::string &)> &) const {
+    return -1;
+}
+
+#endif
 
 } // namespace support

@@ -16,10 +16,22 @@ struct traced_command_t {
     std::filesystem::path room;      // where its private copies go
     std::vector<std::string> arguments;
     int input = -1;       // standard input, or none
+    int output = -1;      // standard output, or none
     bool ignores = false; // signals that interrupt
 
     // Sends the signal at the first call that is `chosen`. Returns the status as wait() gives it.
     int run(const std::function<bool(const call_t &)> &chosen, int signal) const;
+
+    // What becomes of a call.
+    struct fate_t {
+        int error = 0;        // it fails with this
+        size_t most = ~0ul;   // of the bytes that it is to write, it writes these
+        bool is_last = false; // behind it the process is killed
+    };
+    // Asks about each call, with the name of the file whose descriptor is its first argument.
+    // Returns the status as wait() gives it. Only where can_judge.
+    int run(const std::function<fate_t(const call_t &, const std::string &file)> &judge) const;
+    static const bool can_judge; // the registers are those of one processor
 
   private:
     int start() const;

@@ -30,6 +30,21 @@ TEST(quoting, names_and_lines) {
     }
 }
 
+TEST(quoting, what_is_said_of_a_file_without_its_name) {
+    const struct {
+        const char *file, *said, *of_all;
+    } rows[] = {
+        {"a.cfg", "a.cfg: is empty", "is empty"},
+        {"a", "cannot write a: No space", "cannot write it: No space"},
+        {"a b", "a b is locked: wait", "it is locked: wait"},
+        {"\x9b", "cannot write \"\\233\"", "cannot write it"},
+        {"a.cfg", "cannot write a.cfg.bak: No space", "cannot write a.cfg.bak: No space"},
+        {"a.cfg", "no memory", "no memory"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(without_name(row.file, row.said), row.of_all);
+}
+
 TEST(quoting, exact_bytes_of_a_text_in_json) {
     for (size_t length = 1; length < 8; length++) {
         const std::string bytes = "\xff" + std::string(length, 'x');

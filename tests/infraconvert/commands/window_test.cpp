@@ -1,16 +1,14 @@
 // A change window with the real command: killed, interrupted, disturbed, and taken back.
 
+#include "infraconvert/commands/change_window.h"
 #include "infraconvert/traced_command.h"
-#include "infraconvert/workspace.h"
 
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <random>
-#include <sstream>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -21,73 +19,13 @@
 namespace {
 
 namespace fs = std::filesystem;
-using arguments_t = std::vector<std::string>;
 using nlohmann::json;
+using support::arguments_t;
+using support::change_window_t;
 using support::contains;
-
-// On the way down the result is shorter, so that a file written in place can be torn.
-const std::string original = "feature npiv\nvlan 1\n";
-const std::string converted = "npiv enable\nvlan 1\n";
-const std::string lossy = "interface Ethernet1/1\n  service-policy type qos input p\n"
-                          "policy-map type qos p\n  class c\n    set dscp 3\n"
-                          "class-map type qos match-all c\n  match cos 3\n";
-
-// In memory, where syncing takes no time.
-void go_to_memory() {
-    if (fs::exists("/dev/shm"))
-        setenv("TMPDIR", "/dev/shm", 1);
-}
-
-class change_window_t : public ::testing::Test {
-  protected:
-    change_window_t() { here = (go_to_memory(), std::make_unique<support::workspace_t>()); }
-
-    support::result_t preview(const arguments_t &more) const {
-        arguments_t arguments = {"preview", "--from", "4.1(3)K2(1)", "--to", "4.1(2)"};
-        arguments.insert(arguments.end(), more.begin(), more.end());
-        return here->run(arguments);
-    }
-    support::result_t save_plan() const { return preview({"--save-plan", "w.json", "site"}); }
-    support::result_t with_plan(const char *verb, const arguments_t &more = {}) const {
-        arguments_t arguments = {verb, "--plan", "w.json"};
-        arguments.insert(arguments.end(), more.begin(), more.end());
-        return here->run(arguments);
-    }
-
-    // "converted! stale", by the JSON of a command with "--json"; "!" for what was done now.
-    static std::string states(const support::result_t &result) {
-        std::string text;
-        const json document = json::parse(result.out);
-        for (const json &each : document["configurations"])
-            text += (text.empty() ? "" : " ") + each["state"].get<std::string>() +
-                    (each["done"] == true ? "!" : "");
-        return text;
-    }
-
-    // How often the journal says so of each path.
-    std::map<std::string, int> said(const std::string &what) const {
-        std::map<std::string, int> count;
-        std::istringstream journal(here->read("w.json.private/journal"));
-        for (std::string line; std::getline(journal, line);) {
-            const json entry = json::parse(line);
-            if (entry["what"] == what)
-                count[entry["path"]]++;
-        }
-        return count;
-    }
-
-    // Names outside the private folder that a save has left behind.
-    arguments_t left_behind() const {
-        arguments_t names;
-        for (const std::string &name : here->names()) {
-            if (contains(name, ".infraconvert-") && !contains(name, ".private/"))
-                names.push_back(name);
-        }
-        return names;
-    }
-
-    std::unique_ptr<support::workspace_t> here;
-};
+using support::converted;
+using support::lossy;
+using support::original;
 
 // ---- Kills ----
 
@@ -235,8 +173,15 @@ TEST_F(change_window_t, makes_each_bad_entry_a_line) {
     EXPECT_TRUE(
         contains(looked.out, "  unusable: No such file or directory\n    site/vanished.cfg\n"))
         << looked.out;
+    EXPECT_TRUE(contains(looked.out,
+                         "  unusable: when the plan was made: the configuration is empty; "
+                         "save another plan for it\n    site/empty.cfg\n"))
+        << looked.out;
     const auto undone = with_plan("undo");
     EXPECT_EQ(undone.status, 0) << undone.out;
+    EXPECT_EQ(undone.out, "w.json: 5 configurations\n"
+                          "  put back           1\n"
+                          "  nothing to undo    4\n");
     EXPECT_EQ(here->read("site/a.cfg"), original);
 }
 
@@ -321,23 +266,6 @@ TEST_F(change_window_t, is_for_one_run_at_a_time) {
     EXPECT_TRUE(contains(over.err, "infraconvert undo --plan")) << over.err;
 }
 
-TEST_F(change_window_t, converts_nothing_whose_original_finds_no_room) {
-    std::string large = original;
-    while (large.size() < 4096)
-        large += "vlan " + std::to_string(large.size()) + "\n";
-    here->write("site/large.cfg", large);
-    here->write("site/small.cfg", original);
-    ASSERT_EQ(save_plan().status, 0);
-    const auto full = here->run_program(
-        {"bash", "-c", "trap '' XFSZ; ulimit -f 2; exec \"$0\" convert --plan w.json",
-         support::command_path()});
-    EXPECT_EQ(full.status, 6) << full.out;
-    EXPECT_TRUE(contains(full.out, "  unusable: cannot write ")) << full.out;
-    EXPECT_EQ(here->read("site/large.cfg"), large);
-    EXPECT_EQ(here->read("site/small.cfg"), converted);
-    EXPECT_EQ(states(with_plan("convert", {"--json"})), "converted! converted");
-}
-
 TEST_F(change_window_t, keeps_links_names_and_what_may_not_be_written) {
     if (!here->can_drop_rights())
         GTEST_SKIP() << "the command is out of reach without root's rights";
@@ -352,7 +280,7 @@ TEST_F(change_window_t, keeps_links_names_and_what_may_not_be_written) {
     words.insert(words.end(), named.begin(), named.end());
     ASSERT_EQ(preview(words).status, 0);
     const auto done = with_plan("convert", {"--json"});
-    EXPECT_EQ(states(done), "converted! converted! unusable");
+    EXPECT_EQ(states(done), "converted! converted! blocked");
     EXPECT_EQ(done.status, 6);
     EXPECT_TRUE(fs::is_symlink(here->path("link.cfg")));
     EXPECT_EQ(here->read("real/switch.cfg"), converted);
@@ -377,6 +305,7 @@ TEST_F(change_window_t, many_are_converted_each_by_itself) {
     const auto done = here->run(
         {"convert", "--from", "4.1(3)K2(1)", "--to", "4.1(2)", "--backup", "--json", "site"});
     EXPECT_EQ(done.status, 5);
+    EXPECT_TRUE(contains(done.err, "without a plan there is no journal, ")) << done.err;
     EXPECT_EQ(states(done), "converted! unchanged unusable unusable") << done.out;
     EXPECT_EQ(here->read("site/a.cfg.bak"), original);
     EXPECT_EQ(here->read("site/c.cfg"), original);

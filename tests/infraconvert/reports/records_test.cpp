@@ -147,6 +147,27 @@ TEST(records, make_a_baseline) {
     EXPECT_EQ(audit(here, {"--accept", "@masked", "b.cfg"}).status, 0);
 }
 
+// A baseline names nothing that goes on failing with it, but does not hide it either.
+TEST(records, a_baseline_tells_apart_what_no_exception_helps) {
+    const workspace_t here;
+    here.write("a.cfg", "system qos\n  service-policy none\n" + lossy);
+    here.write("b.cfg", "");
+    here.write("c.cfg", lossy);
+    const auto result = audit(here, {"--format", "accept", "a.cfg", "b.cfg", "c.cfg"});
+    EXPECT_EQ(result.status, 1);
+    size_t rows = 0, comments = 0;
+    for (const std::string &line : lines_of(result.out)) {
+        rows += line.starts_with("IC") && contains(line, " | c.cfg | ");
+        EXPECT_FALSE(contains(line, " | a.cfg | ") || contains(line, " | b.cfg | ")) << line;
+        comments += line.starts_with("# no exception helps: a.cfg: IC090 qos: ") ||
+                    line == "# no exception helps: b.cfg: the configuration is empty";
+    }
+    EXPECT_GT(rows, 0u);
+    EXPECT_EQ(comments, 2u) << result.out;
+    here.write("agreed", result.out);
+    EXPECT_EQ(audit(here, {"--accept", "@agreed", "c.cfg"}).status, 0);
+}
+
 TEST(records, fail_a_run_as_wished) {
     const workspace_t here;
     here.write("loss.cfg", lossy);

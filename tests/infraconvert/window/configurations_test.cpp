@@ -28,11 +28,13 @@ TEST(configurations, within_folders_pass_by_what_is_no_switch) {
                              "switch/ascii/system.cfg", "switch/other.cfg"})
         here.write(name, configuration);
     here.write("fleet/README.md", "# Our switches\n\n    interface Ethernet1/1\n");
+    here.write("fleet/notes", "Our switches\nversion of this list: 3\n");
     here.write("fleet/window.json", "{\n  \"kind\": \"a plan\"\n}\n");
     here.write("fleet/empty.cfg", ""); // a backup that went wrong: to be told, not passed by
     std::filesystem::create_directory_symlink("..", here.path("fleet/up"));
     std::filesystem::create_hard_link(here.path("fleet/a"), here.path("fleet/twin"));
     std::filesystem::create_symlink("gone", here.path("fleet/nowhere"));
+    std::filesystem::create_symlink("deep/c.conf", here.path("fleet/and c")); // by its own name
 
     const auto found = find_configurations({here.path("fleet"), here.path("switch")});
     EXPECT_EQ(names_of(here, found),
@@ -41,7 +43,7 @@ TEST(configurations, within_folders_pass_by_what_is_no_switch) {
     const std::string told = found.passed_by.in_words();
     for (const char *words :
          {"2 hidden entries", "1 link to a folder", "2 backups",
-          "2 files that are no configurations", "README.md", "1 second name of a file"})
+          "3 files that are no configurations", "README.md", "2 second names of files"})
         EXPECT_TRUE(support::contains(told, words)) << words << '\n' << told;
 }
 

@@ -123,12 +123,17 @@ TEST_F(window_test_t, leaves_alone_what_others_changed) {
     here.write("theirs.cfg", converted("theirs.cfg"));
     fs::remove(here.path("gone.cfg"));
     EXPECT_EQ(applied(), "stale unusable converted! converted converted!");
+    EXPECT_TRUE(contains(states[3].why, "not converted with this plan"));
+    EXPECT_EQ(states[3].exit_status, exit_done);
     EXPECT_EQ(states[0].exit_status, exit_unusable);
     EXPECT_TRUE(contains(states[1].why, "gone.cfg: No such file")) << states[1].why;
 
     here.write("after.cfg", "edited");
     fs::remove(folder.original(plan.configurations[4].input_digest));
-    EXPECT_EQ(undone(), "stale unusable stale converted unusable");
+    EXPECT_EQ(looked_at(), "stale unusable stale converted converted");
+    EXPECT_EQ(states[4].exit_status, exit_unusable);
+    EXPECT_TRUE(contains(states[4].why, "originals any more, so undo cannot put it back"));
+    EXPECT_EQ(undone(), "stale unusable stale converted converted");
     for (const size_t never_converted : {0, 1})
         EXPECT_EQ(states[never_converted].why, "");
     EXPECT_TRUE(contains(states[2].why, "/originals/")) << states[2].why;
@@ -141,12 +146,15 @@ TEST_F(window_test_t, leaves_alone_what_others_changed) {
 TEST_F(window_test_t, refuses_another_result_and_another_original) {
     add("a.cfg", "a").result_digest = folder.digest("another");
     add("b.cfg", "b");
-    EXPECT_EQ(applied(), "unusable converted!");
+    EXPECT_EQ(applied(), "failed converted!");
     EXPECT_EQ(states[0].exit_status, exit_failed);
     EXPECT_TRUE(contains(states[0].why, "another result"));
     EXPECT_EQ(here.read("a.cfg"), "a");
     std::ofstream(folder.original(plan.configurations[1].input_digest)) << "forged";
-    EXPECT_EQ(undone(), "ready unusable");
+    EXPECT_EQ(looked_at(), "ready converted");
+    EXPECT_TRUE(contains(states[1].why, "is not what was kept")) << states[1].why;
+    EXPECT_EQ(undone(), "ready converted");
+    EXPECT_EQ(states[1].exit_status, exit_unusable);
     EXPECT_EQ(here.read("b.cfg"), "converted b");
 }
 

@@ -21,6 +21,15 @@ std::string system_error(const std::string &path) {
     return quoted_name(path) + ": " + strerror(errno);
 }
 
+// What is wrong with the file, or with the machine at this moment, by errno.
+[[noreturn]] void refuse_to_read(const std::string &path) {
+    constexpr int of_the_machine[] = {EMFILE, ENFILE, ENOMEM, ENOBUFS, EAGAIN, ETIMEDOUT};
+    if (std::find(std::begin(of_the_machine), std::end(of_the_machine), errno) !=
+        std::end(of_the_machine))
+        throw run_error_t(system_error(path));
+    throw input_error_t(system_error(path));
+}
+
 uint64_t most_of_a_configuration = usual_megabytes; // megabytes
 
 [[noreturn]] void refuse_size(const std::string &name) {
@@ -43,7 +52,7 @@ std::string read_descriptor(int descriptor, const std::string &name, uint64_t mo
     if (bytes.size() > most)
         refuse_size(name);
     if (!complete)
-        throw input_error_t(system_error(name));
+        refuse_to_read(name);
     return bytes;
 }
 
@@ -59,7 +68,7 @@ std::string place(const std::string &text, size_t at) {
 std::string read_file_up_to(const std::string &path, uint64_t most) {
     const engine::file_t file = engine::open_at(AT_FDCWD, path.c_str(), O_RDONLY);
     if (!file.is_open())
-        throw input_error_t(system_error(path));
+        refuse_to_read(path);
     return read_descriptor(file.descriptor(), path, most);
 }
 

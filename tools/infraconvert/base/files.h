@@ -18,7 +18,8 @@ constexpr const char *standard_stream = "-";
 // Below a directory that the user or the installer names.
 constexpr const char *configuration_in_directory = "ascii/system.cfg";
 
-// The bytes of a file. Throws input_error_t, naming the file, when it cannot be read.
+// The bytes of a file. Throws input_error_t, naming the file, when it cannot be read; run_error_t
+// when that is for lack of memory or descriptors.
 std::string read_file(const std::string &path);
 
 // True when what there is to read of an open file is exactly these bytes.
@@ -34,8 +35,8 @@ constexpr uint64_t most_megabytes = 4095; // that the converters take
 // For the whole process, while the arguments are read.
 void set_most_megabytes(uint64_t megabytes);
 
-// The configuration in `file`, which may be standard_stream. Throws input_error_t when it cannot be
-// read, is too large, or when the converters would not see all of it: an empty one, a zero byte, a
+// The configuration in `file`, which may be standard_stream. Throws as read_file does, and when it
+// is too large, or when the converters would not see all of it: an empty one, a zero byte, a
 // 0xFF byte. Of one that is too large no more is read than shows it.
 shared_text_t read_configuration(const std::string &file);
 

@@ -18,7 +18,7 @@ constexpr int ending = -1;
 
 std::atomic<int> holders = 0;
 std::atomic<int> waiting_signal = 0; // that came while somebody held it off
-std::atomic<void (*)()> last_step = nullptr;
+std::atomic<void (*)()> last_steps[2] = {};
 std::atomic<const char *> last_words = nullptr;
 
 static_assert(std::atomic<int>::is_always_lock_free); // or a handler could not use it
@@ -27,8 +27,10 @@ static_assert(std::atomic<int>::is_always_lock_free); // or a handler could not 
     const char *words = last_words;
     if (words && write(STDERR_FILENO, words, strlen(words)) < 0)
         last_words = nullptr; // nobody listens
-    if (const auto step = last_step.load())
-        step();
+    for (const auto &last : last_steps) {
+        if (const auto step = last.load())
+            step();
+    }
     ::signal(signal, SIG_DFL);
     sigset_t only;
     sigemptyset(&only);
@@ -67,7 +69,13 @@ void handle_interruptions() {
     }
 }
 
-void before_ending(void (*step)()) { last_step = step; }
+void before_ending(void (*step)()) {
+    for (auto &last : last_steps) {
+        void (*there)() = nullptr;
+        if (last.compare_exchange_strong(there, step) || there == step)
+            return;
+    }
+}
 
 void say_when_ending(const char *words) { last_words = words; }
 

@@ -8,7 +8,7 @@ namespace infraconvert {
 void handle_interruptions();
 
 // `step` is taken before a signal ends the command. It may do only what a signal's handler may, and
-// is kept for good; there is room for one.
+// is kept for good; there is room for two.
 void before_ending(void (*step)());
 
 // What a signal that ends the command says on standard error: a literal, or null for nothing.

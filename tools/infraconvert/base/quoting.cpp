@@ -101,6 +101,20 @@ std::string visible(std::string_view text) {
     return shown;
 }
 
+std::string without_name(const std::string &file, const std::string &said) {
+    const std::string name = quoted_name(file);
+    if (said.starts_with(name + ": "))
+        return said.substr(name.size() + 2);
+    constexpr std::string_view ends = " :;,";
+    const std::string framed = ' ' + said + ' ';
+    for (size_t at = framed.find(' ' + name); at != framed.npos;
+         at = framed.find(' ' + name, at + 1)) {
+        if (ends.find(framed[at + 1 + name.size()]) != ends.npos)
+            return std::string(said).replace(at, name.size(), "it");
+    }
+    return said;
+}
+
 bool is_utf8(std::string_view bytes) {
     for (size_t at = 0; at < bytes.size();) {
         const size_t length = character_length(bytes, at);

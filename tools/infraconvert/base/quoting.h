@@ -15,6 +15,10 @@ std::string quoted_name(std::string_view name);
 // for bytes that are no UTF-8. Newlines and tabs stay.
 std::string visible(std::string_view text);
 
+// What is said of a file, in words that are the same for all files: "f: is empty" is "is empty",
+// and "cannot write f: No space" is "cannot write it: No space".
+std::string without_name(const std::string &file, const std::string &said);
+
 bool is_utf8(std::string_view bytes);
 
 } // namespace infraconvert

@@ -111,6 +111,7 @@ header_t header_of(const audit_options_t &options, const fleet_t &fleet) {
                        .date = now(),
                        .route = fleet.request.route,
                        .masked = options.mask,
+                       .keep_going = options.keep_going,
                        .count = fleet.files.size()};
     for (const service_t *service : fleet.request.services)
         header.services.emplace_back(service->name);

@@ -205,9 +205,12 @@ int convert_many(const convert_options_t &options, const std::vector<std::string
     checked_route(options.releases);
     codes_to_mend(options.mend);
     exceptions_t agreed(options.accept, today());
+    message("without a plan there is no journal, no going on after an interruption and no undo" +
+            std::string(options.backup_suffix.empty() ? ", and no original is kept" : "") +
+            "; infraconvert preview --save-plan and convert --plan have all of these");
     signal(SIGPIPE, SIG_IGN);
     const window_report_t report = with_each(
-        window_verb_t::convert, files, options.jobs,
+        {window_verb_t::convert, "", options.mend}, files, options.jobs,
         [&](const std::string &file) { return convert_one_of_many(options, agreed, file); },
         [](const std::string &) {});
     try_output(options.json ? window_json(report) : window_text(report));
@@ -259,7 +262,8 @@ std::function<int()> declare(CLI::App &arguments) {
                   "Keep the original beside the file, with this suffix [.bak]")
         ->type_name("=SUFFIX");
     declare_plan(arguments, options->plan,
-                 "Convert as agreed on in this plan, all of it or these PATHs");
+                 "Convert as agreed on in this plan, all of it or these PATHs; without a plan "
+                 "there is no journal, no going on and no undo");
     declare_accept(arguments, options->accept);
     declare_mend(arguments, options->mend);
     declare_mask(arguments, options->mask);

@@ -75,10 +75,10 @@ effects_record_t record_of(const question_t &question, const std::string &file) 
     try {
         return look_at(question, file);
     } catch (const command_error_t &e) {
-        record.problem = e.what();
+        record.problem = problem_in_words(e.what(), e.exit_status);
         record.status = e.exit_status;
     } catch (const std::exception &e) {
-        record.problem = e.what();
+        record.problem = problem_in_words(e.what(), exit_trouble);
         record.status = exit_trouble;
     }
     return record;

@@ -13,8 +13,9 @@ namespace infraconvert {
 namespace {
 
 looked_at_t line_of_problem(const std::string &file, const std::string &problem, int status) {
-    const planned_t planned = planned_of_problem(problem);
+    const planned_t planned = planned_of_problem(without_name(file, problem), status);
     standing_state_t state = state_as_planned(planned);
+    state.why = problem;
     state.exit_status = status;
     return {{file, planned, state}};
 }
@@ -32,10 +33,9 @@ looked_at_t guarded(const with_one_t &with_one, const std::string &file) try {
 
 } // namespace
 
-window_report_t with_each(window_verb_t verb, const std::vector<std::string> &files, size_t jobs,
-                          const with_one_t &with_one,
+window_report_t with_each(window_report_t report, const std::vector<std::string> &files,
+                          size_t jobs, const with_one_t &with_one,
                           const std::function<void(const std::string &details)> &show) {
-    window_report_t report = {verb, "", {}};
     std::vector<std::string> others;
     progress_t progress(files.size());
     make_in_order<looked_at_t>(

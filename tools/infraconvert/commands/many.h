@@ -20,9 +20,10 @@ struct looked_at_t {
 // is a line too.
 using with_one_t = std::function<looked_at_t(const std::string &file)>;
 
-// Does so with all of them, and hands over the details in order.
-window_report_t with_each(window_verb_t verb, const std::vector<std::string> &files, size_t jobs,
-                          const with_one_t &with_one,
+// Does so with all of them, and hands over the details in order. The report that it is given has no
+// lines yet.
+window_report_t with_each(window_report_t report, const std::vector<std::string> &files,
+                          size_t jobs, const with_one_t &with_one,
                           const std::function<void(const std::string &details)> &show);
 
 } // namespace infraconvert

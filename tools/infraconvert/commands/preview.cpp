@@ -129,7 +129,7 @@ class saving_t {
             [](const planned_t &planned) { return planned.state == planned_state_t::ready; });
         plan.configurations = std::move(configurations);
         plan.key_digest = planning->key_digest();
-        outputs.write(options.save_plan, plan_text(plan));
+        planning->save([&] { outputs.write(options.save_plan, plan_text(plan)); });
         const std::string name = quoted_name(options.save_plan);
         message("the plan is saved in " + name +
                 (ready == 0 ? "; as it is, it converts nothing"
@@ -277,13 +277,13 @@ int preview_many(const preview_options_t &options, const std::vector<std::string
         outputs.made_from(file);
     saving_t saving(options, outputs);
     window_report_t report = with_each(
-        window_verb_t::preview, files, options.jobs,
+        {window_verb_t::preview, "", options.mend}, files, options.jobs,
         [&](const std::string &file) { return preview_one_of_many(options, saving, agreed, file); },
         [](const std::string &details) { write_output(details); });
     std::vector<planned_t> planned;
     for (const auto &line : report.lines) {
         planned.push_back(line.planned);
-        if (line.planned.state == planned_state_t::unusable)
+        if (line.planned.input_digest.empty())
             saving.complete(planned.back(), line.file, nullptr);
     }
     if (options.json)

@@ -77,7 +77,7 @@ int work(window_verb_t verb, const window_options_t &options) {
                             "the plan anew with infraconvert preview --save-plan");
     choose(plan, folder, options.paths);
 
-    window_report_t report = {verb, options.plan, {}};
+    window_report_t report = {verb, options.plan, plan.mend};
     progress_t progress(plan.configurations.size());
     const window_t window = {
         .folder = folder,

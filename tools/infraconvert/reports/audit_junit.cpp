@@ -46,7 +46,7 @@ std::string trouble(const audited_t &audited) {
                escaped(text) + "</" + name + ">\n";
     };
     if (audited.state == state_t::unusable)
-        return element("error", "unusable", audited.problem, "");
+        return element("error", audited.is_blocked() ? "blocked" : "unusable", audited.problem, "");
     if (!audited.needs_hands())
         return "";
     const auto first =

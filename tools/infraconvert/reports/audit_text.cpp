@@ -32,8 +32,8 @@ class text_writer_t : public writer_t {
 
     std::string text_of(const audited_t &audited) const {
         const std::string head = quoted_name(audited.file) + ": " + own_route(audited) +
-                                 state_name(audited.state) + ", " +
-                                 (audited.verdict.empty() ? "" : audited.verdict + ", ");
+                                 (audited.is_blocked() ? "blocked" : state_name(audited.state)) +
+                                 ", " + (audited.verdict.empty() ? "" : audited.verdict + ", ");
         if (!audited.problem.empty())
             return head + audited.problem + '\n';
         return head + count_text(count_findings(audited.findings)) + '\n' +

@@ -51,8 +51,10 @@ std::string hands_words(const totals_t &totals) {
     const size_t others = totals.need_hands - unusable - failed;
     const bool converts = number_of(totals, state_t::checked) == 0;
     std::string words;
-    if (unusable > 0)
-        join(words, std::to_string(unusable) + " unusable");
+    if (unusable > totals.blocked)
+        join(words, std::to_string(unusable - totals.blocked) + " unusable");
+    if (totals.blocked > 0)
+        join(words, std::to_string(totals.blocked) + " blocked (another try may succeed)");
     if (failed > 0)
         join(words, std::to_string(failed) + " failed");
     if (others > 0)
@@ -162,9 +164,9 @@ std::string worst_text(const totals_t &totals) {
                                                   (one.findings.errors == 1 ? " error" : " errors"),
                                               11) +
                                            codes_text(one.codes);
-        text += "  " + column(quoted_name(one.file), width) + column(state_name(one.state), 11) +
-                what + (one.others > 0 ? "  and " + std::to_string(one.others) + " alike" : "") +
-                '\n';
+        text += "  " + column(quoted_name(one.file), width) +
+                column(one.blocked ? "blocked" : state_name(one.state), 11) + what +
+                (one.others > 0 ? "  and " + std::to_string(one.others) + " alike" : "") + '\n';
         told += 1 + one.others;
     }
     if (told < totals.need_hands)

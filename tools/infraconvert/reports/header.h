@@ -14,8 +14,9 @@ struct header_t {
                                     // configuration has its own
     std::vector<std::string> services = {};
     bool masked = false;
-    size_t count = 0;     // how many configurations come; 0: not known
-    bool details = false; // for people: everything about each configuration, not only the sum
+    bool keep_going = false; // past services that fail
+    size_t count = 0;        // how many configurations come; 0: not known
+    bool details = false;    // for people: everything about each configuration, not only the sum
 };
 
 // Now, in UTC: "2026-11-23T09:00:00Z".

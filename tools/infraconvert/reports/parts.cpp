@@ -77,14 +77,16 @@ header_t header_of(part_t &part) {
 
 // What two parts must have in common.
 auto making_of(const header_t &header) {
-    return std::tie(header.tool_version, header.route, header.services, header.masked);
+    return std::tie(header.tool_version, header.route, header.services, header.masked,
+                    header.keep_going);
 }
 
 std::string making_text(const header_t &header) {
     std::string text = "infraconvert " + header.tool_version + ", " + route_text(header.route);
     for (const std::string &service : header.services)
         text += ", " + service;
-    return text + (header.masked ? ", masked" : ", not masked");
+    return text + (header.keep_going ? ", past services that fail" : "") +
+           (header.masked ? ", masked" : ", not masked");
 }
 
 // The name of the configuration as it stands in the line, which begins with it.

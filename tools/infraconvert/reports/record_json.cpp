@@ -175,6 +175,7 @@ json header_json(const header_t &header) {
         document["via"].push_back(header.route[i]);
     document["services"] = header.services;
     document["masked"] = header.masked;
+    document["keep_going"] = header.keep_going;
     return document;
 }
 
@@ -224,7 +225,8 @@ header_t header_from(const json &document) {
                            .date = document.at("date"),
                            .route = {or_empty(document, "from")},
                            .services = document.at("services"),
-                           .masked = document.at("masked")};
+                           .masked = document.at("masked"),
+                           .keep_going = document.value("keep_going", false)};
         for (const json &release : document.at("via"))
             header.route.push_back(release);
         if (const std::string to = or_empty(document, "to"); !to.empty())

@@ -33,6 +33,7 @@ bool alike_t::is_worse_than(const alike_t &other) const {
 void totals_t::add(const audited_t &audited) {
     count++;
     states[audited.state]++;
+    blocked += audited.is_blocked();
     const finding_count_t found = count_findings(audited.findings);
     agreed += found.agreed > 0;
     warned += found.warnings > 0;
@@ -86,6 +87,7 @@ void totals_t::add_to_worst(const audited_t &audited) {
                    .problem = audited.problem,
                    .likeness = audited.alike,
                    .state = audited.state,
+                   .blocked = audited.is_blocked(),
                    .findings = count_findings(audited.findings),
                    .codes = open_codes(audited)};
     // Behind those that are as bad: what falls off the end stays off, whatever comes later.

@@ -22,6 +22,7 @@ struct code_count_t {
 struct alike_t {
     std::string file, problem, likeness;
     state_t state;
+    bool blocked = false; // unusable for the machine's sake
     finding_count_t findings;
     std::vector<std::string> codes; // of open errors
     size_t others = 0;              // besides the first
@@ -37,6 +38,7 @@ class totals_t {
     size_t count = 0;
     std::map<state_t, size_t> states;
     std::map<std::string, code_count_t> codes;
+    size_t blocked = 0;                     // of the unusable: by the machine
     size_t need_hands = 0, mendable = 0;    // mendable: of those that need hands, by fixes alone
     size_t warned = 0, agreed = 0;          // with warnings, with findings that were agreed on
     std::map<std::string, size_t> verdicts; // on the way back

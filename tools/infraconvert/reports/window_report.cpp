@@ -4,7 +4,6 @@
 #include "base/messages.h"
 #include "base/quoting.h"
 #include "reports/json_document.h"
-#include "window/audited.h"
 
 #include <algorithm>
 #include <map>
@@ -18,24 +17,24 @@ using line_t = window_report_t::line_t;
 
 constexpr const char *verb_names[] = {"preview", "convert", "undo"};
 
-// In the order in which they are counted, with what is to be done where hands are needed.
+// In the order in which they are counted.
 constexpr struct {
     const char *words;
     standing_t standing;
     bool done;
-    const char *hint = "";
-} rows[] = {
-    {"converted now", standing_t::converted, true},
-    {"already converted", standing_t::converted, false},
-    {"put back", standing_t::ready, true},
-    {"ready", standing_t::ready, false},
-    {"unchanged", standing_t::unchanged, false},
-    {"refused", standing_t::refused, false,
-     "infraconvert audit shows them; --mend mends, --accept agrees, when a plan is saved"},
-    {"failed", standing_t::failed, false, "infraconvert audit shows why"},
-    {"torn", standing_t::torn, false},
-    {"stale", standing_t::stale, false, "look at them again, and save another plan for these"},
-    {"unusable", standing_t::unusable, false}};
+} rows[] = {{"converted now", standing_t::converted, true},
+            {"already converted", standing_t::converted, false},
+            {"put back", standing_t::ready, true},
+            {"ready", standing_t::ready, false},
+            {"unchanged", standing_t::unchanged, false},
+            {"refused", standing_t::refused, false},
+            {"failed", standing_t::failed, false},
+            {"torn", standing_t::torn, false},
+            {"stale", standing_t::stale, false},
+            {"unusable", standing_t::unusable, false},
+            {"blocked", standing_t::blocked, false}};
+
+constexpr const char *still_converted = "still converted", *nothing_to_undo = "nothing to undo";
 
 // Whoever wants all names of very many takes the JSON.
 constexpr size_t most_names = 12;
@@ -56,25 +55,75 @@ std::vector<const line_t *> lines_that_need_hands(const std::vector<line_t> &lin
     return found;
 }
 
-std::string counts_text(const std::vector<line_t> &lines) {
-    constexpr size_t width = 19, count_width = 6;
-    std::string text;
-    for (const auto &row : rows) {
-        const auto count = std::count_if(lines.begin(), lines.end(), [&](const line_t &line) {
-            return line.state.standing == row.standing && line.state.done == row.done;
-        });
-        if (count > 0)
-            text += "  " + column(row.words, width) +
-                    (*row.hint ? column(std::to_string(count), count_width) + row.hint
-                               : std::to_string(count)) +
-                    '\n';
+// What a line is counted under. An undo has nothing to do with what the plan did not convert,
+// whatever that is now.
+const char *title_of(window_verb_t verb, const line_t &line) {
+    const auto &[standing, done, why, status] = line.state;
+    if (verb == window_verb_t::undo && !done && why.empty())
+        return nothing_to_undo;
+    if (verb == window_verb_t::undo && !done && standing == standing_t::converted)
+        return still_converted;
+    return std::find_if(std::begin(rows), std::end(rows),
+                        [&](const auto &row) {
+                            return row.standing == line.state.standing &&
+                                   row.done == line.state.done;
+                        })
+        ->words;
+}
+
+// What is to be done; mending is no advice where all was mended that can be.
+std::string hint_of(const window_report_t &report, standing_t standing) {
+    const bool planned = !report.plan.empty();
+    const std::string in_a_plan = planned ? ", when a plan is saved" : "";
+    switch (standing) {
+    case standing_t::refused:
+        return "infraconvert audit shows them; " +
+               std::string(report.mend == "all" ? "--accept agrees to what --mend leaves"
+                                                : "--mend mends, --accept agrees") +
+               in_a_plan;
+    case standing_t::stale:
+        return "look at them again, and save another plan for these";
+    case standing_t::blocked:
+        return "the machine was in the way; another try may succeed";
+    default:
+        return "";
     }
-    const auto mended = std::count_if(lines.begin(), lines.end(), [](const line_t &line) {
-        return line.planned.mended && line.state.standing != standing_t::refused;
-    });
-    return text + (mended > 0
-                       ? "  " + column("of them mended", width) + std::to_string(mended) + '\n'
-                       : "");
+}
+
+std::string count_line(const std::string &title, size_t count, const std::string &hint) {
+    constexpr size_t width = 19, count_width = 6;
+    const std::string number = std::to_string(count);
+    return "  " + column(title, width) +
+           (hint.empty() ? number : column(number, count_width) + hint) + '\n';
+}
+
+size_t mended_in(const std::vector<line_t> &lines) {
+    return static_cast<size_t>(std::count_if(lines.begin(), lines.end(), [](const line_t &line) {
+        return line.planned.mended && (line.state.standing == standing_t::ready ||
+                                       line.state.standing == standing_t::converted);
+    }));
+}
+
+std::string counts_text(const window_report_t &report) {
+    const bool undoes = report.verb == window_verb_t::undo;
+    std::map<std::string, size_t> counts; // by title
+    for (const line_t &line : report.lines)
+        counts[title_of(report.verb, line)]++;
+    std::string text;
+    const auto tell = [&](const char *title, const std::string &hint) {
+        if (const auto found = counts.find(title); found != counts.end())
+            text += count_line(title, found->second, hint);
+    };
+    for (const auto &row : rows) {
+        tell(row.words, undoes ? "" : hint_of(report, row.standing));
+        const size_t mended =
+            row.standing == standing_t::ready && !row.done && !undoes ? mended_in(report.lines) : 0;
+        if (mended > 0)
+            text += count_line("  mended of these", mended, "");
+    }
+    tell(still_converted, "");
+    tell(nothing_to_undo, "");
+    return text;
 }
 
 std::string names_text(const std::vector<const line_t *> &lines) {
@@ -143,7 +192,7 @@ std::string window_text(const window_report_t &report) {
     const size_t all = report.lines.size();
     std::string text = (report.plan.empty() ? "" : quoted_name(report.plan) + ": ") +
                        std::to_string(all) + (all == 1 ? " configuration\n" : " configurations\n") +
-                       counts_text(report.lines);
+                       counts_text(report);
     if (!hands.empty())
         text += std::to_string(hands.size()) + (hands.size() == 1 ? " needs" : " need") +
                 " hands:\n" + hands_text(hands);

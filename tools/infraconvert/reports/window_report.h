@@ -19,7 +19,8 @@ struct window_report_t {
 
     window_verb_t verb;
     std::string plan; // its file; empty: there is none
-    std::vector<line_t> lines;
+    std::string mend; // as the option, of the plan or of the command; empty: nothing is mended
+    std::vector<line_t> lines = {};
 
     // The status that wins; to would_change where something would, when asked for.
     int exit_status(bool tells_change = false) const;

@@ -17,8 +17,8 @@ namespace {
 
 using state_t = standing_state_t;
 
-constexpr const char *names[] = {"ready",     "unchanged", "refused", "failed",
-                                 "converted", "torn",      "stale",   "unusable"};
+constexpr const char *names[] = {"ready", "unchanged", "refused",  "failed", "converted",
+                                 "torn",  "stale",     "unusable", "blocked"};
 
 std::string listed(const std::vector<std::string> &words) {
     std::string text;
@@ -78,8 +78,8 @@ class one_t {
           file(folder.file(which.path)) {}
 
     state_t look() {
-        if (planned.state == planned_state_t::unusable)
-            return state_as_planned(planned);
+        if (planned.input_digest.empty())
+            return state_as_of_then();
         text = *read_configuration(file);
         return state_of(standing());
     }
@@ -99,6 +99,8 @@ class one_t {
         if (!deeds.stands(planned))
             return look_at_others();
         const state_t state = look_for_undo();
+        if (state.standing == standing_t::converted && !lack_of_original().empty())
+            return state;
         if (state.standing == standing_t::converted || state.standing == standing_t::torn)
             return put_back(journal);
         if (state.standing == standing_t::ready) {
@@ -127,13 +129,34 @@ class one_t {
                     exit_unusable};
         case standing_t::stale:
             return {standing, false,
-                    "has changed since the plan was made; untouched" + where_the_original_is(),
+                    (deeds.stands(planned) && !deeds.is_open(planned)
+                         ? "has changed since it was converted; untouched"
+                         : "has changed since the plan was made; untouched") +
+                        where_the_original_is(),
                     exit_unusable};
         case standing_t::converted:
-            return {standing, false, "", planned.failed_services.empty() ? exit_done : exit_failed};
+            return state_of_converted();
         default:
             return state_as_planned(planned);
         }
+    }
+
+    // What there is to say besides is about the way back.
+    state_t state_of_converted() const {
+        const int status = planned.failed_services.empty() ? exit_done : exit_failed;
+        if (!deeds.stands(planned))
+            return {standing_t::converted, false, not_by_this_plan, status};
+        if (const std::string lack = lack_of_original(); !lack.empty())
+            return {standing_t::converted, false, lack + ", so undo cannot put it back",
+                    worse(status, exit_unusable)};
+        return {standing_t::converted, false, "", status};
+    }
+
+    // Nothing is known of the file but why nothing was known when the plan was made.
+    state_t state_as_of_then() const {
+        state_t state = state_as_planned(planned);
+        state.why = "when the plan was made: " + planned.problem + "; save another plan for it";
+        return state;
     }
 
     state_t look_for_undo() try { return look(); } catch (const input_error_t &e) {
@@ -145,17 +168,26 @@ class one_t {
         const standing_t standing = look().standing;
         if (standing != standing_t::converted)
             return {standing, false, "", exit_done};
-        return {standing, false,
-                "is what the plan makes of it, but was not converted with this plan; untouched",
-                exit_unusable};
+        return {standing, false, std::string(not_by_this_plan) + "; untouched", exit_unusable};
     } catch (const input_error_t &) {
         return {standing_t::unusable, false, "", exit_done};
     }
 
+    // Empty: it is there, and is what it was.
+    std::string lack_of_original() const try {
+        folder.read_original(planned.input_digest);
+        return "";
+    } catch (const input_error_t &e) {
+        return e.what();
+    }
+
     std::string where_the_original_is() const {
-        return deeds.stands(planned)
-                   ? "; its original is " + quoted_name(folder.original(planned.input_digest))
-                   : "";
+        if (!deeds.stands(planned))
+            return "";
+        const std::string lack = lack_of_original();
+        return "; " + (lack.empty()
+                           ? "its original is " + quoted_name(folder.original(planned.input_digest))
+                           : lack);
     }
 
     std::string result_of(const std::string &input) const {
@@ -169,7 +201,9 @@ class one_t {
     bool is_torn() const try {
         const std::string before = folder.read_original(planned.input_digest);
         return is_mixture(text, before, result_of(before));
-    } catch (const command_error_t &) {
+    } catch (const input_error_t &) {
+        return false;
+    } catch (const conversion_error_t &) {
         return false;
     }
 
@@ -183,7 +217,8 @@ class one_t {
         journal.add(deed_t::begin, planned);
         folder.keep_original(planned.input_digest, before);
         replacement.write(result);
-        return done(journal, deed_t::converted, state_of(standing_t::converted));
+        const int status = planned.failed_services.empty() ? exit_done : exit_failed;
+        return done(journal, deed_t::converted, {standing_t::converted, false, "", status});
     }
 
     state_t put_back(journal_t &journal) const {
@@ -205,6 +240,10 @@ class one_t {
         return {state.standing, true, e.what(), e.exit_status};
     }
 
+    static constexpr const char *not_by_this_plan =
+        "is what the plan makes of it, but was not converted with this plan, which has no original "
+        "of it";
+
     const window_t &window;
     const plan_folder_t &folder;
     const last_deeds_t &deeds;
@@ -212,6 +251,12 @@ class one_t {
     const std::string file;
     std::string text; // of the file
 };
+
+standing_t standing_of_error(int exit_status) {
+    return exit_status == exit_failed    ? standing_t::failed
+           : exit_status == exit_trouble ? standing_t::blocked
+                                         : standing_t::unusable;
+}
 
 // Whatever is wrong with one configuration is a line of the result, and never the end.
 template<typename work_t>
@@ -223,7 +268,9 @@ void each(const window_t &window, const last_deeds_t &deeds, const work_t &work)
             one_t at_hand(window, deeds, all[index]);
             return work(at_hand);
         } catch (const command_error_t &e) {
-            return {standing_t::unusable, false, e.what(), e.exit_status};
+            return {standing_of_error(e.exit_status), false, e.what(), e.exit_status};
+        } catch (const std::exception &e) { // such as no memory
+            return {standing_t::blocked, false, e.what(), exit_trouble};
         }
     };
     make_in_order<state_t>(all.size(), window.jobs, one, window.tell);
@@ -243,10 +290,13 @@ standing_state_t state_as_planned(const planned_t &planned) {
     case planned_state_t::failed:
         return {standing_t::failed, false,
                 "does not convert: " + listed(planned.failed_services) +
-                    (planned.failed_services.size() == 1 ? " fails" : " fail"),
+                    (planned.failed_services.size() == 1 ? " fails" : " fail") +
+                    " (infraconvert audit shows why)",
                 exit_failed};
     case planned_state_t::unusable:
         return {standing_t::unusable, false, planned.problem, exit_unusable};
+    case planned_state_t::blocked:
+        return {standing_t::blocked, false, planned.problem, exit_trouble};
     default:
         return {standing_t::ready, false, "", exit_done};
     }

@@ -29,6 +29,7 @@ enum class standing_t {
     torn,      // the writing of one or the other was interrupted in the midst
     stale,     // somebody else changed it
     unusable,  // it cannot be read, or could not when the plan was made
+    blocked,   // the machine is in the way, or was when the plan was made
 };
 // "ready", "unchanged", ... as in JSON.
 const char *standing_name(standing_t standing);
@@ -41,7 +42,7 @@ struct standing_state_t {
     int exit_status = 0; // that it asks for
 };
 
-// Of a file that is what the plan was made for.
+// Of a file that is what the plan was made for, or at the moment when it is made.
 standing_state_t state_as_planned(const planned_t &planned);
 
 struct window_t {

@@ -24,6 +24,10 @@ std::optional<state_t> state_named(std::string_view name) {
     return static_cast<state_t>(found - std::begin(state_names));
 }
 
+bool audited_t::is_blocked() const {
+    return state == state_t::unusable && problem_status == exit_trouble;
+}
+
 bool audited_t::needs_hands() const {
     return state == state_t::unusable || state == state_t::failed ||
            std::any_of(findings.begin(), findings.end(), is_open_error);
@@ -48,9 +52,8 @@ int audited_t::exit_status(std::optional<severity_t> least) const {
     return found ? exit_findings : exit_done;
 }
 
-std::string without_name(const std::string &file, const std::string &problem) {
-    const std::string name = quoted_name(file) + ": ";
-    return problem.starts_with(name) ? problem.substr(name.size()) : problem;
+std::string problem_in_words(const std::string &problem, int exit_status) {
+    return problem + (exit_status == exit_trouble ? "; another try may succeed" : "");
 }
 
 std::string likeness_of(const audited_t &audited) {

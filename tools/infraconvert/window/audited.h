@@ -62,6 +62,8 @@ struct audited_t {
     std::string alike = {};
     std::optional<details_t> details = {};
 
+    // The machine was in the way of looking at it.
+    bool is_blocked() const;
     // It could not be looked at, fails, or loses something that nobody agreed to.
     bool needs_hands() const;
     // Every open error has a fix.
@@ -70,8 +72,8 @@ struct audited_t {
     int exit_status(std::optional<severity_t> least = severity_t::error) const;
 };
 
-// A problem without the name of the file, which such texts begin with.
-std::string without_name(const std::string &file, const std::string &problem);
+// Why something could not be looked at, with what to do where it is the machine's doing.
+std::string problem_in_words(const std::string &problem, int exit_status);
 
 // The value of `alike`.
 std::string likeness_of(const audited_t &audited);

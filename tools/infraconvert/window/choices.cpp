@@ -2,6 +2,7 @@
 
 #include "base/errors.h"
 #include "conversion/borders.h"
+#include "window/audited.h"
 
 #include <algorithm>
 #include <map>
@@ -84,8 +85,11 @@ traveller_result_t try_ways_of(const std::string &file, const choices_request_t 
         result.routes = routes.size();
         result.ways = try_ways(text, request.services, routes);
     } catch (const command_error_t &e) {
-        result.problem = e.what();
+        result.problem = problem_in_words(e.what(), e.exit_status);
         result.problem_status = e.exit_status;
+    } catch (const std::exception &e) { // such as no memory
+        result.problem = problem_in_words(e.what(), exit_trouble);
+        result.problem_status = exit_trouble;
     }
     if (request.forgets) {
         for (way_t &way : result.ways) {

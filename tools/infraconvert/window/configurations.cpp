@@ -8,8 +8,10 @@
 #include "base/quoting.h"
 
 #include <algorithm>
+#include <cctype>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <set>
 #include <string_view>
 #include <sys/stat.h>
@@ -40,40 +42,19 @@ constexpr std::string_view backup_ends[] = {".bak", ".orig", ".old", ".rej", ".s
 constexpr std::string_view private_end = ".private";
 
 // How lines begin that are in every saved configuration.
-constexpr std::string_view first_words[] = {"aaa ",
-                                            "banner ",
-                                            "boot ",
-                                            "class-map ",
-                                            "control-plane",
-                                            "fc-port-secur",
-                                            "fcoe ",
-                                            "feature ",
-                                            "fex ",
-                                            "hostname ",
-                                            "interface ",
-                                            "ip route ",
-                                            "line ",
-                                            "logging ",
-                                            "mac address-table",
-                                            "mac-address-",
-                                            "no feature ",
-                                            "npiv enable",
-                                            "ntp server ",
-                                            "policy-map ",
-                                            "port-security",
-                                            "snmp-server ",
-                                            "switchname ",
-                                            "system ",
-                                            "username ",
-                                            "version ",
-                                            "vlan ",
-                                            "vsan ",
-                                            "vrf context ",
-                                            "zone ",
-                                            "ip access-list",
-                                            "spanning-tree ",
-                                            "fcdomain ",
-                                            "ip domain-lookup"};
+constexpr std::string_view first_words[] = {
+    "aaa ",           "banner ",      "boot ",           "class-map ",  "control-plane",
+    "fc-port-secur",  "fcoe ",        "feature ",        "fex ",        "hostname ",
+    "interface ",     "ip route ",    "line ",           "logging ",    "mac address-table",
+    "mac-address-",   "no feature ",  "npiv enable",     "ntp server ", "policy-map ",
+    "port-security",  "snmp-server ", "switchname ",     "system ",     "username ",
+    "vlan ",          "vsan ",        "vrf context ",    "zone ",       "ip access-list",
+    "spanning-tree ", "fcdomain ",    "ip domain-lookup"};
+
+bool is_link(const fs::path &file) {
+    std::error_code ignored;
+    return fs::is_symlink(fs::symlink_status(file, ignored));
+}
 
 bool is_backup(const std::string &name) {
     return std::any_of(std::begin(backup_ends), std::end(backup_ends),
@@ -81,6 +62,9 @@ bool is_backup(const std::string &name) {
 }
 
 bool begins_like_a_configuration(std::string_view line) {
+    constexpr std::string_view version = "version "; // of a release, which begins with a digit
+    if (line.starts_with(version) && line.size() > version.size())
+        return std::isdigit(static_cast<unsigned char>(line[version.size()])) != 0;
     return std::any_of(std::begin(first_words), std::end(first_words),
                        [&](std::string_view words) { return line.starts_with(words); });
 }
@@ -110,20 +94,41 @@ class finder_t {
             take(configuration_file(path));
     }
 
-    configurations_t found;
+    // A file goes by a name of its own rather than by that of a link which was come upon.
+    configurations_t result() && {
+        std::set<identity_t> with_name, seen;
+        for (const name_t &name : names) {
+            if (name.identity && !name.by_link)
+                with_name.insert(*name.identity);
+        }
+        for (const name_t &name : names) {
+            const bool first =
+                !name.identity || ((!name.by_link || !with_name.contains(*name.identity)) &&
+                                   seen.insert(*name.identity).second);
+            if (first)
+                found.files.push_back(name.file);
+            else
+                found.passed_by.add(why_t::repeated, name.file);
+        }
+        return std::move(found);
+    }
 
   private:
-    void take(const std::string &file) {
+    using identity_t = std::pair<dev_t, ino_t>;
+    struct name_t {
+        std::string file;
+        bool by_link;                       // found in a folder
+        std::optional<identity_t> identity; // of what can be looked at
+    };
+
+    void take(const std::string &file, bool by_link = false) {
         struct stat status = {};
-        const bool standard = file == standard_stream;
-        const bool known = !standard && stat(file.c_str(), &status) == 0;
-        const bool first = standard ? !std::exchange(has_standard, true)
-                           : known  ? seen.emplace(status.st_dev, status.st_ino).second
-                                    : true;
-        if (first)
-            found.files.push_back(file);
-        else
-            found.passed_by.add(why_t::repeated, file);
+        std::optional<identity_t> identity;
+        if (file == standard_stream)
+            identity = identity_t{}; // of no file
+        else if (stat(file.c_str(), &status) == 0)
+            identity = {status.st_dev, status.st_ino};
+        names.push_back({file, by_link, identity});
     }
 
     void add_below(const fs::path &folder) {
@@ -133,7 +138,7 @@ class finder_t {
         for (; !error && entry != fs::directory_iterator(); entry.increment(error))
             entries.push_back(entry->path());
         if (error)
-            found.files.push_back(folder); // reading it tells why not
+            names.push_back({folder, false, {}}); // reading it tells why not
         std::sort(entries.begin(), entries.end());
         for (const fs::path &each : entries)
             look_at(each);
@@ -146,7 +151,7 @@ class finder_t {
         const bool folder = type == fs::file_type::directory;
         if (name.starts_with(".") || (folder && name.ends_with(private_end)))
             found.passed_by.add(why_t::hidden, entry);
-        else if (folder && fs::is_symlink(entry, error))
+        else if (folder && is_link(entry))
             found.passed_by.add(why_t::link, entry); // it may lead out of the folder, or round
         else if (folder)
             add_below(entry);
@@ -162,11 +167,11 @@ class finder_t {
         else if (readable && (type != fs::file_type::regular || !may_be_a_configuration(file)))
             found.passed_by.add(why_t::no_configuration, file);
         else
-            take(file);
+            take(file, is_link(file));
     }
 
-    std::set<std::pair<dev_t, ino_t>> seen;
-    bool has_standard = false;
+    configurations_t found;
+    std::vector<name_t> names;
 };
 
 } // namespace
@@ -195,7 +200,7 @@ configurations_t find_configurations(const std::vector<std::string> &paths) {
     finder_t finder;
     for (const std::string &path : paths)
         finder.add(path);
-    return std::move(finder.found);
+    return std::move(finder).result();
 }
 
 std::vector<std::string> listed_paths(const std::string &list) {

@@ -34,7 +34,8 @@ struct configurations_t {
 };
 
 // The configurations that the paths stand for: a folder for its ascii/system.cfg when it has one,
-// else for all below it. "-" is standard input. One file of several names comes once.
+// else for all below it. "-" is standard input. One file of several names comes once, below folders
+// not by that of a link if there is another.
 configurations_t find_configurations(const std::vector<std::string> &paths);
 
 // The paths in a file, one a line, or separated by zero bytes; "-" reads them from standard input.

@@ -41,7 +41,7 @@ class examination_t {
         record.file = file;
         record.route = route;
         record.state = state_t::unusable;
-        record.problem = problem;
+        record.problem = problem_in_words(problem, status);
         record.problem_status = status;
     }
 

@@ -19,11 +19,9 @@ constexpr int version = 2; // 1 held one configuration, with digests that confir
 constexpr struct {
     planned_state_t state;
     const char *name;
-} states[] = {{planned_state_t::ready, "ready"},
-              {planned_state_t::unchanged, "unchanged"},
-              {planned_state_t::refused, "refused"},
-              {planned_state_t::failed, "failed"},
-              {planned_state_t::unusable, "unusable"}};
+} states[] = {{planned_state_t::ready, "ready"},       {planned_state_t::unchanged, "unchanged"},
+              {planned_state_t::refused, "refused"},   {planned_state_t::failed, "failed"},
+              {planned_state_t::unusable, "unusable"}, {planned_state_t::blocked, "blocked"}};
 
 planned_state_t state_named(const std::string &name) {
     for (const auto &each : states) {

@@ -16,6 +16,7 @@ enum class planned_state_t {
     refused,   // something would be lost, and that was not agreed on
     failed,    // a service fails
     unusable,  // could not be read
+    blocked,   // the machine was in the way of looking at it; another try may succeed
 };
 
 // An exception that findings met, so that they do not stop the conversion.
@@ -27,7 +28,7 @@ struct agreed_t {
 struct planned_t {
     std::string path; // from the plan's folder
     planned_state_t state = planned_state_t::ready;
-    std::string problem; // why it is not usable
+    std::string problem; // why it is unusable or blocked, without the name of the file
     route_t route;
     std::vector<std::string> rules;
     std::vector<std::string> failed_services;

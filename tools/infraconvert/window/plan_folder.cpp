@@ -31,14 +31,16 @@ void sync_folder(const fs::path &folder) {
         throw run_error_t("cannot sync " + quoted_name(folder.string()) + ": " + strerror(errno));
 }
 
-// A folder outlasts a power cut once the one that it stands in is synced.
-void make_folder(const std::string &folder) {
+// A folder outlasts a power cut once the one that it stands in is synced. False where it is there
+// already.
+bool make_synced_folder(const std::string &folder) {
     if (mkdir(folder.c_str(), S_IRWXU) != 0) {
         if (errno == EEXIST)
-            return;
+            return false;
         throw run_error_t("cannot make " + quoted_name(folder) + ": " + strerror(errno));
     }
     sync_folder(folder_of(folder));
+    return true;
 }
 
 // The folder behind all links; a link in the place of the file itself stays, it is the file's name.
@@ -68,12 +70,17 @@ void plan_folder_t::check_folder() const {
         throw input_error_t(name +
                             (ours ? ": others may get at it; take it for yourself (chmod 700), "
                                     "or make the plan anew under another name"
-                                  : ": it is somebody else's"));
+                                  : ": it is another user's, who alone can go on with the plan"));
+}
+
+bool plan_folder_t::make_folder() {
+    const bool made = make_synced_folder(folder);
+    check_folder();
+    return made;
 }
 
 void plan_folder_t::make() {
-    make_folder(folder);
-    check_folder();
+    make_folder();
     if (!fs::exists(key_file()))
         write_whole(key_file(), random_key(),
                     {.rights = engine::replace_rules_t::rights_t::of_owner, .must_be_new = true});
@@ -94,7 +101,23 @@ bool plan_folder_t::keeps_originals() const {
     return fs::exists(originals(), error) && !fs::is_empty(originals(), error);
 }
 
-void plan_folder_t::make_originals() const { make_folder(originals()); }
+bool plan_folder_t::is_of_another_than_root() const {
+    struct stat status;
+    return geteuid() == 0 && lstat(folder.c_str(), &status) == 0 && status.st_uid != 0;
+}
+
+// Who made the plan, and has somebody with more rights apply it, can look at what was kept.
+void plan_folder_t::make_originals() const {
+    struct stat status;
+    if (!make_synced_folder(originals()) || !is_of_another_than_root())
+        return;
+    const engine::file_t made =
+        engine::open_at(AT_FDCWD, originals().c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+    if (!made.is_open() || lstat(folder.c_str(), &status) != 0 ||
+        fchown(made.descriptor(), status.st_uid, status.st_gid) != 0)
+        throw run_error_t("cannot give " + quoted_name(originals()) +
+                          " to its owner: " + strerror(errno));
+}
 
 bool plan_folder_t::keeps_original(const std::string &digest) const try {
     read_original(digest);
@@ -108,21 +131,31 @@ bool plan_folder_t::keeps_original(const std::string &digest) const try {
 void plan_folder_t::keep_original(const std::string &of_bytes, std::string_view bytes) const {
     if (keeps_original(of_bytes))
         return sync_folder(originals());
+    using rights_t = engine::replace_rules_t::rights_t;
+    const bool is_others = is_of_another_than_root();
+    const engine::file_t model =
+        is_others ? engine::open_at(AT_FDCWD, journal().c_str(), O_RDONLY | O_NOFOLLOW)
+                  : engine::file_t();
     try {
         write_whole(original(of_bytes), bytes,
-                    {.rights = engine::replace_rules_t::rights_t::of_owner});
-    } catch (const run_error_t &) {
+                    {.rights = is_others ? rights_t::of_source : rights_t::of_owner,
+                     .source = model.descriptor()});
+    } catch (const run_error_t &e) {
         if (!keeps_original(of_bytes))
-            throw;
+            throw run_error_t("its original finds no place in " + quoted_name(originals()) + ": " +
+                              without_name(original(of_bytes), e.what()));
         sync_folder(originals());
     }
 }
 
 std::string plan_folder_t::read_original(const std::string &of_bytes) const {
+    struct stat status;
+    if (lstat(original(of_bytes).c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR))
+        throw input_error_t("its original is not in " + quoted_name(originals()) + " any more");
     std::string bytes = read_file(original(of_bytes));
     if (digest(bytes) != of_bytes)
-        throw input_error_t(quoted_name(original(of_bytes)) +
-                            " is not the original any more; untouched");
+        throw input_error_t("its original in " + quoted_name(originals()) +
+                            " is not what was kept");
     return bytes;
 }
 

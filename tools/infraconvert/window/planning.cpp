@@ -1,18 +1,40 @@
 #include "window/planning.h"
 
 #include "base/errors.h"
+#include "base/interruption.h"
+#include "base/outputs.h"
 #include "base/quoting.h"
 
 #include <algorithm>
+#include <atomic>
+#include <unistd.h>
+#include <utility>
 
 namespace infraconvert {
 
 namespace {
 
-plan_folder_t made(const std::string &plan_file) {
-    plan_folder_t folder(plan_file);
-    folder.make();
-    return folder;
+// The folder of a plan that is not saved yet, where a signal finds it.
+struct unsaved_t {
+    std::atomic<bool> is_there = false;
+    std::string key, journal, folder;
+} unsaved;
+
+// Does only what a signal's handler may.
+void remove_unsaved() {
+    if (!unsaved.is_there.exchange(false))
+        return;
+    unlink(unsaved.key.c_str());
+    unlink(unsaved.journal.c_str());
+    rmdir(unsaved.folder.c_str());
+}
+
+void remove_when_interrupted(const plan_folder_t &folder) {
+    unsaved.key = folder.key_file();
+    unsaved.journal = folder.journal();
+    unsaved.folder = folder.path();
+    unsaved.is_there = true;
+    before_ending(remove_unsaved);
 }
 
 planned_state_t state_of(const converted_t &conversion, bool keep_going, bool refused) {
@@ -64,21 +86,58 @@ planned_t planned_of(const converted_t &conversion, bool keep_going,
     return planned;
 }
 
-planned_t planned_of_problem(const std::string &problem) {
+planned_t planned_of_problem(const std::string &problem, int status) {
     planned_t planned;
-    planned.state = planned_state_t::unusable;
+    planned.state = status == exit_trouble ? planned_state_t::blocked : planned_state_t::unusable;
     planned.problem = problem;
     return planned;
 }
 
-planning_t::planning_t(const std::string &plan_file) : folder(made(plan_file)), journal(folder) {
-    const size_t standing = journal.before().standing();
+planning_t::planning_t(const std::string &plan_file) : folder(plan_file) {
+    try {
+        begin();
+    } catch (...) {
+        give_up();
+        throw;
+    }
+}
+
+planning_t::~planning_t() { give_up(); }
+
+// Whoever has the journal may make the key, and remove both.
+void planning_t::begin() {
+    {
+        const uninterrupted_t making;
+        is_fresh = folder.make_folder();
+        journal.emplace(folder);
+        if (is_fresh)
+            remove_when_interrupted(folder);
+        folder.make();
+    }
+    const size_t standing = journal->before().standing();
     if (standing == 0)
         return;
-    throw input_error_t(quoted_name(plan_file) + ": this plan has converted " +
+    throw input_error_t(quoted_name(folder.plan()) + ": this plan has converted " +
                         std::to_string(standing) + (standing == 1 ? " file" : " files") +
                         ", and keeps the way back; take it with infraconvert undo --plan, or save "
                         "the new plan under another name");
+}
+
+void planning_t::give_up() noexcept {
+    if (!std::exchange(is_fresh, false))
+        return;
+    if (journal)
+        remove_unsaved();
+    else
+        rmdir(folder.path().c_str()); // it is somebody else's by now, or empty
+}
+
+// Signals wait from the first byte of the plan until the folder is one that stays.
+void planning_t::save(const std::function<void()> &write) {
+    const uninterrupted_t saving(!may_wait_for_a_reader(folder.plan()));
+    write();
+    is_fresh = false;
+    unsaved.is_there = false;
 }
 
 void planning_t::complete(planned_t &planned, const std::string &file,

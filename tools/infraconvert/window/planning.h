@@ -6,6 +6,8 @@
 #include "window/plan.h"
 #include "window/plan_folder.h"
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,14 +17,18 @@ namespace infraconvert {
 // and its digests.
 planned_t planned_of(const converted_t &conversion, bool keep_going,
                      const std::vector<finding_t> &findings);
-// The same of one that cannot be read.
-planned_t planned_of_problem(const std::string &problem);
+// The same of one that could not be looked at, which asks for this exit status.
+planned_t planned_of_problem(const std::string &problem, int status);
 
 class planning_t {
   public:
     // Makes the private folder, and keeps other runs off the plan. Throws input_error_t where an
     // earlier plan of this name has converted files: their way back stands in that folder.
     explicit planning_t(const std::string &plan_file);
+    planning_t(const planning_t &) = delete;
+    planning_t &operator=(const planning_t &) = delete;
+    // Removes the private folder, if it was made here and no plan was saved. So does a signal.
+    ~planning_t();
 
     // Gives `planned` the path from the plan, and the digests of the conversion; null: there is
     // none. May be called by several threads.
@@ -30,9 +36,16 @@ class planning_t {
 
     std::string key_digest() const { return folder.key_digest(); }
 
+    // Calls `write`, which writes the plan; the folder stays when it does not throw.
+    void save(const std::function<void()> &write);
+
   private:
+    void begin();
+    void give_up() noexcept;
+
     plan_folder_t folder;
-    const journal_t journal; // for its lock
+    bool is_fresh = false;            // the folder was made here, and there is no plan yet
+    std::optional<journal_t> journal; // for its lock
 };
 
 } // namespace infraconvert
