@@ -150,7 +150,12 @@ TEST(records, make_a_baseline) {
 // A baseline names nothing that goes on failing with it, but does not hide it either.
 TEST(records, a_baseline_tells_apart_what_no_exception_helps) {
     const workspace_t here;
-    here.write("a.cfg", "system qos\n  service-policy none\n" + lossy);
+    std::string maps, policy = "policy-map p\n"; // with more classes than there are qos-groups
+    for (const std::string name : {"1", "2", "3", "4", "5", "6"}) {
+        maps += "class-map c" + name + "\n  match cos " + name + "\n";
+        policy += "  class c" + name + "\n    bandwidth percent 10\n";
+    }
+    here.write("a.cfg", maps + policy + "system qos\n  service-policy p\n");
     here.write("b.cfg", "");
     here.write("c.cfg", lossy);
     const auto result = audit(here, {"--format", "accept", "a.cfg", "b.cfg", "c.cfg"});

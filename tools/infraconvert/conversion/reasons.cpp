@@ -3,6 +3,7 @@
 
 #include "conversion/reasons.h"
 
+#include "base/errors.h"
 #include "conversion/configuration.h"
 
 #include <algorithm>
@@ -136,7 +137,8 @@ struct reason_t {
     // $1 and $2 stand for what the log line captured, $L for $1 as a line, $M for the map at hand.
     const char *plain_words;
     places_t (*places)(const logged_failure_t &);
-    size_t at_least = 0; // length of the first capture
+    size_t at_least = 0;     // length of the first capture
+    bool of_machine = false; // not the configuration's doing
 };
 
 // The first row that fits a line counts.
@@ -198,12 +200,16 @@ constexpr reason_t reasons[] = {
     {"could not allocate memory", "the machine is out of memory", no_places},
     {"failed to allocate memory", "the configuration is too large for the memory", no_places},
     {"failed to get file size", "the converter could not read its copy of the configuration",
-     no_places},
-    {"unexpectedly", "the converter found its copy of the configuration empty", no_places},
-    {"failed to read", "the converter could not read its copy of the configuration", no_places},
-    {"failed to open", "the converter could not open its copy of the configuration", no_places},
-    {"failed to write", "the converter could not save its copy: the disk may be full", no_places},
-    {"failed to close", "the converter could not save its copy: the disk may be full", no_places},
+     no_places, 0, true},
+    {"unexpectedly", "the converter found its copy of the configuration empty", no_places, 0, true},
+    {"failed to read", "the converter could not read its copy of the configuration", no_places, 0,
+     true},
+    {"failed to open", "the converter could not open its copy of the configuration", no_places, 0,
+     true},
+    {"failed to write", "the converter could not save its copy: the disk may be full", no_places, 0,
+     true},
+    {"failed to close", "the converter could not save its copy: the disk may be full", no_places, 0,
+     true},
 };
 
 std::string value_of(char mark, const logged_failure_t &e) {
@@ -236,6 +242,8 @@ std::optional<failure_t> explained_by(const reason_t &row, const lines_t &log, s
         return {};
     const lines_t up_to(log.begin(), log.begin() + static_cast<ptrdiff_t>(number) + 1);
     const logged_failure_t evidence{up_to, configuration, *captures};
+    if (row.of_machine)
+        throw run_error_t(row.plain_words);
     return failure_t{filled_in(row.plain_words, evidence), row.places(evidence), std::string(line),
                      number + 1};
 }

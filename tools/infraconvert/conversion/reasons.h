@@ -15,6 +15,7 @@ struct failure_t {
 };
 
 // Explains the failure of a converter that left this `log` and was given this `configuration`.
+// Throws run_error_t where the machine is to blame: its private copy could not be read or saved.
 failure_t explain_failure(const std::string &log, const std::string &configuration);
 
 } // namespace infraconvert
