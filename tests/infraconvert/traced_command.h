@@ -16,8 +16,8 @@ struct traced_command_t {
     std::filesystem::path room;      // where its private copies go
     std::vector<std::string> arguments;
     int input = -1;       // standard input, or none
-    int output = -1;      // standard output, or none
     bool ignores = false; // signals that interrupt
+    int output = -1;      // standard output, or none
 
     // Sends the signal at the first call that is `chosen`. Returns the status as wait() gives it.
     int run(const std::function<bool(const call_t &)> &chosen, int signal) const;

@@ -141,9 +141,11 @@ void plan_folder_t::keep_original(const std::string &of_bytes, std::string_view 
                     {.rights = is_others ? rights_t::of_source : rights_t::of_owner,
                      .source = model.descriptor()});
     } catch (const run_error_t &e) {
-        if (!keeps_original(of_bytes))
+        if (!keeps_original(of_bytes)) {
+            const std::string said = e.what(); // of a name that nobody knows
             throw run_error_t("its original finds no place in " + quoted_name(originals()) + ": " +
-                              without_name(original(of_bytes), e.what()));
+                              said.substr(said.rfind(": ") + 2));
+        }
         sync_folder(originals());
     }
 }
