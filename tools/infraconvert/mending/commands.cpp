@@ -76,8 +76,8 @@ class editor_t {
     }
 
     void apply(const command_t &command) {
-        if (command.how == command_t::remove || command.how == command_t::remove_line)
-            return remove_stanzas(command.header, command.how == command_t::remove_line);
+        if (command.how == command_t::remove)
+            return remove_stanzas(command.header);
         if (command.how == command_t::apart)
             return insert_apart(command);
         if (stanzas(command.header).empty())
@@ -148,10 +148,10 @@ class editor_t {
                     lines.begin() + static_cast<ptrdiff_t>(range.end));
     }
 
-    void remove_stanzas(const std::string &header, bool line_only) {
+    void remove_stanzas(const std::string &header) {
         for (auto found = stanzas(header); !found.empty(); found = stanzas(header)) {
             const range_t last = found.back();
-            remove({last.first, line_only ? last.first + 1 : last_in(last)});
+            remove({last.first, last_in(last)});
         }
     }
 
@@ -356,8 +356,7 @@ void merge(commands_t &commands, const commands_t &more) {
 std::vector<std::string> lines_of(const commands_t &commands) {
     std::vector<std::string> lines;
     for (const command_t &command : commands) {
-        const bool goes = command.how == command_t::remove || command.how == command_t::remove_line;
-        lines.push_back((goes ? "no " : "") + command.header);
+        lines.push_back((command.how == command_t::remove ? "no " : "") + command.header);
         for (const typed_line_t &line : command.body) {
             const size_t indent = std::min(line.text.find_first_not_of(" \t"), line.text.size());
             lines.push_back(line.text.substr(0, indent) + (line.removes ? "no " : "") +

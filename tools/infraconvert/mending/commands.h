@@ -16,10 +16,9 @@ struct typed_line_t {
 // A stanza's first line and what is typed below it.
 struct command_t {
     enum how_t {
-        enter,       // go into the stanza, which is made when there is none
-        apart,       // a stanza of its own, ahead of the first of its kind
-        remove,      // the stanza goes
-        remove_line, // its first line goes, the lines below belong to the stanza above
+        enter,  // go into the stanza, which is made when there is none
+        apart,  // a stanza of its own, ahead of the first of its kind
+        remove, // the stanza goes, with the lines below
     };
 
     std::string header;

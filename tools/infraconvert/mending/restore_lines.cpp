@@ -155,9 +155,7 @@ class line_restorer_t {
         } else if (is_map_line(stanza))
             write_header_anew(stanza);
         else
-            commands.push_back(
-                {.header = header,
-                 .how = keeps_its_lines(stanza) ? command_t::remove_line : command_t::remove});
+            remove_stanza(commands, header);
     }
 
     // What stands there once too often goes as a whole, and comes back.
@@ -168,15 +166,6 @@ class line_restorer_t {
                     return restore(stanza, below);
             }
         }
-    }
-
-    // A line that came to stand like a stanza's first: what is below it belongs above.
-    bool keeps_its_lines(const stanza_t &stanza) const {
-        return split_words(stanza.header.text)[0] != "vlan" &&
-               std::any_of(stanza.body.begin(), stanza.body.end(), [&](const line_t &line) {
-                   return !std::binary_search(difference.after.begin(), difference.after.end(),
-                                              line.number);
-               });
     }
 
     // A class-map under a first line that the target reads, with the lines that it has.
