@@ -4,6 +4,7 @@
 
 #include "meaning/compare.h"
 
+#include <chrono>
 #include <gtest/gtest.h>
 
 namespace {
@@ -221,6 +222,38 @@ TEST(mend, tells_everything_that_a_fix_mends) {
     const mended_t fixed = mended(feature, feature, "4.1(3)K1(1)", "4.1(3)");
     ASSERT_EQ(fixed.fixes.size(), 1U);
     EXPECT_EQ(fixed.fixes[0].mends.size(), 2U); // one is on, the other is off
+}
+
+std::string numbered(const std::string &before, int count, const std::string &behind) {
+    std::string text;
+    for (int number = 1; number <= count; number++)
+        text += before + std::to_string(number) + behind;
+    return text;
+}
+
+// One error may tell of thousands of lines: each must cost the same.
+TEST(mend, brings_back_thousands_of_lines_in_proportional_time) {
+    const std::string stanza = "hostname a\nport-security database vsan 2\n";
+    const std::string ports = numbered("  pwwn ", 3000, "\n");
+    const std::string vlans = numbered("vlan ", 3000, "\n  name lan\n");
+    const std::string spoiled = numbered("vlan ", 3000, "\n  name lxn\n");
+    const auto start = std::chrono::steady_clock::now();
+    const mended_t fixed =
+        mended(vlans + stanza + ports, spoiled + "hostname a\n", "4.1(3)", "4.2(1)");
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+    EXPECT_TRUE(fixed.by_hand.empty());
+    EXPECT_EQ(fixed.result, vlans + with(stanza, "port-", "fc-port-") + ports);
+}
+
+// Beyond a second or so the search ends, and says what it was given up for.
+TEST(mend, gives_up_what_takes_too_long) {
+    const std::string others = numbered("interface Ethernet2/", 6000, "\n  description x\n");
+    const std::string own = numbered("interface Ethernet1/", 150, "\n  speed 1000\n");
+    const std::string lost = numbered("interface Ethernet1/", 150, "\n");
+    const mended_t fixed = mended(own + others, lost + others, "4.1(3)", "4.2(1)");
+    EXPECT_FALSE(fixed.fixes.empty());
+    ASSERT_FALSE(fixed.by_hand.empty());
+    EXPECT_NE(fixed.by_hand.back().why.find("too much"), std::string::npos);
 }
 
 // A conversion that fails: another way to write the same that converts.

@@ -13,8 +13,6 @@ namespace {
 
 // Beyond this nobody would read the fixes, and the search would take longer than reading.
 constexpr size_t most_errors = 200;
-// Bytes that are judged before the search is given up: a second or so.
-constexpr size_t most_work = 16U << 20U;
 
 bool is_about_maps(finding_code_t code) {
     const std::string_view name = code.name();
@@ -29,7 +27,7 @@ bool is_gone(const difference_t &difference, const judged_t &now) {
 } // namespace
 
 after_t::after_t(const mending_request_t &asked, const meaning::original_t &of,
-                 std::string converted, size_t &done)
+                 std::string converted, work_t &done)
     : request(asked), original(of), work(done), current(judged(converted)) {}
 
 void after_t::run() {
@@ -49,8 +47,13 @@ std::vector<by_hand_t> after_t::left() const {
 }
 
 after_t::judged_ptr after_t::judged(const std::string &text) {
-    work += text.size();
+    work.add(text);
     return std::make_unique<const judged_t>(original, text, request.route);
+}
+
+std::vector<candidate_t> after_t::candidates(const difference_t &difference) const {
+    work.add(current->text);
+    return restoring({original.side, current->side}, difference);
 }
 
 bool after_t::is_asked(const difference_t &difference) const {
@@ -62,7 +65,7 @@ bool after_t::is_asked(const difference_t &difference) const {
 
 bool after_t::one_alone() {
     for (const difference_t &difference : current->differences) {
-        if (work > most_work)
+        if (work.is_too_much())
             return false;
         if (is_asked(difference) && try_all(difference, {difference}))
             return true;
@@ -99,7 +102,7 @@ bool after_t::several_together() {
 
 // Every map anew, when pieces do not do.
 bool after_t::all_anew() {
-    if (work > most_work)
+    if (work.is_too_much())
         return false;
     differences_t asked;
     std::copy_if(current->differences.begin(), current->differences.end(),
@@ -113,8 +116,7 @@ bool after_t::all_anew() {
         if (!about_maps)
             break;
         const candidate_t candidate =
-            rebuilt_qos(original, current->text, request.route, names, anew);
-        work += candidate.judged;
+            rebuilt_qos(original, current->text, request.route, names, anew, work);
         if (!candidate.commands.empty() && try_one(candidate.commands, asked, true))
             return true;
     }
@@ -131,7 +133,7 @@ bool after_t::try_together(const std::vector<const difference_t *> &parts) {
 }
 
 bool after_t::try_all(const difference_t &difference, const differences_t &mended) {
-    for (candidate_t &candidate : restoring(scene(), difference)) {
+    for (const candidate_t &candidate : candidates(difference)) {
         if (!candidate.commands.empty() && try_one(candidate.commands, mended))
             return true;
     }
@@ -140,7 +142,7 @@ bool after_t::try_all(const difference_t &difference, const differences_t &mende
 
 // With `some` it is enough that one of the differences is gone.
 bool after_t::try_one(commands_t commands, const differences_t &all, bool some) {
-    if (work > most_work)
+    if (work.is_too_much())
         return false;
     put_removals_first(commands);
     const std::string text = applied(current->text, commands);
@@ -181,9 +183,10 @@ commands_t after_t::fewest(const commands_t &commands, judged_ptr &reached) {
     const parts_t told = reached->told();
     std::unordered_set<size_t> refused; // by their hashes: the second pass makes most texts again
     const auto is_enough = [&](const commands_t &fewer) {
-        if (work > most_work)
+        if (work.is_too_much())
             return false;
         const std::string made = applied(text, fewer);
+        work.add(made);
         const size_t hash = std::hash<std::string>()(made);
         if (made == text || refused.contains(hash))
             return false;
@@ -206,13 +209,13 @@ commands_t after_t::fewest(const commands_t &commands, judged_ptr &reached) {
 // ---- what is left
 
 std::string after_t::why_not(const difference_t &difference) const {
-    if (work > most_work || current->errors.size() > most_errors)
+    if (work.is_too_much() || current->errors.size() > most_errors)
         return "there is too much to mend to look for lines";
-    for (const candidate_t &candidate : restoring(scene(), difference)) {
+    for (const candidate_t &candidate : candidates(difference)) {
         if (!candidate.why_not.empty())
             return candidate.why_not;
     }
-    const std::string reason = no_way(scene(), difference);
+    const std::string reason = no_way({original.side, current->side}, difference);
     return reason.empty() ? "no lines were found that restore it and change nothing else" : reason;
 }
 

@@ -11,10 +11,9 @@ namespace infraconvert::mending {
 
 class after_t {
   public:
-    // `work` counts what is judged, for all ways together. Original and request must outlive the
-    // object.
+    // `work` is that of all ways together. Original and request must outlive the object.
     after_t(const mending_request_t &asked, const meaning::original_t &of, std::string converted,
-            size_t &work);
+            work_t &work);
 
     void run();
 
@@ -27,8 +26,7 @@ class after_t {
   private:
     using judged_ptr = std::unique_ptr<const judged_t>;
     judged_ptr judged(const std::string &text);
-    scene_t scene() const { return {original.side, current->side}; }
-    bool is_too_much() const;
+    std::vector<candidate_t> candidates(const meaning::difference_t &difference) const;
     bool is_asked(const meaning::difference_t &difference) const;
 
     bool one_alone();
@@ -44,7 +42,7 @@ class after_t {
 
     const mending_request_t &request;
     const meaning::original_t &original;
-    size_t &work; // in bytes judged
+    work_t &work;
     judged_ptr current;
 };
 

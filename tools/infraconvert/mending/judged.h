@@ -12,6 +12,18 @@ namespace infraconvert::mending {
 
 using differences_t = std::vector<meaning::difference_t>;
 
+// What a search for fixes has done, in bytes of texts that were read, written or judged. It ends
+// after a second or so.
+class work_t {
+  public:
+    void add(const std::string &text) { done += text.size(); }
+    bool is_too_much() const { return done > most; }
+
+  private:
+    static constexpr size_t most = 32U << 20U;
+    size_t done = 0;
+};
+
 // What is wrong, in parts that can be told from one another.
 using parts_t = std::set<std::string>;
 parts_t parts_of(const meaning::difference_t &difference);

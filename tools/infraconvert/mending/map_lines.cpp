@@ -51,10 +51,6 @@ names_t orphans_in(const model_t &model) {
     return orphans;
 }
 
-bool includes(const names_t &all, const names_t &some) {
-    return std::includes(all.begin(), all.end(), some.begin(), some.end());
-}
-
 } // namespace
 
 maps_t::maps_t(const model_t &original, const model_t &result)

@@ -65,7 +65,7 @@ class search_t {
         respelling_t all = {std::string(request.original), ""};
         size_t used = 0;
         for (const respell_t respell : ways_to_write) {
-            if (is_done())
+            if (is_done() || work.is_too_much())
                 return;
             try_edit(respell(request.original, release));
             const respelling_t next = respell(all.text, release);
@@ -88,6 +88,7 @@ class search_t {
     void try_edit(const respelling_t &edited) {
         if (edited.text == request.original || !means_the_same(edited.text))
             return;
+        work.add(edited.text);
         const std::optional<std::string> converted = request.convert(edited.text);
         if (!converted)
             return;
@@ -127,7 +128,7 @@ class search_t {
     const mending_request_t &request;
     const meaning::original_t original;
     std::vector<way_t> ways;
-    size_t work = 0;
+    work_t work;
 };
 
 } // namespace

@@ -54,19 +54,19 @@ auto rank(const model_t &model, const row_t &row) {
 class rebuilding_t {
   public:
     rebuilding_t(const original_t &of, std::string result,
-                 std::span<const std::string_view> through, names_t takes)
-        : original(of), route(through), names(takes), text(std::move(result)) {}
+                 std::span<const std::string_view> through, names_t takes, work_t &done)
+        : original(of), route(through), names(takes), work(done), text(std::move(result)) {}
 
     candidate_t run(bool anew) {
         if (anew)
             add(removal_of_qos(original_t::read(text, route).model));
-        for (size_t step = 0; step < most_steps && why_not.empty(); step++) {
+        for (size_t step = 0; step < most_steps && why_not.empty() && !work.is_too_much(); step++) {
             const judged_t now(original, text, route);
-            judged += text.size();
+            work.add(text);
             if (now.errors.empty() || !(next_row(now) || next_content(now)))
                 break;
         }
-        return {why_not.empty() ? commands : commands_t(), why_not, judged};
+        return {why_not.empty() ? commands : commands_t(), why_not};
     }
 
   private:
@@ -127,17 +127,18 @@ class rebuilding_t {
     const original_t &original;
     const std::span<const std::string_view> route;
     const names_t names;
+    work_t &work;
     std::string text, why_not;
     std::map<std::string, int> tries;
     commands_t commands;
-    size_t judged = 0;
 };
 
 } // namespace
 
 candidate_t rebuilt_qos(const original_t &original, const std::string &result,
-                        std::span<const std::string_view> route, names_t names, bool anew) {
-    return rebuilding_t(original, result, route, names).run(anew);
+                        std::span<const std::string_view> route, names_t names, bool anew,
+                        work_t &work) {
+    return rebuilding_t(original, result, route, names, work).run(anew);
 }
 
 } // namespace infraconvert::mending

@@ -2,8 +2,8 @@
 // nothing here is believed before the comparison of the mended result says so.
 #pragma once
 
-#include "meaning/compare.h"
 #include "mending/commands.h"
+#include "mending/judged.h"
 
 #include <span>
 #include <string>
@@ -25,7 +25,6 @@ struct scene_t {
 struct candidate_t {
     commands_t commands;
     std::string why_not; // why the release has no lines for it; empty: it may have
-    size_t judged = 0;   // bytes that were compared to find it
 };
 
 // The ways to bring back what the difference tells of, the smallest first.
@@ -60,7 +59,8 @@ candidate_t restored_lines(const scene_t &scene, const meaning::difference_t &di
 // What QoS lacks, row by row, each on top of those before it; `anew` from nothing, without the maps
 // and attachments that there are.
 candidate_t rebuilt_qos(const meaning::original_t &original, const std::string &result,
-                        std::span<const std::string_view> route, names_t names, bool anew);
+                        std::span<const std::string_view> route, names_t names, bool anew,
+                        work_t &work);
 
 // Why the target has no lines for what no candidate brings back; empty where none is known.
 std::string no_way(const scene_t &scene, const meaning::difference_t &difference);

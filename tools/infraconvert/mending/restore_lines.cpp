@@ -193,14 +193,12 @@ class line_restorer_t {
         if (is_map_line(stanza) || stands_nowhere(stanza))
             return;
         const std::string header = carried_over(stanza.header.text);
-        std::vector<std::string> order;
-        for (const line_t &below : stanza.body)
-            order.push_back(joined(split_words(carried_over(below.text))));
-        block(commands, header).order = order;
-        for (const line_t &below : stanza.body) {
-            if (line.number == stanza.header.number || line.number == below.number)
-                add_line(commands, header, "  " + carried_over(below.text));
-        }
+        command_t &command = block(commands, header);
+        for (const line_t &below : command.order.empty() ? stanza.body : std::span<const line_t>())
+            command.order.push_back(joined(split_words(carried_over(below.text))));
+        const bool whole = line.number == stanza.header.number;
+        for (const line_t &below : whole ? stanza.body : std::span(&line, 1))
+            add_line(commands, header, "  " + carried_over(below.text));
     }
 
     // A line of the original as the target spells it. What the original's release does not read as
