@@ -74,7 +74,7 @@ saved_text_t::saved_text_t(std::string_view text)
     while (!text.empty()) {
         const std::string_view header = starts_stanza(text) ? take_line(text) : std::string_view();
         const size_t length = length_of_body(text);
-        all.emplace_back(header, text.substr(0, length));
+        all.emplace_back(header, text.substr(0, length), all.size());
         text.remove_prefix(length);
         if (header.empty())
             continue;
@@ -110,9 +110,18 @@ saved_text_t::list_t::iterator *saved_text_t::last_of(std::string_view kind) {
     return known.empty() ? nullptr : &known.back();
 }
 
+// Of those that do not stand behind this one.
+saved_text_t::list_t::iterator *saved_text_t::last_of(std::string_view kind, size_t most_order) {
+    kind_t &known = by_kind[std::string(kind)];
+    const auto found = std::find_if(known.rbegin(), known.rend(), [&](const auto &stanza) {
+        return !stanza->is_gone() && stanza->order() <= most_order;
+    });
+    return found == known.rend() ? nullptr : &*found;
+}
+
 // Ahead of the comments behind that stanza.
 saved_stanza_t &saved_text_t::add_behind(list_t::iterator at, std::string_view header) {
-    const auto stanza = all.emplace(std::next(at), header, "");
+    const auto stanza = all.emplace(std::next(at), header, "", at->order());
     stanza->body().splice(stanza->body().end(), at->body(), at->end_of_body(), at->body().end());
     by_header[plain(header)].push_back(stanza);
     by_kind[kind_of(header)].push_back(stanza);
@@ -120,7 +129,8 @@ saved_stanza_t &saved_text_t::add_behind(list_t::iterator at, std::string_view h
 }
 
 saved_stanza_t &saved_text_t::add_ahead(list_t::iterator at, std::string_view header) {
-    const auto stanza = all.emplace(at, header, "");
+    const size_t order = at == all.end() ? all.size() : at->order();
+    const auto stanza = all.emplace(at, header, "", order);
     auto &same = by_header[plain(header)];
     same.insert(same.begin(), stanza);
     by_kind[kind_of(header)].push_front(stanza);
@@ -138,7 +148,9 @@ saved_stanza_t &saved_text_t::add(std::string_view header) {
         {"policy-map", "interface", false}, {"class-map", "policy-map", false},
         {"class-map", system_qos, false},   {system_qos, "policy-map", true}};
     const std::string kind = kind_of(header);
-    if (const auto *last = last_of(kind))
+    // A policy-map reads the class-maps ahead of it.
+    const auto *reader = kind == "class-map" ? first_of("policy-map") : nullptr;
+    if (const auto *last = reader ? last_of(kind, (*reader)->order()) : last_of(kind))
         return add_behind(*last, header);
     for (const neighbour_t &each : neighbours) {
         const auto *other = each.kind != kind ? nullptr

@@ -22,8 +22,8 @@ using body_t = std::list<std::string_view>;
 
 class saved_stanza_t {
   public:
-    saved_stanza_t(std::string_view first_line, std::string_view below)
-        : header(first_line), rest(below) {}
+    saved_stanza_t(std::string_view first_line, std::string_view below, size_t place)
+        : header(first_line), rest(below), rank(place) {}
 
     std::string_view first_line() const { return header; }
     body_t &body(); // without the first line
@@ -34,9 +34,12 @@ class saved_stanza_t {
     // The stanza goes; the comments at its end stay where they are.
     void take_away();
     bool is_gone() const { return gone; }
+    // A stanza with a lower one stands ahead; of a new one that of its neighbour.
+    size_t order() const { return rank; }
 
   private:
     std::string_view header, rest;
+    size_t rank;
     body_t lines;
     bool apart = false, gone = false;
 };
@@ -63,6 +66,7 @@ class saved_text_t {
 
     list_t::iterator *first_of(std::string_view kind);
     list_t::iterator *last_of(std::string_view kind);
+    list_t::iterator *last_of(std::string_view kind, size_t most_order);
     saved_stanza_t &add_behind(list_t::iterator at, std::string_view header);
     saved_stanza_t &add_ahead(list_t::iterator at, std::string_view header);
 
