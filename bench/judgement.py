@@ -2,6 +2,9 @@
 """Measures how long reading and judging one conversion takes, by size of the configuration.
 
 usage: judgement.py BUILD_DIRECTORY
+
+The configurations are those of run.py ("real"), converted by the library as it ships. The judgement has both texts in
+memory and reads both.
 """
 import os
 import subprocess
@@ -18,17 +21,15 @@ def main():
     if len(sys.argv) != 2:
         sys.exit(__doc__)
     build = os.path.abspath(sys.argv[1])
-    with tempfile.TemporaryDirectory() as directory:
+    with tempfile.TemporaryDirectory() as place:
+        os.mkdir(f"{place}/ascii")
+        before, after = f"{place}/original.cfg", f"{place}/ascii/system.cfg"
         for size in SIZES:
-            before, after = f"{directory}/{size}.cfg", f"{directory}/{size}.converted"
-            with open(before, "w", encoding="ascii") as stream:
-                stream.write(generate.real(size, False, False))
-            done = subprocess.run([f"{build}/tools/infraconvert/infraconvert", "preview", "--from", SOURCE, "--to", TARGET,
-                                   "--json", before], capture_output=True, check=False)
-            subprocess.run([f"{build}/tools/infraconvert/infraconvert", "convert", "--from", SOURCE, "--to", TARGET,
-                            "--accept", "all", "--output", after, before], capture_output=True, check=False)
-            if not os.path.exists(after):
-                sys.exit(f"{size} bytes do not convert:\n{done.stdout.decode()}")
+            for path in before, after:
+                with open(path, "w", encoding="ascii") as stream:
+                    stream.write(generate.real(size, False, False))
+            subprocess.run([f"{build}/bench/one_call", place, SOURCE, TARGET, "0"], stdout=subprocess.DEVNULL,
+                           stderr=subprocess.DEVNULL, check=True)
             subprocess.run([f"{build}/bench/judgement", SOURCE, TARGET, before, after], check=True)
 
 
