@@ -1,7 +1,8 @@
 // Files of agreed exceptions, which may come with the configurations or by themselves.
 
 // Their lines are codes and patterns between "|"; a comment stands in front of those that infraconvert writes.
-const firstOfExceptions = /^(?:\s*(?:#[^\n]*)?\n)*\s*(?:#\s*code\s*\||IC\d+\s*(?:\||\r?\n|$))/i;
+// Each part of the pattern ends at a line, so that thousands of empty lines are no work.
+const firstOfExceptions = /^(?:[ \t\r]*(?:#[^\n]*)?\n)*[ \t]*(?:#[ \t]*code[ \t]*\||IC\d+[ \t\r]*(?:\||\n|$))/i;
 
 const isExceptions = bytes => firstOfExceptions.test(new TextDecoder("latin1").decode(bytes.subarray(0, 65536)));
 

@@ -26,7 +26,11 @@ function mendingOf(report, { index }) {
   return { mended: errors.length - left.length, left };
 }
 
-const codesText = findings => [...new Set(findings.map(finding => finding.code))].join(", ");
+const codesOf = findings => [...new Set(findings.map(finding => finding.code))];
+
+// Whether there is a result once it is mended, and the errors that it still has.
+const canMend = (report, c) => hasResult(c) || mendingOf(report, c).mended > 0;
+const codesLeft = (report, c) => c.tally[0] && canMend(report, c) ? codesOf(mendingOf(report, c).left) : [];
 
 // Buttons for one configuration, the mended result first.
 function actionsFor(report, configuration, words) {
@@ -41,7 +45,7 @@ function actionsFor(report, configuration, words) {
   }), said));
   const { mended, left } = mendingOf(report, configuration), errors = configuration.tally[0];
   if (mended) offer("Download the mended result", true, "mended-" + name, left.length
-    ? make("span", "error", "still has " + plural(left.length, "error") + " in it: " + codesText(left))
+    ? make("span", "error", "still has " + plural(left.length, "error") + " in it: " + codesOf(left).join(", "))
     : make("span", "clear", "nothing that was found as an error is lost"));
   if (hasResult(configuration)) offer("Download the result", false, name, errors
     ? make("span", "error", "has " + plural(errors, "error") + " in it: " + errorsOf(report, configuration).join(", "))
@@ -52,7 +56,7 @@ function actionsFor(report, configuration, words) {
 
 // Those of which there is a result, as one archive; the others are told of.
 async function downloadAll(report, words, mend, said) {
-  const usable = report.configurations.filter(c => hasResult(c) || (mend && mendingOf(report, c).mended)), files = {}, without = [];
+  const usable = report.configurations.filter(c => mend ? canMend(report, c) : hasResult(c)), files = {}, without = [];
   let done = 0;
   await Promise.all(usable.map(async c => {
     try {
@@ -68,11 +72,11 @@ async function downloadAll(report, words, mend, said) {
   said.textContent = plural(Object.keys(files).length, "configuration") + (left ? "; without a result: " + left : "");
 }
 
-// How many configurations have errors in them, and which.
-function warningOf(report, has) {
-  const lossy = report.configurations.filter(has);
-  const codes = [...new Set(lossy.flatMap(c => errorsOf(report, c)))].sort();
-  return lossy.length ? make("span", "error", plural(lossy.length, "configuration") + (lossy.length === 1 ? " has" : " have") + " errors: " + codes.join(", "))
+// How many configurations have errors in them, and which. `codesIn` tells those of one.
+function warningOf(report, codesIn) {
+  const lossy = report.configurations.map(c => codesIn(c)).filter(codes => codes.length);
+  const codes = [...new Set(lossy.flat())].sort().join(", ");
+  return lossy.length ? make("span", "error", plural(lossy.length, "configuration") + (lossy.length === 1 ? " has" : " have") + " errors: " + codes)
     : make("span", "clear", "no errors");
 }
 
@@ -85,8 +89,8 @@ function downloadsFor(report, words, page) {
   const mendable = report.configurations.some(c => c.tally[0] && mendingOf(report, c).mended);
   return [
     ...mendable ? [offer("Download all, mended", "main", () => downloadAll(report, words, true, said),
-      warningOf(report, c => c.tally[0] && mendingOf(report, c).left.length))] : [],
-    offer("Download all results", "", () => downloadAll(report, words, false, said), warningOf(report, c => hasResult(c) && c.tally[0])),
+      warningOf(report, c => codesLeft(report, c)))] : [],
+    offer("Download all results", "", () => downloadAll(report, words, false, said), warningOf(report, c => hasResult(c) ? errorsOf(report, c) : [])),
     offer("Download the report", "", async () => download("report.html", page(), "text/html")), said,
   ];
 }
