@@ -118,6 +118,11 @@ TEST_F(judging_t, options_that_do_not_fit_are_refused) {
               2);
     EXPECT_EQ(here.run({"audit", "--from", "4.1(2)", "--report", "p.html", "in.cfg"}).status, 2);
     EXPECT_EQ(here.run({"audit", "--from", "4.1(2)", "--fixes", "d", "in.cfg"}).status, 2);
+    const auto masked = here.run(
+        {"audit", "--from", "4.1(2)", "--to", "5.0(3)", "--mask", "--fixes", "d", "in.cfg"});
+    EXPECT_EQ(masked.status, 2);
+    EXPECT_TRUE(contains(masked.err, "goes without --mask"));
+    EXPECT_FALSE(std::filesystem::exists(here.path("d")));
     here.run_program({"rm", "result.cfg"});
     EXPECT_EQ(judge().status, 5);
 }

@@ -124,6 +124,16 @@ TEST(masked_text, keeps_what_a_line_is_made_of) {
         {"crypto ca x\n certificate 1\nvlan 1\n", "crypto <masked>\n <masked>\nvlan 1\n"},
         {"banner motd END\nvlan 1\n END \nvlan 1\n",
          "banner <masked>\n<masked>\n <masked>\nvlan 1\n"},
+        {"BANNER MOTD #a\nvlan 1\n#\nvlan 1\n", "<masked>\n<masked>\n<masked>\nvlan 1\n"},
+        {"banner motd q\nvlan 1\nthe end q\nvlan 1\n",
+         "banner <masked>\n<masked>\n<masked>\nvlan 1\n"},
+        {"vacant-message #a\nvlan 1\nb#\nvlan 1\n", "<masked>\n<masked>\n<masked>\nvlan 1\n"},
+        {"unknown text @\nvlan 1\n@\nvlan 1\n", "<masked>\n<masked>\n<masked>\nvlan 1\n"},
+        // What does not come to an end is none, nor is what ends on its line.
+        {"unknown text #\nvlan 1\n", "<masked>\nvlan 1\n"},
+        {"a-prompt \"text\"\nvlan 1\na-prompt \"text\"\n", "<masked>\nvlan 1\n<masked>\n"},
+        {"banner motd # a #\nvlan 1\n! #\n", "banner <masked>\nvlan 1\n<masked>\n"},
+        {"! #\nvlan 1\n! #\n", "<masked>\nvlan 1\n<masked>\n"},
         // An end that came earlier is none.
         {"quit\nEND\ncrypto ca x\n certificate 1\nbanner motd END\nvlan 1\n",
          "<masked>\n<masked>\ncrypto <masked>\n <masked>\nbanner <masked>\nvlan 1\n"},

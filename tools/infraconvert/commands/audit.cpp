@@ -89,6 +89,10 @@ void choose_what_is_judged(const audit_options_t &options, fleet_t &fleet) {
 
 fleet_t fleet_of(const audit_options_t &options) {
     fleet_t fleet;
+    if (options.mask && !options.fixes.empty())
+        throw usage_error_t(
+            "--fixes writes lines to be typed, with their secrets, and goes without "
+            "--mask; an audit for each gives both");
     if (!options.result.empty())
         check_release("--to", options.releases.to);
     fleet.request.route = checked_route(options.releases);

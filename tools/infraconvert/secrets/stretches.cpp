@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cctype>
 #include <optional>
+#include <string>
 #include <unordered_map>
 
 namespace infraconvert {
@@ -49,19 +50,67 @@ std::string_view from_word(std::string_view line, const words_t &words, size_t n
                                  : std::string_view();
 }
 
+std::string in_small_letters(std::string_view word) {
+    std::string small(word);
+    for (char &c : small)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return small;
+}
+
+// "banner", also shortened or in capitals.
+bool is_banner(std::string_view word) {
+    constexpr size_t shortest = 3;
+    return word.size() >= shortest &&
+           std::string_view("banner").starts_with(in_small_letters(word));
+}
+
 // banner motd #Welcome
 opening_t banner(std::string_view line, const words_t &words) {
-    if (words.empty() || words[0] != "banner")
+    if (words.empty() || !is_banner(words[0]))
         return {};
     const std::string_view text = from_word(line, words, 2);
     if (text.empty())
         return {};
     const std::string_view delimiter = delimiter_of(text);
     if (std::isalnum(static_cast<unsigned char>(text[0])) && words.size() == 3)
-        return ending_t{.text = text, .whole_line = true, .must_come = true, .other = {}};
+        return ending_t{
+            .text = text, .whole_line = text.size() > 1, .must_come = true, .other = {}};
     if (has(text.substr(delimiter.size()), delimiter))
         return {};
     return ending_t{.text = delimiter, .other = {}};
+}
+
+bool is_comment(const words_t &words) {
+    return !words.empty() && words[0].find_first_of("!#") == 0;
+}
+
+// What commands other than "banner" delimit texts with. Few, because a secret that is one of them
+// hides the lines behind it too.
+constexpr std::string_view common_delimiters = "#@%$^\"";
+
+// vacant-message #Welcome
+opening_t message(std::string_view line, const words_t &words) {
+    constexpr std::string_view last_parts[] = {"banner", "message", "prompt", "title"};
+    for (size_t i = 0; i + 1 < words.size() && !is_comment(words); i++) {
+        const std::string_view text = from_word(line, words, i + 1);
+        const std::string_view delimiter = delimiter_of(text);
+        const bool delimited = has(common_delimiters, delimiter.substr(0, 1)) &&
+                               !has(text.substr(delimiter.size()), delimiter);
+        const std::string name = in_small_letters(words[i]);
+        if (delimited && std::any_of(std::begin(last_parts), std::end(last_parts),
+                                     [&](std::string_view part) { return name.ends_with(part); }))
+            return ending_t{.text = delimiter, .must_come = true, .other = {}};
+    }
+    return {};
+}
+
+// header login #           any command that ends with what looks like a delimiter
+opening_t lone_delimiter(std::string_view line, const words_t &words) {
+    if (words.size() < 2 || is_comment(words) || words.back().size() != 1 ||
+        !has(common_delimiters, words.back()) ||
+        line.find(words.back()) != line.rfind(words.back()))
+        return {};
+    return ending_t{.text = words.back(), .must_come = true, .other = {}};
 }
 
 // menu ops title ^C
@@ -90,6 +139,7 @@ constexpr command_text_t command_texts[] = {
     {"public-key", "", any_number, "quit", "exit"},
     {"key-string", "", 1, "quit", "exit"},
     {"macro", "name", any_number, "@", ""},
+    {"parser", "macro", any_number, "@", ""},
     {"scheduler", "job", any_number, "end-job", ""},
 };
 
@@ -104,7 +154,7 @@ opening_t command_text(std::string_view, const words_t &words) {
 }
 
 constexpr opening_t (*openings[])(std::string_view line, const words_t &words) = {
-    armoured_key, banner, command_text, caret_text};
+    armoured_key, banner, command_text, caret_text, message, lone_delimiter};
 
 opening_t opening_of(std::string_view line) {
     const words_t words = words_of(line);
