@@ -290,6 +290,28 @@ TEST_F(change_window_t, keeps_links_names_and_what_may_not_be_written) {
         EXPECT_EQ(here->read(name), original) << name;
 }
 
+TEST_F(change_window_t, applied_by_root_stays_with_who_saved_it) {
+    if (geteuid() != 0 || !here->can_drop_rights())
+        GTEST_SKIP() << "takes root, who lets go of his rights";
+    here->write("site/a.cfg", original);
+    here->unprivileged = true;
+    ASSERT_EQ(save_plan().status, 0);
+    here->unprivileged = false;
+    ASSERT_EQ(with_plan("convert").status, 0);
+    int looked_at = 0;
+    for (const std::string &name : here->names()) {
+        struct stat status = {};
+        EXPECT_EQ(lstat(here->path(name).c_str(), &status), 0);
+        looked_at += contains(name, "w.json.private");
+        EXPECT_TRUE(!contains(name, "w.json.private") || status.st_uid != 0) << name;
+    }
+    EXPECT_EQ(looked_at, 5); // the folder, key, journal, originals and one of them
+    EXPECT_EQ(with_plan("preview").status, 0);
+    here->unprivileged = true;
+    EXPECT_EQ(with_plan("undo").status, 0);
+    EXPECT_EQ(here->read("site/a.cfg"), original);
+}
+
 // ---- Many without a plan ----
 
 TEST_F(change_window_t, many_are_converted_each_by_itself) {
