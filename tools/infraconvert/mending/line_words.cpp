@@ -19,7 +19,13 @@ size_t indentation_of(std::string_view line) {
 
 } // namespace
 
-std::string plain(std::string_view line) { return meaning::joined(split_words(line)); }
+// Most first lines of stanzas are plain already, and each of them is asked for each try of a fix.
+std::string plain(std::string_view line) {
+    const bool is_plain = !line.starts_with(' ') && !line.ends_with(' ') &&
+                          line.find("  ") == line.npos &&
+                          line.find_first_of("\t\r\v\f") == line.npos;
+    return is_plain ? std::string(line) : meaning::joined(split_words(line));
+}
 
 bool means_something(std::string_view line) {
     const size_t first = indentation_of(line);

@@ -27,9 +27,12 @@ size_t length_of_body(std::string_view text) {
 
 constexpr std::string_view system_qos = "system qos";
 
+// The first word, or "system qos".
 std::string kind_of(std::string_view header) {
-    const std::string words = plain(header);
-    return words == system_qos ? words : words.substr(0, words.find(' '));
+    constexpr std::string_view blanks = " \t\r\v\f";
+    const std::string_view word = header.substr(0, header.find_first_of(blanks));
+    const bool is_qos = word == "system" && plain(header) == system_qos;
+    return std::string(is_qos ? system_qos : word);
 }
 
 } // namespace
