@@ -96,9 +96,13 @@ opening_t message(std::string_view line, const words_t &words) {
         const std::string_view delimiter = delimiter_of(text);
         const bool delimited = has(common_delimiters, delimiter.substr(0, 1)) &&
                                !has(text.substr(delimiter.size()), delimiter);
-        const std::string name = in_small_letters(words[i]);
-        if (delimited && std::any_of(std::begin(last_parts), std::end(last_parts),
-                                     [&](std::string_view part) { return name.ends_with(part); }))
+        const auto opens = [&](std::string_view word) {
+            const std::string name = in_small_letters(word);
+            return std::any_of(std::begin(last_parts), std::end(last_parts),
+                               [&](std::string_view part) { return name.ends_with(part); });
+        };
+        // Between the two may stand which text it is: set banner exec #Welcome
+        if (delimited && (opens(words[i]) || (i > 0 && opens(words[i - 1]))))
             return ending_t{.text = delimiter, .must_come = true, .other = {}};
     }
     return {};
