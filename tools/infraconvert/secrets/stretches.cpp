@@ -88,22 +88,24 @@ bool is_comment(const words_t &words) {
 // hides the lines behind it too.
 constexpr std::string_view common_delimiters = "#@%$^\"";
 
+bool names_a_text(std::string_view word) {
+    constexpr std::string_view last_parts[] = {"banner", "message", "prompt", "title"};
+    const std::string name = in_small_letters(word);
+    return std::any_of(std::begin(last_parts), std::end(last_parts),
+                       [&](std::string_view part) { return name.ends_with(part); });
+}
+
 // vacant-message #Welcome
 opening_t message(std::string_view line, const words_t &words) {
-    constexpr std::string_view last_parts[] = {"banner", "message", "prompt", "title"};
+    bool named = false;
     for (size_t i = 0; i + 1 < words.size() && !is_comment(words); i++) {
+        named = named || names_a_text(words[i]);
         const std::string_view text = from_word(line, words, i + 1);
         const std::string_view delimiter = delimiter_of(text);
-        const bool delimited = has(common_delimiters, delimiter.substr(0, 1)) &&
-                               !has(text.substr(delimiter.size()), delimiter);
-        const auto opens = [&](std::string_view word) {
-            const std::string name = in_small_letters(word);
-            return std::any_of(std::begin(last_parts), std::end(last_parts),
-                               [&](std::string_view part) { return name.ends_with(part); });
-        };
-        // Between the two may stand which text it is: set banner exec #Welcome
-        if (delimited && (opens(words[i]) || (i > 0 && opens(words[i - 1]))))
-            return ending_t{.text = delimiter, .must_come = true, .other = {}};
+        if (named && has(common_delimiters, delimiter.substr(0, 1)))
+            return has(text.substr(delimiter.size()), delimiter)
+                       ? opening_t()
+                       : ending_t{.text = delimiter, .must_come = true, .other = {}};
     }
     return {};
 }
