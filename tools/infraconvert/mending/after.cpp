@@ -201,9 +201,10 @@ commands_t after_t::fewest(const commands_t &commands, judged_ptr &reached) {
             refused.insert(hash);
         return is;
     };
+    const commands_t needed = without_needless(text, commands);
+    const commands_t shorter = without_needless(needed, is_enough);
     // What was typed again may stay as it is, once it is not removed.
-    return without_needless(without_needless(without_needless(text, commands), is_enough),
-                            is_enough);
+    return lines_of(shorter) == lines_of(needed) ? shorter : without_needless(shorter, is_enough);
 }
 
 // ---- what is left

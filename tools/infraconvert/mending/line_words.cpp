@@ -19,12 +19,13 @@ size_t indentation_of(std::string_view line) {
 
 } // namespace
 
-// Most first lines of stanzas are plain already, and each of them is asked for each try of a fix.
+bool is_plain(std::string_view line) {
+    return !line.starts_with(' ') && !line.ends_with(' ') && line.find("  ") == line.npos &&
+           line.find_first_of("\t\r\v\f") == line.npos;
+}
+
 std::string plain(std::string_view line) {
-    const bool is_plain = !line.starts_with(' ') && !line.ends_with(' ') &&
-                          line.find("  ") == line.npos &&
-                          line.find_first_of("\t\r\v\f") == line.npos;
-    return is_plain ? std::string(line) : meaning::joined(split_words(line));
+    return is_plain(line) ? std::string(line) : meaning::joined(split_words(line));
 }
 
 bool means_something(std::string_view line) {

@@ -9,6 +9,9 @@ namespace infraconvert::mending {
 // A line by its words, one blank between two.
 std::string plain(std::string_view line);
 
+// True for a line that is its words, as most first lines of stanzas are.
+bool is_plain(std::string_view line);
+
 // False for empty lines and comments.
 bool means_something(std::string_view line);
 

@@ -28,11 +28,11 @@ size_t length_of_body(std::string_view text) {
 constexpr std::string_view system_qos = "system qos";
 
 // The first word, or "system qos".
-std::string kind_of(std::string_view header) {
+std::string_view kind_of(std::string_view header) {
     constexpr std::string_view blanks = " \t\r\v\f";
     const std::string_view word = header.substr(0, header.find_first_of(blanks));
     const bool is_qos = word == "system" && plain(header) == system_qos;
-    return std::string(is_qos ? system_qos : word);
+    return is_qos ? system_qos : word;
 }
 
 } // namespace
@@ -82,9 +82,13 @@ saved_text_t::saved_text_t(std::string_view text)
         if (header.empty())
             continue;
         const auto stanza = std::prev(all.end());
-        by_header[plain(header)].push_back(stanza);
+        by_header[words_of(header)].push_back(stanza);
         by_kind[kind_of(header)].push_back(stanza);
     }
+}
+
+std::string_view saved_text_t::words_of(std::string_view header) {
+    return is_plain(header) ? header : words.emplace_back(plain(header));
 }
 
 saved_text_t::stanzas_t saved_text_t::stanzas(const std::string &header) {
@@ -100,14 +104,14 @@ saved_text_t::stanzas_t saved_text_t::stanzas(const std::string &header) {
 }
 
 saved_text_t::list_t::iterator *saved_text_t::first_of(std::string_view kind) {
-    kind_t &known = by_kind[std::string(kind)];
+    places_t &known = by_kind[kind];
     while (!known.empty() && known.front()->is_gone())
-        known.pop_front();
+        known.erase(known.begin());
     return known.empty() ? nullptr : &known.front();
 }
 
 saved_text_t::list_t::iterator *saved_text_t::last_of(std::string_view kind) {
-    kind_t &known = by_kind[std::string(kind)];
+    places_t &known = by_kind[kind];
     while (!known.empty() && known.back()->is_gone())
         known.pop_back();
     return known.empty() ? nullptr : &known.back();
@@ -115,7 +119,7 @@ saved_text_t::list_t::iterator *saved_text_t::last_of(std::string_view kind) {
 
 // Of those that do not stand behind this one.
 saved_text_t::list_t::iterator *saved_text_t::last_of(std::string_view kind, size_t most_order) {
-    kind_t &known = by_kind[std::string(kind)];
+    places_t &known = by_kind[kind];
     const auto found = std::find_if(known.rbegin(), known.rend(), [&](const auto &stanza) {
         return !stanza->is_gone() && stanza->order() <= most_order;
     });
@@ -126,7 +130,7 @@ saved_text_t::list_t::iterator *saved_text_t::last_of(std::string_view kind, siz
 saved_stanza_t &saved_text_t::add_behind(list_t::iterator at, std::string_view header) {
     const auto stanza = all.emplace(std::next(at), header, "", at->order());
     stanza->body().splice(stanza->body().end(), at->body(), at->end_of_body(), at->body().end());
-    by_header[plain(header)].push_back(stanza);
+    by_header[words_of(header)].push_back(stanza);
     by_kind[kind_of(header)].push_back(stanza);
     return *stanza;
 }
@@ -134,9 +138,10 @@ saved_stanza_t &saved_text_t::add_behind(list_t::iterator at, std::string_view h
 saved_stanza_t &saved_text_t::add_ahead(list_t::iterator at, std::string_view header) {
     const size_t order = at == all.end() ? all.size() : at->order();
     const auto stanza = all.emplace(at, header, "", order);
-    auto &same = by_header[plain(header)];
+    auto &same = by_header[words_of(header)];
     same.insert(same.begin(), stanza);
-    by_kind[kind_of(header)].push_front(stanza);
+    auto &of_kind = by_kind[kind_of(header)];
+    of_kind.insert(of_kind.begin(), stanza);
     return *stanza;
 }
 
@@ -150,7 +155,7 @@ saved_stanza_t &saved_text_t::add(std::string_view header) {
         {"policy-map", "class-map", true},  {"policy-map", system_qos, false},
         {"policy-map", "interface", false}, {"class-map", "policy-map", false},
         {"class-map", system_qos, false},   {system_qos, "policy-map", true}};
-    const std::string kind = kind_of(header);
+    const std::string_view kind = kind_of(header);
     // A policy-map reads the class-maps ahead of it.
     const auto *reader = kind == "class-map" ? first_of("policy-map") : nullptr;
     if (const auto *last = reader ? last_of(kind, (*reader)->order()) : last_of(kind))

@@ -62,8 +62,9 @@ class saved_text_t {
 
   private:
     using list_t = std::list<saved_stanza_t>;
-    using kind_t = std::deque<list_t::iterator>; // in the order of the text
+    using places_t = std::vector<list_t::iterator>; // in the order of the text
 
+    std::string_view words_of(std::string_view header);
     list_t::iterator *first_of(std::string_view kind);
     list_t::iterator *last_of(std::string_view kind);
     list_t::iterator *last_of(std::string_view kind, size_t most_order);
@@ -71,8 +72,9 @@ class saved_text_t {
     saved_stanza_t &add_ahead(list_t::iterator at, std::string_view header);
 
     list_t all;
-    std::unordered_map<std::string, std::vector<list_t::iterator>> by_header;
-    std::unordered_map<std::string, kind_t> by_kind; // by the first word, or "system qos"
+    std::unordered_map<std::string_view, places_t> by_header;
+    std::unordered_map<std::string_view, places_t> by_kind; // by the first word, or "system qos"
+    std::deque<std::string> words; // of first lines that are written otherwise
     bool ends_with_newline;
 };
 
