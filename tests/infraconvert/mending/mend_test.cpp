@@ -4,7 +4,7 @@
 
 #include "meaning/compare.h"
 
-#include <chrono>
+#include <ctime>
 #include <gtest/gtest.h>
 
 namespace {
@@ -237,10 +237,10 @@ TEST(mend, brings_back_thousands_of_lines_in_proportional_time) {
     const std::string ports = numbered("  pwwn ", 3000, "\n");
     const std::string vlans = numbered("vlan ", 3000, "\n  name lan\n");
     const std::string spoiled = numbered("vlan ", 3000, "\n  name lxn\n");
-    const auto start = std::chrono::steady_clock::now();
+    const std::clock_t start = std::clock(); // of the processor: others may be at work
     const mended_t fixed =
         mended(vlans + stanza + ports, spoiled + "hostname a\n", "4.1(3)", "4.2(1)");
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+    EXPECT_LT((std::clock() - start) / CLOCKS_PER_SEC, 5);
     EXPECT_TRUE(fixed.by_hand.empty());
     EXPECT_EQ(fixed.result, vlans + with(stanza, "port-", "fc-port-") + ports);
 }
