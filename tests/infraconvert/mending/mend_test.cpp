@@ -126,6 +126,15 @@ TEST(mend, says_by_hand_where_the_release_has_no_way_to_say_it) {
     EXPECT_EQ(left.result, untyped);
 }
 
+// One difference tells of all maps that stayed in the old form: it must not come to tell of more.
+TEST(mend, types_nothing_that_the_release_does_not_read) {
+    const std::string left = "policy-map lab\n  class v\n    priority\n";
+    const mended_t fixed =
+        mended(left + "class-map v\n  match cos 5\n",
+               left + "class-map type qos v\n  match cos 5\n", "4.1(2)", "4.1(3)");
+    EXPECT_EQ(("\n" + fixed.result).find("\nclass-map v"), std::string::npos) << fixed.result;
+}
+
 TEST(mend, looks_only_for_what_is_asked_for) {
     const std::string lost = with(with(typed, "    priority\n", ""), "  match cos 4\n", "");
     const std::string_view route[] = {"4.1(2)", "4.1(3)"};

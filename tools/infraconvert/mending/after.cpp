@@ -194,7 +194,7 @@ commands_t after_t::fewest(const commands_t &commands, judged_ptr &reached) {
             return true;
         judged_ptr then = judged(made);
         const bool is = maps_t(original.side.model, then->side.model).stands_for(maps) &&
-                        includes(told, then->told());
+                        includes(told, then->told()) && reads_as_much(*current, *then);
         if (is)
             reached = std::move(then);
         else

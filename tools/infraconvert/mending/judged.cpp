@@ -43,6 +43,10 @@ bool may_be_new(const std::string &code) {
     return code.starts_with("IC05") || code == "IC027" || code == "IC011" || code == "IC013";
 }
 
+bool tells_of_many(finding_code_t code) {
+    return code == "IC043" || code == "IC044" || code == "IC046" || code == "IC047";
+}
+
 } // namespace
 
 bool includes(const parts_t &all, const parts_t &some) {
@@ -54,8 +58,25 @@ bool any_of(const parts_t &some, const parts_t &all) {
                        [&](const auto &part) { return all.contains(part); });
 }
 
+bool reads_as_much(const judged_t &old, const judged_t &now) {
+    const auto unread_lines = [](const judged_t &judged) {
+        parts_t lines;
+        for (const difference_t &difference : judged.differences) {
+            if (!difference.is_error() || !tells_of_many(difference.code))
+                continue;
+            for (const meaning::line_t &line : judged.side.model.reading.lines) {
+                if (std::binary_search(difference.after.begin(), difference.after.end(),
+                                       line.number))
+                    lines.emplace(line.text);
+            }
+        }
+        return lines;
+    };
+    return includes(unread_lines(old), unread_lines(now));
+}
+
 bool is_better(const judged_t &old, const judged_t &now) {
-    return includes(old.errors, now.errors) &&
+    return includes(old.errors, now.errors) && reads_as_much(old, now) &&
            std::all_of(now.warnings.begin(), now.warnings.end(), [&](const std::string &code) {
                return old.warnings.contains(code) || may_be_new(code);
            });

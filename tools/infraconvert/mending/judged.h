@@ -44,6 +44,9 @@ struct judged_t {
 // Nothing is wrong that was not wrong before.
 bool is_better(const judged_t &old, const judged_t &now);
 
+// No line is new among those that the release does not read. One difference tells of many of them.
+bool reads_as_much(const judged_t &old, const judged_t &now);
+
 bool includes(const parts_t &all, const parts_t &some);
 bool any_of(const parts_t &some, const parts_t &all);
 
