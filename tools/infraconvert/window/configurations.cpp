@@ -72,7 +72,7 @@ bool begins_like_a_configuration(std::string_view line) {
 // Prose may begin a line with such a word too; a configuration names its features early, and has
 // nothing above them but comments. An empty file may be a switch whose backup went wrong.
 bool may_be_a_configuration(const fs::path &file) {
-    constexpr size_t looked_at = 256 * 1024; // bytes: what is no text may have no lines
+    constexpr size_t looked_at = size_t{256} * 1024; // bytes: what is no text may have no lines
     std::ifstream stream(file, std::ios::binary);
     std::string beginning(looked_at, '\0');
     stream.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
