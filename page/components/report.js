@@ -7,7 +7,6 @@ function showReport(report) {
   listening.abort();
   listening = new AbortController();
   const { signal } = listening;
-  report.configurations.forEach((c, index) => { c.index = index; c.open ??= c.codes; });
   report.hasOwnReleases = hasOwnReleases(report);
   const update = () => updateList(report, form, list, at("count"));
   showIdentity(report, at("identity"));

@@ -7,6 +7,7 @@ const severities = ["error", "warning", "note"];
 function reportOf(summary, detailsOf) {
   const kinds = Object.fromEntries(summary.codes.map(kind => [kind.code, kind]));
   const known = new Map();
+  summary.configurations.forEach((c, index) => { c.index = index; c.open ??= c.codes; });
   return {
     ...summary, kinds,
     details(i) {

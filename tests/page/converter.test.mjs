@@ -217,6 +217,9 @@ test("what a result has lost is said beside its button, and the mended one comes
   const all = await page.$$eval("#downloads .buttons", list => list.map(line => line.textContent));
   assert.equal(all[0], "Download all, mended" + "1 configuration has errors: IC030");
   assert.equal(all[1], "Download all results" + "2 configurations have errors: IC030, IC041");
+  const archive = await downloaded(page, "Download all, mended");
+  for (const name of ["whole.cfg", "half.cfg", "fine.cfg"]) assert.ok(archive.includes(Buffer.from(name)), name);
+  assert.match(await page.textContent("#downloads"), /3 configurations; without a result: 1/);
   assert.deepEqual(trouble, []);
 });
 
