@@ -37,7 +37,7 @@ _infraconvert() {
         offered='plan preview convert undo audit effects report explain help --help --version -V'
       else
         case $command in
-          plan) offered="$releases --jobs --files-from --max-size --help" ;;
+          plan) offered="$releases --mask --jobs --files-from --max-size --help" ;;
           preview) offered="$conversion --unified --label --color --word-diff --explain --rollback --exit-code
                             --save-plan --plan --details --accept --mend --files-from
                             --jobs --help" ;;

@@ -54,6 +54,21 @@ json way_of(const json &configuration, const arguments_t &route) {
     return nullptr;
 }
 
+TEST(ways, show_no_secret_with_mask) {
+    workspace_t here;
+    here.write("switch.cfg", "version 4.1(2)\nvlan 20\n  password port-security zqsecret\n");
+    const arguments_t plan = {"plan", "--json", "--to", "5.0(3)", "switch.cfg"};
+    EXPECT_TRUE(contains(here.run(plan).out, "zqsecret"));
+    arguments_t masked_plan = plan;
+    masked_plan.insert(masked_plan.end() - 1, "--mask");
+    const std::string masked = here.run(masked_plan).out;
+    EXPECT_FALSE(contains(masked, "zqsecret")) << masked;
+    const json configuration = json::parse(masked)["configurations"][0];
+    const json direct = way_of(configuration, {"4.1(2)", "5.0(3)"});
+    EXPECT_EQ(direct["findings"][0]["before"][0]["text"], "  <masked>");
+    EXPECT_EQ(direct["result"]["sha256"], nullptr);
+}
+
 TEST(ways, are_compared_by_what_the_switch_does) {
     workspace_t here;
     here.write("switch.cfg", example());

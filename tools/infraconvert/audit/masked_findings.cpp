@@ -31,7 +31,32 @@ void mask_fix(fix_text_t &fix, const mask_t &mask) {
         replacement.text = masked_text(replacement.text);
 }
 
+void mask_way(way_t &way, const converted_t &there) {
+    mask_findings(way.findings, there);
+    const mask_t &mask = mask_of(there);
+    for (std::string *words : {&way.failure, &way.back_failure})
+        *words = mask.message(*words);
+    for (std::string &words : way.unexplained)
+        words = mask.message(words);
+    const shared_text_t original = there.masked_texts->masked(there.original);
+    for (finding_t &finding : way.left_behind) {
+        finding.detail = mask.message(finding.detail);
+        finding.place = mask.message(finding.place);
+        mask_lines(finding.before, split_lines(*original));
+        mask_lines(finding.after, {});
+    }
+}
+
 } // namespace
+
+void mask_ways(std::vector<way_t> &ways, const shared_text_t &original) {
+    const auto texts = std::make_shared<masked_texts_t>();
+    for (way_t &way : ways) {
+        converted_t there = {.original = original, .result = way.result};
+        there.masked_texts = texts;
+        mask_way(way, there);
+    }
+}
 
 void mask_findings(std::vector<finding_t> &findings, const converted_t &conversion) {
     const mask_t &mask = mask_of(conversion);

@@ -20,7 +20,7 @@ namespace {
 struct plan_options_t {
     route_options_t releases;
     std::vector<std::string> services;
-    bool json = false;
+    bool json = false, mask = false;
     size_t jobs = 1;
     paths_t paths;
 };
@@ -94,8 +94,12 @@ int show_ways(const plan_options_t &options) {
     const route_t route = checked_route(options.releases);
     const std::vector<std::string> files = files_of(options.paths);
     const bool one = files.size() == 1;
-    const auto results =
-        try_all(options, {route, services_named(options.services), !one && !options.json}, files);
+    const auto results = try_all(options,
+                                 {.route = route,
+                                  .services = services_named(options.services),
+                                  .forgets = !one && !options.json,
+                                  .mask = options.mask},
+                                 files);
     const std::vector<choice_t> choices = choices_of(results);
     if (options.json)
         write_output(choices_json(route, results, choices));
@@ -123,6 +127,7 @@ std::function<int()> declare(CLI::App &arguments) {
     declare_route(arguments, options->releases);
     declare_services(arguments, options->services);
     declare_json(arguments, options->json);
+    declare_mask(arguments, options->mask);
     declare_jobs(arguments, options->jobs);
     declare_paths(arguments, options->paths);
     return [options] { return run(*options); };

@@ -22,7 +22,14 @@ json back_json(const way_t &way) {
             {"left_behind", findings_json(way.left_behind)}};
 }
 
-json way_json(const way_t &way) {
+// Digests would tell whoever guesses a secret that the guess is right.
+json result_json(const way_t &way, bool masked) {
+    if (masked)
+        return {{"size", nullptr}, {"sha256", nullptr}};
+    return {{"size", way.result->size()}, {"sha256", sha256(*way.result)}};
+}
+
+json way_json(const way_t &way, bool masked) {
     return {{"routes", way.routes},
             {"failed_hop", way.fails() ? json(way.failed_hop) : json(nullptr)},
             {"failure", or_null(way.failure)},
@@ -33,7 +40,7 @@ json way_json(const way_t &way) {
             {"unexplained", way.unexplained},
             {"findings", findings_json(way.findings)},
             {"back", back_json(way)},
-            {"result", {{"size", way.result->size()}, {"sha256", sha256(*way.result)}}}};
+            {"result", result_json(way, masked)}};
 }
 
 json configuration_json(const traveller_result_t &result) {
@@ -41,7 +48,7 @@ json configuration_json(const traveller_result_t &result) {
     add_route(entry, result.route);
     entry["ways"] = json::array();
     for (const way_t &way : result.ways)
-        entry["ways"].push_back(way_json(way));
+        entry["ways"].push_back(way_json(way, result.masked));
     return entry;
 }
 

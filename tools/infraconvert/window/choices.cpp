@@ -1,5 +1,6 @@
 #include "window/choices.h"
 
+#include "audit/masked_findings.h"
 #include "base/errors.h"
 #include "conversion/borders.h"
 #include "window/audited.h"
@@ -84,6 +85,9 @@ traveller_result_t try_ways_of(const std::string &file, const choices_request_t 
                                         : routes_between(result.route.front(), result.route.back());
         result.routes = routes.size();
         result.ways = try_ways(text, request.services, routes);
+        result.masked = request.mask;
+        if (request.mask && !request.forgets)
+            mask_ways(result.ways, text);
     } catch (const command_error_t &e) {
         result.problem = problem_in_words(e.what(), e.exit_status);
         result.problem_status = e.exit_status;

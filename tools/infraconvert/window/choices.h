@@ -16,6 +16,7 @@ struct traveller_result_t {
     int problem_status = 0; // exit status that the problem asks for
     size_t routes = 0;      // that were tried
     std::vector<way_t> ways;
+    bool masked = false; // what is told of them
 
     // The way that goes through these releases, as far as they lie ahead of it.
     const way_t &through(const std::vector<std::string> &stops) const;
@@ -25,6 +26,7 @@ struct choices_request_t {
     route_t route; // the first release may be left out; between the two those of --via
     std::vector<const service_t *> services;
     bool forgets = false; // all but what a table of many shows
+    bool mask = false;    // secrets in what is told
 };
 
 // Tries the ways of a configuration. What is wrong with it is a result like another.
