@@ -85,7 +85,7 @@ class one_t {
     }
 
     state_t apply(journal_t &journal) {
-        const state_t state = look();
+        state_t state = look();
         if (state.standing == standing_t::ready || state.standing == standing_t::torn)
             return convert_now(journal, state.standing == standing_t::torn);
         if (state.standing == standing_t::converted && deeds.is_open(planned)) {
@@ -98,7 +98,7 @@ class one_t {
     state_t undo(journal_t &journal) {
         if (!deeds.stands(planned))
             return look_at_others();
-        const state_t state = look_for_undo();
+        state_t state = look_for_undo();
         if (state.standing == standing_t::converted && !lack_of_original().empty())
             return state;
         if (state.standing == standing_t::converted || state.standing == standing_t::torn)
