@@ -48,6 +48,9 @@ TEST(front, all_converters_run_in_order_and_failures_do_not_stop_them) {
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.errors, expected);
     EXPECT_EQ(without_stamps(outcome.logs.at(front_log)), expected);
+    EXPECT_EQ(outcome.logs.at(front_log).size(),
+              expected.size() +
+                  3 * std::size(uuids) * std::string("<Mon Jan  1 00:00:00 2024> ").size());
 }
 
 TEST(front, messages_go_to_standard_error_when_no_log_opens) {
