@@ -200,10 +200,10 @@ inline constexpr finding_kind_t finding_kind_table[] = {
      "On the way through several releases the number was changed by more than the difference "
      "between the first and the last.",
      "Correct the value, or take a way that converts it once."},
-    {"IC055", severity_t::error, "Classes that match the same packets changed places",
-     "A packet belongs to the first class that matches it. These classes share a match line, so "
-     "their packets now belong to the other one.",
-     "Put the classes in their former order."},
+    {"IC055", severity_t::error, "Packets that several classes match belong to another one",
+     "A packet belongs to the first class that matches it. These classes share a match line, and "
+     "they changed places, or the one in front is gone or new.",
+     "Give the classes their former order."},
     {"IC056", severity_t::error, "A VLAN is gone or new",
      "The result defines other VLANs than the original.", "Correct the list of VLANs."},
     {"IC057", severity_t::note, "A map is not used",
