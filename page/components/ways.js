@@ -27,7 +27,7 @@ function takeButton(stops, taken, choose) {
 // ---- one configuration
 
 function waysTable(ways, take, masked) {
-  return table("ways", ["Way", "What is lost", "The same way back", ""],
+  return table("ways", ["Way", "What is lost", "The same way back", "Choice"],
     ways.map(way => [wayCell(way), lossesCell(way, masked), backCell(way, masked), take(stopsOf(way.routes[0]))]));
 }
 
@@ -83,7 +83,7 @@ function choicesTable(choices, count, take) {
   const rows = choices.map(choice => [choiceCell(choice), number(choice.failing, "error"), number(choice.losing, "error"),
     number(choice.lost, "error"), choice.best + " of " + count, take(choice.via)]);
   const place = make("div", "", table("ways choices",
-    ["Way", "Configurations that fail", "that lose something", "Effects or lines lost", "Configurations for which none loses less", ""],
+    ["Way", "Configurations that fail", "that lose something", "Effects or lines lost", "Configurations for which none loses less", "Choice"],
     rows.slice(0, shownChoices)));
   if (rows.length > shownChoices) {
     const more = button("Show " + plural(rows.length - shownChoices, "more way"), "", () => {
