@@ -98,7 +98,7 @@ function choicesTable(choices, count, take) {
 function choiceCell({ via, alike }) {
   const others = alike.filter(stops => stops.join() !== via.join());
   const cell = make("div", "", make("b", "", stopsText(via)));
-  if (others.length) cell.append(alikeWays(others, " come to the same"));
+  if (others.length) cell.append(alikeWays(others, " with the same outcome"));
   return cell;
 }
 
