@@ -86,7 +86,7 @@ traveller_result_t try_ways_of(const std::string &file, const choices_request_t 
         result.routes = routes.size();
         result.ways = try_ways(text, request.services, routes);
         result.masked = request.mask;
-        if (request.mask && !request.forgets)
+        if (request.mask)
             mask_ways(result.ways, text);
     } catch (const command_error_t &e) {
         result.problem = problem_in_words(e.what(), e.exit_status);

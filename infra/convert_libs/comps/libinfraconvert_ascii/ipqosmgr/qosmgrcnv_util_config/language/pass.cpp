@@ -33,8 +33,9 @@ bool qoscnv_pass_t::fits(std::string_view text, uint32_t most) const {
 }
 
 bool qoscnv_pass_t::fits(const engine::words_t &words) const {
-    const std::string *too_long = words.too_long();
-    return fits(too_long ? std::string_view(*too_long) : std::string_view());
+    if (const std::string *too_long = words.too_long())
+        return fits(*too_long);
+    return true;
 }
 
 bool qoscnv_pass_t::body_line_fits(engine::position_t cp) const {
