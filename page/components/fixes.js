@@ -3,9 +3,9 @@
 const placeOf = { before: "before the conversion", after: "after the conversion" };
 
 // A fix of a finding: where its lines belong, the lines, and what else they restore.
-function fixBox(fix, detail) {
+function fixBox(fix, detail, name = "Fix") {
   const text = fix.lines.join("\n") + "\n";
-  const box = make("div", "fix"), head = make("div", "head", make("span", "", "Fix, " + (placeOf[fix.place] || fix.place)));
+  const box = make("div", "fix"), head = make("div", "head", make("span", "", name + ", " + (placeOf[fix.place] || fix.place)));
   head.append(copyButton("copy", text, "copy the lines of this fix"));
   box.append(head, make("pre", "", text));
   const others = (fix.restores || []).filter(words => words !== detail);
@@ -30,6 +30,6 @@ function copyAll(findings) {
 function fixesOf(finding) {
   const fixes = finding.fixes || [];
   const rest = finding.by_hand ? [make("p", "soft", "By hand: " + finding.by_hand)] : [];
-  const boxes = fixes.map(fix => fixBox(fix, finding.detail));
-  return [...boxes.length > 1 ? [make("p", "soft", "One of these, whichever is meant:")] : [], ...boxes, ...rest];
+  const choices = (finding.choices || []).map((choice, i) => fixBox(choice, finding.detail, i ? "Or" : "Either"));
+  return [...fixes.map(fix => fixBox(fix, finding.detail)), ...rest, ...choices];
 }

@@ -126,6 +126,27 @@ TEST(mend, says_by_hand_where_the_release_has_no_way_to_say_it) {
     EXPECT_EQ(left.result, untyped);
 }
 
+// The policy-map is attached nowhere any more: its class can have its class-map again or can go.
+TEST(mend, leaves_the_choice_between_repairs_that_make_different_switches) {
+    const std::string original = "class-map type control-plane match-any arp\n"
+                                 "  match protocol arp\n"
+                                 "policy-map type control-plane spare\n"
+                                 "  class arp\n    police pps 20\n"
+                                 "control-plane\n  service-policy input spare\n";
+    const std::string converted = "policy-map spare\n  class arp\n    police pps 20\n";
+    const mended_t left = mended(original, converted, "5.0(3)U2(1)", "4.1(2)");
+    EXPECT_EQ(left.result, converted);
+    const auto orphan =
+        std::find_if(left.by_hand.begin(), left.by_hand.end(),
+                     [](const auto &each) { return each.difference.code == "IC010"; });
+    ASSERT_NE(orphan, left.by_hand.end());
+    ASSERT_EQ(orphan->choices.size(), 2U) << orphan->why;
+    const std::vector<std::string> made = {"class-map arp", "  match protocol arp"},
+                                   gone = {"policy-map spare", "  no class arp"};
+    EXPECT_EQ(lines_of(orphan->choices[0]), made);
+    EXPECT_EQ(lines_of(orphan->choices[1]), gone);
+}
+
 // One difference tells of all maps that stayed in the old form: it must not come to tell of more.
 TEST(mend, types_nothing_that_the_release_does_not_read) {
     const std::string left = "policy-map lab\n  class v\n    priority\n";

@@ -54,6 +54,8 @@ struct finding_t {
     std::vector<evidence_t> before, after; // lines of the original, of the result
     std::vector<fix_text_t> fixes = {};
     std::string by_hand = {}; // why there is no fix for an error; empty: there is, or nobody looked
+    // Each mends it, but they make different switches: why none of them is a fix.
+    std::vector<fix_text_t> choices = {};
     std::string place = {};   // first line of the stanza of its first line; empty: it has no lines
     std::optional<agreement_t> accepted = {};
     // The two releases of the hop at which it happens, of a route with several.

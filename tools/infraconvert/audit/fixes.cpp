@@ -178,7 +178,11 @@ void add_fixes(std::vector<finding_t> &findings, const mended_t &mended,
         }
     }
     for (const mending::by_hand_t &left : mended.by_hand)
-        told.visit(left.difference, [&](finding_t &finding) { finding.by_hand = left.why; });
+        told.visit(left.difference, [&](finding_t &finding) {
+            finding.by_hand = left.why;
+            for (const mending::commands_t &choice : left.choices)
+                finding.choices.push_back({false, lines_of(choice), {left.difference.words}});
+        });
     for (finding_t &finding : findings) {
         if (is_error(finding) && finding.fixes.empty() && finding.by_hand.empty())
             tell_of_all(finding, mended, original);
@@ -212,6 +216,23 @@ mended_t mend_findings(std::vector<finding_t> &findings, const converted_t &conv
     return mended;
 }
 
+namespace {
+
+// Nothing that types the file makes the choice.
+std::string choices_in_comments(const mending::by_hand_t &left) {
+    std::string text;
+    for (const mending::commands_t &choice : left.choices) {
+        text += text.empty() ? "! " + std::string(left.difference.code.name()) + ": " +
+                                   left.difference.words + "\n! By hand: " + left.why + ". Either\n"
+                             : "! or\n";
+        for (const std::string &line : lines_of(choice))
+            text += "!   " + line + '\n';
+    }
+    return text;
+}
+
+} // namespace
+
 std::string lines_to_type(const mended_t &mended) {
     std::string text;
     for (const fix_t &fix : mended.fixes) {
@@ -222,6 +243,8 @@ std::string lines_to_type(const mended_t &mended) {
         for (const std::string &line : lines_of(fix.commands))
             text += line + '\n';
     }
+    for (const mending::by_hand_t &left : mended.by_hand)
+        text += choices_in_comments(left);
     return text;
 }
 

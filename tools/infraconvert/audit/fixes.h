@@ -42,8 +42,8 @@ judged_result_t judge_with_fixes(const std::string &original, const std::string 
 mending::mended_t mend_findings(std::vector<finding_t> &findings, const converted_t &conversion,
                                 const conversion_request_t &request);
 
-// The lines to type on the switch after the conversion, each fix behind a comment with its codes;
-// empty when there are none.
+// The lines to type on the switch after the conversion, each fix behind a comment with its codes,
+// and in comments those among which there is a choice; empty when there are none.
 std::string lines_to_type(const mending::mended_t &mended);
 
 } // namespace infraconvert

@@ -67,11 +67,13 @@ void mask_findings(std::vector<finding_t> &findings, const converted_t &conversi
     const stanzas_t stanzas_after(split_lines(*conversion.result));
     for (finding_t &finding : findings) {
         finding.detail = mask.message(finding.detail);
+        finding.by_hand = mask.message(finding.by_hand);
         finding.place = place_of(finding, {stanzas_before, before}, {stanzas_after, after});
         mask_lines(finding.before, before);
         mask_lines(finding.after, after);
-        for (fix_text_t &fix : finding.fixes)
-            mask_fix(fix, mask);
+        for (std::vector<fix_text_t> *fixes : {&finding.fixes, &finding.choices})
+            for (fix_text_t &fix : *fixes)
+                mask_fix(fix, mask);
     }
 }
 

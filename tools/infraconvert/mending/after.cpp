@@ -20,6 +20,15 @@ bool is_about_maps(finding_code_t code) {
            code == "IC040" || code == "IC041" || code == "IC043" || code == "IC055";
 }
 
+// Not a way of its own, but more of the same.
+bool has_lines_of(const commands_t &all, const commands_t &some) {
+    const std::vector<std::string> lines = lines_of(all);
+    const std::vector<std::string> wanted = lines_of(some);
+    return std::all_of(wanted.begin(), wanted.end(), [&](const std::string &line) {
+        return std::find(lines.begin(), lines.end(), line) != lines.end();
+    });
+}
+
 bool is_gone(const difference_t &difference, const judged_t &now) {
     return !any_of(parts_of(difference), now.errors);
 }
@@ -37,11 +46,20 @@ void after_t::run() {
         ;
 }
 
-std::vector<by_hand_t> after_t::left() const {
+std::vector<by_hand_t> after_t::left() {
     std::vector<by_hand_t> left;
     for (const difference_t &difference : current->differences) {
-        if (difference.is_error())
-            left.push_back({difference, why_not(difference)});
+        if (!difference.is_error())
+            continue;
+        left.push_back({difference, why_not(difference)});
+        if (!undecided.contains(all_words(difference)))
+            continue;
+        std::vector<proved_t> ways = repairs(difference, {difference});
+        if (ways.size() < 2)
+            continue;
+        left.back().why = "more than one repair is possible, and they make different switches";
+        for (proved_t &way : ways)
+            left.back().choices.push_back(fewest(way.commands, way.reached));
     }
     return left;
 }
@@ -57,7 +75,7 @@ std::vector<candidate_t> after_t::candidates(const difference_t &difference) con
 }
 
 bool after_t::is_asked(const difference_t &difference) const {
-    return difference.is_error() &&
+    return difference.is_error() && !undecided.contains(all_words(difference)) &&
            (request.codes.empty() || request.codes.contains(difference.code.name()));
 }
 
@@ -117,8 +135,10 @@ bool after_t::all_anew() {
             break;
         const candidate_t candidate =
             rebuilt_qos(original, current->text, request.route, names, anew, work);
-        if (!candidate.commands.empty() && try_one(candidate.commands, asked, true))
+        if (std::optional<proved_t> way = prove(candidate.commands, asked, true)) {
+            take(std::move(*way));
             return true;
+        }
     }
     return false;
 }
@@ -133,29 +153,64 @@ bool after_t::try_together(const std::vector<const difference_t *> &parts) {
 }
 
 bool after_t::try_all(const difference_t &difference, const differences_t &mended) {
-    for (const candidate_t &candidate : candidates(difference)) {
-        if (!candidate.commands.empty() && try_one(candidate.commands, mended))
-            return true;
+    std::vector<proved_t> ways = repairs(difference, mended);
+    if (ways.empty())
+        return false;
+    if (ways.size() > 1) {
+        for (const difference_t &each : mended)
+            undecided.insert(all_words(each));
+        return false;
     }
-    return false;
+    take(std::move(ways.front()));
+    return true;
+}
+
+// The first lines that mend them all, and others that do so in another switch: what an error about
+// the form needs can be made, or what needs it can go. An effect is there again or is not.
+std::vector<after_t::proved_t> after_t::repairs(const difference_t &difference,
+                                                const differences_t &mended) {
+    std::vector<proved_t> ways;
+    for (const candidate_t &candidate : candidates(difference)) {
+        std::optional<proved_t> way = prove(candidate.commands, mended);
+        if (!way)
+            continue;
+        if (std::all_of(ways.begin(), ways.end(), [&](const proved_t &known) {
+                return !has_lines_of(way->commands, known.commands) &&
+                       is_another(*known.reached, *way->reached);
+            }))
+            ways.push_back(std::move(*way));
+        if (!difference.rows.empty())
+            break;
+    }
+    return ways;
+}
+
+// Both leave the same errors, but are not the same to the release that reads them.
+bool after_t::is_another(const judged_t &one, const judged_t &other) const {
+    if (one.errors != other.errors)
+        return false;
+    const std::string_view release = request.route.back(), same[] = {release, release};
+    const meaning::original_t first(one.text, release);
+    return !includes(judged_t(first, one.text, same).errors,
+                     judged_t(first, other.text, same).errors);
 }
 
 // With `some` it is enough that one of the differences is gone.
-bool after_t::try_one(commands_t commands, const differences_t &all, bool some) {
-    if (work.is_too_much())
-        return false;
+std::optional<after_t::proved_t> after_t::prove(commands_t commands, const differences_t &all,
+                                                bool some) {
+    if (work.is_too_much() || commands.empty())
+        return std::nullopt;
     put_removals_first(commands);
     const std::string text = applied(current->text, commands);
     if (text == current->text)
-        return false;
+        return std::nullopt;
     judged_ptr then = judged(text);
     const auto mends = [&](const difference_t &difference) { return is_gone(difference, *then); };
     const bool does = some ? std::any_of(all.begin(), all.end(), mends)
                            : std::all_of(all.begin(), all.end(), mends);
     if (!does || !is_better(*current, *then) || makes_orphans(then->side.model))
-        return false;
-    take(std::move(commands), std::move(then));
-    return true;
+        return std::nullopt;
+    return proved_t{std::move(commands), std::move(then)};
 }
 
 bool after_t::makes_orphans(const meaning::model_t &model) const {
@@ -163,7 +218,8 @@ bool after_t::makes_orphans(const meaning::model_t &model) const {
     return !maps_t(original.side.model, model).orphans_are_among(before);
 }
 
-void after_t::take(commands_t commands, judged_ptr reached) {
+void after_t::take(proved_t proved) {
+    judged_ptr &reached = proved.reached;
     fix_t fix = {.place = fix_place_t::after, .codes = {}, .mends = {}, .commands = {}};
     for (const difference_t &difference : current->differences) {
         if (difference.is_error() && is_gone(difference, *reached)) {
@@ -171,7 +227,7 @@ void after_t::take(commands_t commands, judged_ptr reached) {
             fix.mends.push_back(difference);
         }
     }
-    fix.commands = fewest(commands, reached);
+    fix.commands = fewest(proved.commands, reached);
     current = std::move(reached);
     fixes.push_back(std::move(fix));
 }

@@ -19,7 +19,7 @@ class after_t {
 
     // What has come of it so far.
     const judged_t &result() const { return *current; }
-    std::vector<by_hand_t> left() const;
+    std::vector<by_hand_t> left();
 
     std::vector<fix_t> fixes;
 
@@ -33,10 +33,18 @@ class after_t {
     bool several_together();
     bool all_anew();
     bool try_together(const std::vector<const meaning::difference_t *> &parts);
+    // Lines that are proved, and what they make.
+    struct proved_t {
+        commands_t commands;
+        judged_ptr reached;
+    };
     bool try_all(const meaning::difference_t &difference, const differences_t &mended);
-    bool try_one(commands_t commands, const differences_t &all, bool some = false);
+    std::vector<proved_t> repairs(const meaning::difference_t &difference,
+                                  const differences_t &mended);
+    bool is_another(const judged_t &one, const judged_t &other) const;
+    std::optional<proved_t> prove(commands_t commands, const differences_t &all, bool some = false);
     bool makes_orphans(const meaning::model_t &model) const;
-    void take(commands_t commands, judged_ptr reached);
+    void take(proved_t proved);
     commands_t fewest(const commands_t &commands, judged_ptr &reached);
     std::string why_not(const meaning::difference_t &difference) const;
 
@@ -44,6 +52,7 @@ class after_t {
     const meaning::original_t &original;
     work_t &work;
     judged_ptr current;
+    parts_t undecided; // differences with several repairs
 };
 
 } // namespace infraconvert::mending

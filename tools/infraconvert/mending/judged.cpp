@@ -16,6 +16,10 @@ parts_t parts_of(const difference_t &difference) {
     return parts;
 }
 
+std::string all_words(const difference_t &difference) {
+    return difference.code.name() + (' ' + difference.words);
+}
+
 judged_t::judged_t(const meaning::original_t &original, std::string result,
                    std::span<const std::string_view> route)
     : text(std::move(result)), side(text, route.back(), route.front()),
@@ -31,7 +35,7 @@ judged_t::judged_t(const meaning::original_t &original, std::string result,
 parts_t judged_t::told() const {
     parts_t all;
     for (const difference_t &difference : differences)
-        all.insert(difference.code.name() + (' ' + difference.words));
+        all.insert(all_words(difference));
     return all;
 }
 

@@ -28,6 +28,9 @@ class work_t {
 using parts_t = std::set<std::string>;
 parts_t parts_of(const meaning::difference_t &difference);
 
+// A difference with everything that is told of it.
+std::string all_words(const meaning::difference_t &difference);
+
 struct judged_t {
     judged_t(const meaning::original_t &original, std::string result,
              std::span<const std::string_view> route);

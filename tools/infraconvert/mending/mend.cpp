@@ -115,7 +115,7 @@ class search_t {
         add({fix}, edited.text, *converted);
     }
 
-    static mended_t mended(const way_t &way) {
+    static mended_t mended(way_t &way) {
         mended_t result = {.fixes = way.fixes,
                            .by_hand = way.after.left(),
                            .original = way.original,

@@ -31,6 +31,8 @@ struct fix_t {
 struct by_hand_t {
     meaning::difference_t difference;
     std::string why;
+    // Lines after the conversion, each of which would be a fix, but which make different switches.
+    std::vector<commands_t> choices = {};
 };
 
 struct mended_t {

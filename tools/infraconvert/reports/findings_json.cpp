@@ -58,6 +58,8 @@ json findings_json(const std::vector<finding_t> &findings) {
              {"accepted", accepted_json(finding)},
              {"fixes", fixes_json(finding.fixes)},
              {"by_hand", finding.by_hand.empty() ? json(nullptr) : json(finding.by_hand)}});
+        if (!finding.choices.empty())
+            list.back()["choices"] = fixes_json(finding.choices);
         if (!finding.hop.empty())
             list.back()["hop"] = finding.hop;
     }

@@ -56,6 +56,18 @@ std::string fix_lines_text(const char *place, const std::vector<std::string> &li
     return text;
 }
 
+std::string by_hand_text(const finding_t &finding) {
+    if (finding.by_hand.empty())
+        return "";
+    std::string text = "    > " + wrapped("By hand: " + finding.by_hand + ".", 6) + '\n';
+    const char *place = "either type on the switch after the conversion:";
+    for (const fix_text_t &choice : finding.choices) {
+        text += fix_lines_text(place, choice.lines);
+        place = "or:";
+    }
+    return text;
+}
+
 // The fixes of findings of one kind, each once, and why others have none.
 std::string fixes_text(const std::vector<finding_t> &findings, size_t first, size_t next) {
     std::vector<std::string> lines[std::size(fix_places)];
@@ -68,8 +80,8 @@ std::string fixes_text(const std::vector<finding_t> &findings, size_t first, siz
                 lines[fix.before].insert(lines[fix.before].end(), fix.lines.begin(),
                                          fix.lines.end());
         }
-        if (!findings[i].by_hand.empty() && reasons.insert(findings[i].by_hand).second)
-            by_hand += "    > " + wrapped("By hand: " + findings[i].by_hand + ".", 6) + '\n';
+        if (const std::string reason = by_hand_text(findings[i]); reasons.insert(reason).second)
+            by_hand += reason;
     }
     return fix_lines_text(fix_places[1], lines[1]) + fix_lines_text(fix_places[0], lines[0]) +
            by_hand;

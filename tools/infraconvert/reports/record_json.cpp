@@ -134,6 +134,8 @@ finding_t finding_from(const json &document) {
                          lines_from(document.at("after"))};
     for (const json &fix : document.at("fixes"))
         finding.fixes.push_back(fix_from(fix));
+    for (const json &choice : document.value("choices", json::array()))
+        finding.choices.push_back(fix_from(choice));
     finding.by_hand = or_empty(document, "by_hand");
     finding.place = or_empty(document, "place");
     const json accepted = document.value("accepted", json());
