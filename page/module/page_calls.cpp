@@ -4,8 +4,8 @@
 #include "base/files.h"
 #include "base/messages.h"
 #include "conversion/border_releases.h"
-#include "conversion/releases.h"
 #include "conversion/services.h"
+#include "conversion/version_line.h"
 #include "window/configurations.h"
 
 #include <emscripten.h>

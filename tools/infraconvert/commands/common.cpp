@@ -4,6 +4,7 @@
 #include "base/errors.h"
 #include "base/messages.h"
 #include "base/quoting.h"
+#include "conversion/version_line.h"
 #include "window/crew.h"
 
 namespace infraconvert {

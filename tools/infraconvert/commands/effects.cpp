@@ -6,6 +6,7 @@
 #include "base/messages.h"
 #include "commands/common.h"
 #include "commands/progress.h"
+#include "conversion/version_line.h"
 #include "reports/details.h"
 #include "reports/effects_writers.h"
 #include "reports/mask.h"

@@ -14,15 +14,11 @@ struct release_pair_t {
 // and a release beyond the last one that a rule knows of, are told to the user in a message.
 void check_release(const char *option, const std::string &text);
 
+// True for a text that the converters read as a whole.
+bool is_complete_release(const std::string &text);
+
 // True when `one` came out before `other`. The K and U releases of a release are newer than it and
 // older than the next.
 bool is_older(const std::string &one, const std::string &other);
-
-// The release that the configuration itself names as its writer. Throws input_error_t when there is
-// none, or more than one.
-std::string release_of_version_line(const std::string &configuration);
-
-// Tells the user when the configuration itself names another release than `from` as its writer.
-void compare_with_version_line(const std::string &configuration, const std::string &from);
 
 } // namespace infraconvert

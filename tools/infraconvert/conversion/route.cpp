@@ -1,5 +1,7 @@
 #include "conversion/route.h"
 
+#include "conversion/version_line.h"
+
 #include <algorithm>
 
 namespace infraconvert {
