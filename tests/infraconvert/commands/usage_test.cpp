@@ -190,6 +190,17 @@ TEST(usage, odd_releases_are_told_but_taken) {
     EXPECT_TRUE(contains(beyond.err, "--to: 9.9(9) is newer than " + last + ", the last release"))
         << beyond.err;
     EXPECT_EQ(here.run({"plan", "--from", "4.1(3)", "--to", last}).err, "");
+    here.write("other.cfg", "npiv enable\n");
+    for (const char *verb : {"plan", "preview", "audit", "effects"}) {
+        for (const arguments_t &files : {arguments_t{"switch.cfg"}, {"switch.cfg", "other.cfg"}}) {
+            arguments_t arguments = {verb, "--from", "4.0(1)", "--to", "9.9(9)"};
+            arguments.insert(arguments.end(), files.begin(), files.end());
+            const auto told = here.run(arguments).err;
+            const size_t first = told.find(" is newer than");
+            ASSERT_NE(first, told.npos) << told;
+            EXPECT_EQ(told.find(" is newer than", first + 1), told.npos) << told; // told once
+        }
+    }
     const auto other =
         here.run({"preview", "--from", "4.1(2)", "--to", "4.1(3)K2(1)", "switch.cfg"});
     EXPECT_EQ(other.status, 0);

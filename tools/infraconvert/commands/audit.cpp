@@ -94,7 +94,7 @@ fleet_t fleet_of(const audit_options_t &options) {
             "--fixes writes lines to be typed, with their secrets, and goes without "
             "--mask; an audit for each gives both");
     if (!options.result.empty())
-        check_release("--to", options.releases.to);
+        require_release("--to", options.releases.to);
     fleet.request.route = checked_route(options.releases);
     fleet.request.services = services_named(options.services);
     fleet.request.keep_going = options.keep_going;

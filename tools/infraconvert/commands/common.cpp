@@ -189,7 +189,7 @@ void tell_idle(const exceptions_t &exceptions) {
 
 job_t read_job(const job_options_t &options) {
     if (options.alone)
-        check_release("--to", options.releases.to);
+        require_release("--to", options.releases.to);
     const route_t wanted =
         options.alone ? checked_route(options.releases) : route_as_written(options.releases);
     const auto chosen = services_named(options.services);

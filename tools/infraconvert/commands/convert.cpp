@@ -201,7 +201,7 @@ looked_at_t convert_one_of_many(const convert_options_t &options, exceptions_t &
 int convert_many(const convert_options_t &options, const std::vector<std::string> &files) {
     if (!options.output.empty() || options.log || !options.log_dir.empty())
         throw usage_error_t("--output, --log and --log-dir go with one configuration");
-    check_release("--to", options.releases.to);
+    require_release("--to", options.releases.to);
     checked_route(options.releases);
     codes_to_mend(options.mend);
     exceptions_t agreed(options.accept, today());

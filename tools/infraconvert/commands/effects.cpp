@@ -85,8 +85,8 @@ effects_record_t record_of(const question_t &question, const std::string &file) 
     return record;
 }
 
-question_t question_of(const effects_options_t &options, bool alone) {
-    question_t question = {.request = {}, .mask = options.mask, .alone = alone};
+question_t question_of(const effects_options_t &options) {
+    question_t question = {.request = {}, .mask = options.mask, .alone = false};
     question.request.route = checked_route(options.releases);
     question.request.services = services_named(options.services);
     question.request.keep_going = options.keep_going;
@@ -97,9 +97,9 @@ question_t question_of(const effects_options_t &options, bool alone) {
 }
 
 int run(const effects_options_t &options) {
-    checked_route(options.releases);
+    question_t question = question_of(options);
     const std::vector<std::string> files = files_of(options.paths);
-    const question_t question = question_of(options, files.size() == 1);
+    question.alone = files.size() == 1;
     for (const std::string &file : files)
         outputs_t::only_reads(file);
     progress_t progress(files.size());

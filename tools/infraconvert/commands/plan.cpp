@@ -32,8 +32,8 @@ int show_borders(const plan_options_t &options) {
 }
 
 int show_rules(const plan_options_t &options) {
-    check_release("--from", options.releases.from);
-    check_release("--to", options.releases.to);
+    require_release("--from", options.releases.from);
+    require_release("--to", options.releases.to);
     const route_t route = checked_route(options.releases);
     const auto chosen = services_named(options.services);
     write_output(options.json ? plan_json(chosen, route) : plan_table(chosen, route));
@@ -90,7 +90,7 @@ int status_of(const std::vector<traveller_result_t> &results,
 }
 
 int show_ways(const plan_options_t &options) {
-    check_release("--to", options.releases.to);
+    require_release("--to", options.releases.to);
     const route_t route = checked_route(options.releases);
     const std::vector<std::string> files = files_of(options.paths);
     const bool one = files.size() == 1;

@@ -268,7 +268,7 @@ void refuse_options_for_one(const preview_options_t &options) {
 
 int preview_many(const preview_options_t &options, const std::vector<std::string> &files) {
     refuse_options_for_one(options);
-    check_release("--to", options.releases.to);
+    require_release("--to", options.releases.to);
     checked_route(options.releases);
     codes_to_mend(options.mend);
     exceptions_t agreed(options.accept, today());

@@ -90,9 +90,13 @@ bool is_complete_release(const std::string &text) {
     return std::regex_match(text, complete_release());
 }
 
-void check_release(const char *option, const std::string &text) {
+void require_release(const char *option, const std::string &text) {
     if (text.empty())
         throw usage_error_t(std::string("missing ") + option + " RELEASE (" + accepted_forms + ")");
+}
+
+void check_release(const char *option, const std::string &text) {
+    require_release(option, text);
     if (!std::regex_match(text, release_and_more()))
         throw usage_error_t(std::string(option) + ": '" + text + "' is not a release" +
                             suggestion_for(text) + " (" + accepted_forms + ")");
