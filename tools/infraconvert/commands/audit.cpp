@@ -1,6 +1,7 @@
 // audit: what a conversion would lose, for one configuration or for many.
 
 #include "audit/fixes.h"
+#include "base/clock.h"
 #include "base/errors.h"
 #include "base/messages.h"
 #include "commands/progress.h"

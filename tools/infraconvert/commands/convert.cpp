@@ -1,5 +1,6 @@
 // convert: the conversion that preview shows, applied. All or nothing.
 
+#include "base/clock.h"
 #include "base/errors.h"
 #include "base/interruption.h"
 #include "base/locked_file.h"

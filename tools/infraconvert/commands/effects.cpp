@@ -2,6 +2,7 @@
 
 #include "commands/effects.h"
 
+#include "base/clock.h"
 #include "base/errors.h"
 #include "base/messages.h"
 #include "commands/common.h"

@@ -2,6 +2,7 @@
 
 #include "audit/fixes.h"
 #include "audit/masked_findings.h"
+#include "base/clock.h"
 #include "base/errors.h"
 #include "base/messages.h"
 #include "base/quoting.h"

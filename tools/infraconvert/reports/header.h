@@ -19,7 +19,4 @@ struct header_t {
     bool details = false;    // for people: everything about each configuration, not only the sum
 };
 
-// Now, in UTC: "2026-11-23T09:00:00Z".
-std::string now();
-
 } // namespace infraconvert

@@ -205,14 +205,6 @@ std::vector<std::string> exceptions_t::idle() const {
     return told;
 }
 
-std::string today() {
-    const time_t now = std::time(nullptr);
-    tm utc = {};
-    gmtime_r(&now, &utc);
-    char text[sizeof "2000-01-01"];
-    return {text, strftime(text, sizeof text, "%Y-%m-%d", &utc)};
-}
-
 std::string exceptions_for(const std::string &configuration,
                            const std::vector<finding_t> &findings) {
     std::set<std::string> lines;

@@ -56,9 +56,6 @@ class exceptions_t {
     std::mutex lock;
 };
 
-// Today in UTC: YYYY-MM-DD.
-std::string today();
-
 // A line of a file of exceptions for each stanza with an open error of this configuration, each
 // once. What is masked in a finding is a "*".
 std::string exceptions_for(const std::string &configuration,

@@ -1,5 +1,6 @@
 #include "window/journal.h"
 
+#include "base/clock.h"
 #include "base/errors.h"
 #include "base/exact_text.h"
 #include "base/files.h"
@@ -7,7 +8,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <ctime>
 #include <fcntl.h>
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
@@ -26,15 +26,6 @@ deed_t deed_named(const std::string &name) {
     if (found == std::end(deed_names))
         throw input_error_t("nothing that could be done is called " + quoted_name(name));
     return static_cast<deed_t>(found - std::begin(deed_names));
-}
-
-std::string now() {
-    const std::time_t time = std::time(nullptr);
-    std::tm utc = {};
-    gmtime_r(&time, &utc);
-    char text[sizeof "2027-03-02T01:14:09Z"];
-    strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
-    return text;
 }
 
 std::string line_of(deed_t deed, const planned_t &planned) {
