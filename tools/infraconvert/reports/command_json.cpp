@@ -11,8 +11,6 @@ namespace {
 
 using json = nlohmann::ordered_json;
 
-json or_null(const std::string &text) { return text.empty() ? json(nullptr) : json(text); }
-
 json service_json(const service_t &service) {
     return {{"name", service.name},
             {"title", service.title},

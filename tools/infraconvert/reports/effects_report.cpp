@@ -1,6 +1,7 @@
 #include "reports/effects_report.h"
 
 #include "base/messages.h"
+#include "reports/json_document.h"
 
 #include <algorithm>
 #include <map>
@@ -174,9 +175,6 @@ std::string effects_text(const effects_t &rows) {
 }
 
 nlohmann::ordered_json rows_json(const effects_t &rows) {
-    const auto or_null = [](const std::string &word) {
-        return word.empty() ? json(nullptr) : json(word);
-    };
     json list = json::array();
     for (const auto &[row, change] : rows)
         list.push_back({{"place", row.place},

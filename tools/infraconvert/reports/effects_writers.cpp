@@ -18,7 +18,7 @@ json record_json(const effects_record_t &record) {
         document["problem"] = record.problem;
     add_route(document, record.route);
     document["failed"] = !record.failure.empty();
-    document["failure"] = record.failure.empty() ? json(nullptr) : json(record.failure);
+    document["failure"] = or_null(record.failure);
     document["rows"] = rows_json(record.rows);
     add_exact_bytes(document);
     return document;

@@ -47,17 +47,16 @@ json fixes_json(const std::vector<fix_text_t> &fixes) {
 json findings_json(const std::vector<finding_t> &findings) {
     json list = json::array();
     for (const finding_t &finding : findings) {
-        list.push_back(
-            {{"code", finding.kind->code},
-             {"severity", severity_name(finding.kind->severity)},
-             {"title", finding.kind->title},
-             {"detail", finding.detail},
-             {"before", lines_json(finding.before)},
-             {"after", lines_json(finding.after)},
-             {"place", finding.place},
-             {"accepted", accepted_json(finding)},
-             {"fixes", fixes_json(finding.fixes)},
-             {"by_hand", finding.by_hand.empty() ? json(nullptr) : json(finding.by_hand)}});
+        list.push_back({{"code", finding.kind->code},
+                        {"severity", severity_name(finding.kind->severity)},
+                        {"title", finding.kind->title},
+                        {"detail", finding.detail},
+                        {"before", lines_json(finding.before)},
+                        {"after", lines_json(finding.after)},
+                        {"place", finding.place},
+                        {"accepted", accepted_json(finding)},
+                        {"fixes", fixes_json(finding.fixes)},
+                        {"by_hand", or_null(finding.by_hand)}});
         if (!finding.choices.empty())
             list.back()["choices"] = fixes_json(finding.choices);
         if (!finding.hop.empty())

@@ -4,24 +4,27 @@
 
 namespace infraconvert {
 
-nlohmann::ordered_json document_of(const char *command) {
+using json = nlohmann::ordered_json;
+
+json document_of(const char *command) {
     return {{"format_version", format_version}, {"command", command}};
 }
 
-void add_route(nlohmann::ordered_json &document, const route_t &route) {
-    using json = nlohmann::ordered_json;
+void add_route(json &document, const route_t &route) {
     const bool knows_first = !route.empty() && !route.front().empty();
     document["from"] = knows_first ? json(route.front()) : json(nullptr);
     document["to"] = hops_of(route) > 0 ? json(route.back()) : json(nullptr);
     document["route"] = knows_first ? json(route) : json(nullptr);
 }
 
+json or_null(const std::string &text) { return text.empty() ? json(nullptr) : json(text); }
+
 // A configuration may hold bytes that are no UTF-8; they show as replacement characters.
-std::string printed_as_is(const nlohmann::ordered_json &document) {
+std::string printed_as_is(const json &document) {
     return document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
 }
 
-std::string printed(nlohmann::ordered_json document) {
+std::string printed(json document) {
     add_exact_bytes(document);
     return printed_as_is(document);
 }

@@ -18,8 +18,6 @@ using meaning::change_t;
 constexpr std::array edit_names = {"keep", "remove", "add", "gap"};
 constexpr std::array change_names = {"same", "lost", "gained"};
 
-json or_null(const std::string &text) { return text.empty() ? json(nullptr) : json(text); }
-
 std::string or_empty(const json &document, const std::string &key) {
     const auto found = document.find(key);
     return found == document.end() || found->is_null() ? "" : exact_bytes(document, key);

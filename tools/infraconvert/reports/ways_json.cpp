@@ -12,8 +12,6 @@ namespace {
 
 using json = nlohmann::ordered_json;
 
-json or_null(const std::string &text) { return text.empty() ? json(nullptr) : json(text); }
-
 json back_json(const way_t &way) {
     if (way.fails())
         return nullptr;

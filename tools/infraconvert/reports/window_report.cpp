@@ -159,7 +159,7 @@ json line_json(const line_t &line) {
     return {{"path", line.file},
             {"state", standing_name(line.state.standing)},
             {"done", line.state.done},
-            {"why", line.state.why.empty() ? json(nullptr) : json(line.state.why)},
+            {"why", or_null(line.state.why)},
             {"exit_status", line.state.exit_status},
             {"route", planned.route},
             {"rules", planned.rules},
@@ -201,7 +201,7 @@ std::string window_text(const window_report_t &report) {
 
 std::string window_json(const window_report_t &report) {
     json document = document_of(verb_names[static_cast<size_t>(report.verb)]);
-    document["plan"] = report.plan.empty() ? json(nullptr) : json(report.plan);
+    document["plan"] = or_null(report.plan);
     document["configurations"] = json::array();
     for (const line_t &line : report.lines)
         document["configurations"].push_back(line_json(line));
