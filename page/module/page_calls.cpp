@@ -1,6 +1,7 @@
 // What the page asks beside the verbs of the command: which of the files that it was given are
 // configurations, what releases wrote them, and what there is to choose from.
 
+#include "base/exact_text.h"
 #include "base/files.h"
 #include "base/messages.h"
 #include "conversion/border_releases.h"
@@ -43,7 +44,6 @@ json overview(const std::vector<std::string> &paths) {
 // Prints a JSON object about the files that the arguments name or that stand below them.
 extern "C" EMSCRIPTEN_KEEPALIVE int look_around(int argc, char **argv) {
     const std::vector<std::string> paths(argv + 1, argv + argc);
-    infraconvert::write_output(infraconvert::overview(paths).dump(
-        -1, ' ', false, nlohmann::json::error_handler_t::replace));
+    infraconvert::write_output(infraconvert::dumped(infraconvert::overview(paths)));
     return 0;
 }

@@ -14,6 +14,11 @@
 
 namespace infraconvert {
 
+// The document as text, on one line or with an indentation.
+template<class Json> std::string dumped(const Json &document, int indent = -1) {
+    return document.dump(indent, ' ', false, Json::error_handler_t::replace);
+}
+
 // The exact bytes of a text, or of each text of a list, as they stand beside it; null where it
 // needs none.
 template<class Json> Json exact_beside(const Json &value) {

@@ -1,5 +1,6 @@
 // The page: its data stand in it, the configurations one by one ahead of the summary.
 
+#include "base/exact_text.h"
 #include "conversion/services.h"
 #include "reports/findings_json.h"
 #include "reports/formats.h"
@@ -15,9 +16,8 @@ using edit_t = diff_line_t::edit_t;
 
 // JSON that may stand in a script element: nothing in it can end the element.
 std::string embedded(const json &value) {
-    const std::string text = value.dump(-1, ' ', false, json::error_handler_t::replace);
     std::string safe;
-    for (const char c : text)
+    for (const char c : dumped(value))
         safe += c == '<' ? std::string("\\u003c") : std::string(1, c);
     return safe;
 }

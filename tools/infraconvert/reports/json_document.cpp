@@ -19,9 +19,8 @@ void add_route(json &document, const route_t &route) {
 
 json or_null(const std::string &text) { return text.empty() ? json(nullptr) : json(text); }
 
-// A configuration may hold bytes that are no UTF-8; they show as replacement characters.
 std::string printed_as_is(const json &document) {
-    return document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
+    return dumped(document, 2) + '\n';
 }
 
 std::string printed(json document) {

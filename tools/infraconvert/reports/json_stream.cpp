@@ -1,5 +1,7 @@
 #include "reports/json_stream.h"
 
+#include "base/exact_text.h"
+
 namespace infraconvert {
 
 namespace {
@@ -7,10 +9,6 @@ namespace {
 using json = nlohmann::ordered_json;
 
 constexpr int indent = 2;
-
-std::string dumped(const json &value, int width) {
-    return value.dump(width, ' ', false, json::error_handler_t::replace);
-}
 
 } // namespace
 
@@ -27,7 +25,7 @@ void json_stream_t::open(char bracket) {
 }
 
 void json_stream_t::open(const std::string &key, char bracket) {
-    begin_value(dumped(key, -1) + ": " + bracket);
+    begin_value(dumped(json(key)) + ": " + bracket);
     closing += bracket == '{' ? '}' : ']';
     first = true;
 }
@@ -46,7 +44,7 @@ std::string json_stream_t::indented(const json &value) const {
 void json_stream_t::element(const json &value) { begin_value(indented(value)); }
 
 void json_stream_t::member(const std::string &key, const json &value) {
-    begin_value(dumped(key, -1) + ": " + indented(value));
+    begin_value(dumped(json(key)) + ": " + indented(value));
 }
 
 void json_stream_t::members(const json &object) {
@@ -62,6 +60,6 @@ void json_stream_t::close() {
     first = false;
 }
 
-std::string json_line(const json &value) { return dumped(value, -1) + '\n'; }
+std::string json_line(const json &value) { return dumped(value) + '\n'; }
 
 } // namespace infraconvert

@@ -35,7 +35,7 @@ std::string line_of(deed_t deed, const planned_t &planned) {
                   {"input", planned.input_digest},
                   {"result", planned.result_digest}};
     add_exact_bytes(entry);
-    return entry.dump(-1, ' ', false, json::error_handler_t::replace) + '\n';
+    return dumped(entry) + '\n';
 }
 
 } // namespace

@@ -127,7 +127,7 @@ std::string plan_text(const plan_t &plan) {
     for (const planned_t &planned : plan.configurations)
         document["configurations"].push_back(planned_json(planned));
     add_exact_bytes(document);
-    return document.dump(2, ' ', false, json::error_handler_t::replace) + '\n';
+    return dumped(document, 2) + '\n';
 }
 
 plan_t read_plan(const std::string &plan_file) {
