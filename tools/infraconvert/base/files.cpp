@@ -106,6 +106,11 @@ std::string configuration_file(const std::string &path) {
     return path;
 }
 
+std::filesystem::path folder_of(const std::string &file) {
+    const std::filesystem::path folder = std::filesystem::path(file).parent_path();
+    return folder.empty() ? "." : folder;
+}
+
 shared_text_t read_configuration(const std::string &file) {
     const bool standard = file == standard_stream;
     const std::string name = standard ? "standard input" : file;

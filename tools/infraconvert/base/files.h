@@ -28,6 +28,9 @@ bool holds(int descriptor, std::string_view bytes);
 // The file that the user means with `path`: itself, or for a directory its ascii/system.cfg.
 std::string configuration_file(const std::string &path);
 
+// The folder in which a file stands, "." for a name alone.
+std::filesystem::path folder_of(const std::string &file);
+
 // A file of more megabytes cannot be a configuration, unless somebody says so: no switch saves more
 // than some ten of them.
 constexpr uint64_t usual_megabytes = 64;

@@ -24,11 +24,6 @@ std::string full_name(const std::string &path) {
     return error ? path : full.string();
 }
 
-fs::path folder_of(const std::string &path) {
-    const fs::path folder = fs::path(path).parent_path();
-    return folder.empty() ? "." : folder;
-}
-
 // True for a link that others may have put there: it is somebody else's, or stands where everybody
 // may write.
 bool is_foreign_link(const std::string &path) {

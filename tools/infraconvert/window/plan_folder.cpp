@@ -20,11 +20,6 @@ namespace fs = std::filesystem;
 
 constexpr mode_t rights_of_others = S_IRWXG | S_IRWXO;
 
-fs::path folder_of(const std::string &file) {
-    const fs::path folder = fs::path(file).parent_path();
-    return folder.empty() ? "." : folder;
-}
-
 void sync_folder(const fs::path &folder) {
     const engine::file_t opened = engine::open_at(AT_FDCWD, folder.c_str(), O_RDONLY | O_DIRECTORY);
     if (!opened.is_open() || !engine::sync(opened.descriptor()))
