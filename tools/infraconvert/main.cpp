@@ -4,7 +4,7 @@
 #include "base/interruption.h"
 #include "base/messages.h"
 #include "base/suggest.h"
-#include "commands/effects.h"
+#include "commands/command.h"
 #include "commands/help.h"
 #include "reports/command_json.h"
 

@@ -23,6 +23,7 @@ extern const command_t preview_command;
 extern const command_t convert_command;
 extern const command_t undo_command;
 extern const command_t audit_command;
+extern const command_t effects_command;
 extern const command_t report_command;
 extern const command_t explain_command;
 

@@ -1,7 +1,5 @@
 // effects: what QoS does on the switch, and what a conversion makes of it.
 
-#include "commands/effects.h"
-
 #include "base/clock.h"
 #include "base/errors.h"
 #include "base/messages.h"
