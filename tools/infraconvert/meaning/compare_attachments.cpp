@@ -102,11 +102,10 @@ std::map<std::string, met_t> unattached_classes(const model_t &model) {
     for (const policy_t &policy : model.policies) {
         if (model.is_attached(policy))
             continue;
-        const bool by_group = policy.type == types::queuing || policy.type == types::network;
         for (const class_t &each : policy.classes) {
             if (each.actions.empty())
                 continue;
-            const traffic_t traffic = by_group
+            const traffic_t traffic = is_by_group(policy.type)
                                           ? queued_traffic(model, groups, policy.type, each.name)
                                           : traffic_of(model, policy.type, each.name);
             met_t &met = found[title_of(policy, each)];

@@ -8,7 +8,7 @@ in_rows_t::in_rows_t(const side_t &side) {
         attachments.insert(row.attachment_line);
         policies.insert(row.policy);
         having_rows.insert(side.model.policy(row.type, row.policy));
-        const bool by_group = row.type == types::queuing || row.type == types::network;
+        const bool by_group = is_by_group(row.type);
         (by_group ? queues : classes).insert(row.class_name);
         if (by_group)
             add_classifiers(side.model, row);

@@ -98,7 +98,7 @@ class table_writer_t {
     }
 
     traffic_t traffic_at(std::string_view place, std::string_view type, std::string_view name) {
-        if (type != types::queuing && type != types::network)
+        if (!is_by_group(type))
             return traffic_of(model, type, name);
         const policy_t *in_force = policy_in_force(model, place);
         const auto [known, added] = groups.try_emplace(in_force, model, in_force);

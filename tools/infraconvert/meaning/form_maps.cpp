@@ -50,8 +50,6 @@ namespace {
 
 // ---- classes
 
-bool is_by_group(std::string_view type) { return type == types::queuing || type == types::network; }
-
 bool matches_nothing(const class_map_t &map) {
     return map.groups.empty() && (is_by_group(map.type) || map.matches.empty());
 }

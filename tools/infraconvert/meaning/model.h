@@ -25,6 +25,11 @@ constexpr std::string_view none = "", qos = "qos", queuing = "queuing", network 
                            control_plane = "control-plane";
 }
 
+// Maps of these types say what happens to qos-groups, and get their traffic by them.
+constexpr bool is_by_group(std::string_view type) {
+    return type == types::queuing || type == types::network;
+}
+
 // Classes that a switch knows without a class-map.
 namespace classes {
 constexpr std::string_view rest = "class-default", fcoe = "class-fcoe",
