@@ -1,5 +1,7 @@
 #include "audit/findings.h"
 
+#include "base/messages.h"
+
 #include <algorithm>
 #include <strings.h>
 
@@ -80,8 +82,7 @@ std::string count_text(const finding_count_t &count) {
     std::string text;
     const auto add = [&](size_t number, const char *one) {
         if (number > 0)
-            text += (text.empty() ? "" : ", ") + std::to_string(number) + ' ' + one +
-                    (number > 1 ? "s" : "");
+            text += (text.empty() ? "" : ", ") + counted(number, one);
     };
     add(count.errors, "error");
     add(count.warnings, "warning");

@@ -55,6 +55,10 @@ std::string wrapped(std::string_view text, size_t indent, size_t width) {
     return result;
 }
 
+std::string counted(size_t number, const std::string &one) {
+    return std::to_string(number) + ' ' + one + (number == 1 ? "" : "s");
+}
+
 std::string column(std::string_view text, size_t width) {
     std::string result(text);
     result.resize(std::max(width, text.size() + 1), ' ');

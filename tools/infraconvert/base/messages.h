@@ -29,6 +29,9 @@ bool wants_color(const std::string &mode);
 // `text` in lines of at most `width` characters, each behind the first indented by `indent`.
 std::string wrapped(std::string_view text, size_t indent, size_t width = 100);
 
+// "1 error", "3 errors".
+std::string counted(size_t number, const std::string &one);
+
 // `text` as a column of a table: padded with blanks up to `width`, with one at least behind it.
 std::string column(std::string_view text, size_t width);
 

@@ -13,18 +13,13 @@ constexpr size_t most_causes = 8, most_worst = 12, most_codes = 6;
 constexpr size_t most_name = 44, most_detail = 180, most_problem = 80;
 constexpr size_t title_width = 12, number_width = 7;
 
-std::string counted(size_t number, const char *one, const char *many) {
-    return std::to_string(number) + ' ' + (number == 1 ? one : many);
-}
-
 std::string right(size_t number, size_t width) {
     const std::string text = std::to_string(number);
     return std::string(width - std::min(width, text.size()), ' ') + text;
 }
 
 std::string about(const header_t &header, const totals_t &totals) {
-    return counted(totals.count, "configuration", "configurations") + ", " +
-           route_text(header.route);
+    return counted(totals.count, "configuration") + ", " + route_text(header.route);
 }
 
 void join(std::string &list, const std::string &part) {
@@ -134,7 +129,7 @@ std::string causes_text(const totals_t &totals) {
     for (size_t i = 0; i < std::min(causes.size(), most_causes); i++)
         text += cause_text(*causes[i]);
     if (causes.size() > most_causes)
-        text += "  and " + counted(causes.size() - most_causes, "more cause\n", "more causes\n");
+        text += "  and " + counted(causes.size() - most_causes, "more cause") + '\n';
     return text;
 }
 
@@ -158,12 +153,10 @@ std::string worst_text(const totals_t &totals) {
     std::string text = "\n  worst first\n";
     for (size_t i = 0; i < shown; i++) {
         const alike_t &one = totals.worst[i];
-        const std::string what = one.state == state_t::unusable
-                                     ? cut(without_name(one.file, one.problem), most_problem)
-                                     : column(std::to_string(one.findings.errors) +
-                                                  (one.findings.errors == 1 ? " error" : " errors"),
-                                              11) +
-                                           codes_text(one.codes);
+        const std::string what =
+            one.state == state_t::unusable
+                ? cut(without_name(one.file, one.problem), most_problem)
+                : column(counted(one.findings.errors, "error"), 11) + codes_text(one.codes);
         text += "  " + column(quoted_name(one.file), width) +
                 column(one.blocked ? "blocked" : state_name(one.state), 11) + what +
                 (one.others > 0 ? "  and " + std::to_string(one.others) + " alike" : "") + '\n';

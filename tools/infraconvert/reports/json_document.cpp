@@ -19,9 +19,7 @@ void add_route(json &document, const route_t &route) {
 
 json or_null(const std::string &text) { return text.empty() ? json(nullptr) : json(text); }
 
-std::string printed_as_is(const json &document) {
-    return dumped(document, 2) + '\n';
-}
+std::string printed_as_is(const json &document) { return dumped(document, 2) + '\n'; }
 
 std::string printed(json document) {
     add_exact_bytes(document);

@@ -1,6 +1,7 @@
 #include "reports/parts.h"
 
 #include "base/errors.h"
+#include "base/messages.h"
 #include "base/quoting.h"
 #include "reports/record_json.h"
 
@@ -42,9 +43,8 @@ class part_t {
     }
 
     [[noreturn]] void refuse_as_not_whole(size_t records) const {
-        throw input_error_t(
-            quoted_name(file) + " is not whole: it ends after " + std::to_string(records) +
-            (records == 1 ? " configuration" : " configurations") + "; make this part again");
+        throw input_error_t(quoted_name(file) + " is not whole: it ends after " +
+                            counted(records, "configuration") + "; make this part again");
     }
 
     template<typename read_t> auto read(read_t read_line) const {

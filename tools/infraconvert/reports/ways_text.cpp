@@ -15,10 +15,6 @@ namespace {
 constexpr size_t shown_alike = 3;    // routes with the same bytes; more are only counted
 constexpr size_t shown_choices = 12; // in the table of many configurations
 
-std::string counted(size_t number, const char *one) {
-    return std::to_string(number) + ' ' + one + (number == 1 ? "" : "s");
-}
-
 // ---- borders
 
 // "4.1(2) and older", "4.1(1) to 4.1(4)", "5.0(1) and newer": releases that follow one another

@@ -191,8 +191,7 @@ std::string window_text(const window_report_t &report) {
     const auto hands = lines_that_need_hands(report.lines);
     const size_t all = report.lines.size();
     std::string text = (report.plan.empty() ? "" : quoted_name(report.plan) + ": ") +
-                       std::to_string(all) + (all == 1 ? " configuration\n" : " configurations\n") +
-                       counts_text(report);
+                       counted(all, "configuration") + '\n' + counts_text(report);
     if (!hands.empty())
         text += std::to_string(hands.size()) + (hands.size() == 1 ? " needs" : " need") +
                 " hands:\n" + hands_text(hands);

@@ -2,6 +2,7 @@
 
 #include "base/errors.h"
 #include "base/interruption.h"
+#include "base/messages.h"
 #include "base/outputs.h"
 #include "base/quoting.h"
 
@@ -118,7 +119,7 @@ void planning_t::begin() {
     if (standing == 0)
         return;
     throw input_error_t(quoted_name(folder.plan()) + ": this plan has converted " +
-                        std::to_string(standing) + (standing == 1 ? " file" : " files") +
+                        counted(standing, "file") +
                         ", and keeps the way back; take it with infraconvert undo --plan, or save "
                         "the new plan under another name");
 }
