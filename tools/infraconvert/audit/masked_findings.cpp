@@ -1,6 +1,6 @@
 #include "audit/masked_findings.h"
 
-#include "conversion/configuration.h"
+#include "base/lines.h"
 #include "secrets/masked_text.h"
 
 namespace infraconvert {

@@ -5,6 +5,8 @@
 
 namespace infraconvert {
 
+// Each throws run_error_t where the cryptographic library does not do it.
+
 // The SHA-256 digest of `bytes` in hexadecimal.
 std::string sha256(std::string_view bytes);
 
@@ -12,7 +14,7 @@ std::string sha256(std::string_view bytes);
 // the bytes who does not have the key.
 std::string hmac_sha256(std::string_view key, std::string_view bytes);
 
-// A key that nobody can guess. Throws run_error.
+// A key that nobody can guess.
 std::string random_key();
 
 } // namespace infraconvert

@@ -10,7 +10,7 @@ namespace infraconvert {
 // Tells what each service did to the configuration `name`, and why those that failed did so.
 void tell_summary(const std::string &name, const converted_t &conversion);
 
-// The same of a rule of each service, for plan.
+// Which rules each service has for the route, and what they do, for plan.
 std::string plan_table(const std::vector<const service_t *> &services, const route_t &route);
 
 } // namespace infraconvert

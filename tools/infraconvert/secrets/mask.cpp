@@ -4,12 +4,13 @@
 
 #include "secrets/mask.h"
 
-#include "base/diff.h"
+#include "base/lines.h"
 #include "secrets/masked_text.h"
 #include "secrets/own_words.h"
 #include "secrets/word_shapes.h"
 #include "secrets/words.h"
 
+#include <algorithm>
 #include <cctype>
 #include <set>
 

@@ -2,7 +2,7 @@
 // banners, macros, jobs. Their lines may look like commands, and any of them may be a secret.
 #pragma once
 
-#include "base/diff.h"
+#include "base/lines.h"
 
 #include <vector>
 

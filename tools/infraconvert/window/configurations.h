@@ -11,13 +11,13 @@
 
 namespace infraconvert {
 
-// What was passed by, by the reason in the plural and the singular, with the first few names.
+// What was passed by, by the reason, with the first few names.
 class passed_by_t {
   public:
     enum class why_t { hidden, link, backup, no_configuration, repeated };
 
     void add(why_t why, const std::string &name);
-    // "2 backups (a.bak, b.bak), 1 hidden entry"; empty when nothing was.
+    // "1 hidden entry (.git); 2 backups (a.bak, b.bak)"; empty when nothing was.
     std::string in_words() const;
 
   private:
