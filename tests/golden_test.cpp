@@ -5,6 +5,7 @@
 // With GOLDEN_ACCEPT set the results become the expectation; `./dev golden` shows what that
 // changes.
 
+#include "support/golden.h"
 #include "support/services.h"
 
 #include <cstdlib>
@@ -15,26 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path golden = GOLDEN_DIRECTORY;
-
-struct case_t {
-    fs::path folder;
-    std::string service, from, to;
-};
-
-std::vector<case_t> all_cases() {
-    std::vector<case_t> cases;
-    for (const auto &entry : fs::recursive_directory_iterator(golden)) {
-        if (entry.path().filename() != "in.cfg")
-            continue;
-        const fs::path folder = entry.path().parent_path();
-        const std::string pair = folder.parent_path().filename();
-        const size_t middle = pair.find("__");
-        cases.push_back({folder, folder.parent_path().parent_path().filename(),
-                         pair.substr(0, middle), pair.substr(middle + 2)});
-    }
-    return cases;
-}
+using support::golden_t;
 
 // Without the dump of the saved text: out.cfg shows that already.
 std::string without_dump(const std::string &log) {
@@ -73,11 +55,11 @@ void accept(const fs::path &folder, const std::string &in, const support::conver
         support::write_file(folder / "out.cfg", result.file);
 }
 
-class golden_case : public testing::TestWithParam<case_t> {};
+class golden_case : public testing::TestWithParam<golden_t> {};
 
 TEST_P(golden_case, converts_as_expected) {
     const auto &[folder, service, from, to] = GetParam();
-    const std::string in = support::read_file(folder / "in.cfg");
+    const std::string in = GetParam().before(), expected = GetParam().after();
     const auto result =
         support::convert(support::service_named(service), in, from.c_str(), to.c_str());
     ASSERT_FALSE(result.process.crashed);
@@ -85,11 +67,9 @@ TEST_P(golden_case, converts_as_expected) {
         accept(folder, in, result);
         return;
     }
-    const bool changes = fs::exists(folder / "out.cfg");
-    const std::string expected = changes ? support::read_file(folder / "out.cfg") : in;
     EXPECT_EQ(difference(expected, result.file), "");
     EXPECT_EQ(difference(support::read_file(folder / "log"), without_dump(result.log)), "");
-    if (fs::exists(folder / "fails")) {
+    if (GetParam().fails()) {
         EXPECT_EQ(result.status, -1);
         EXPECT_EQ(last_line(result.log), support::read_file(folder / "fails"));
         EXPECT_EQ(result.process.output, "");
@@ -101,22 +81,20 @@ TEST_P(golden_case, converts_as_expected) {
 
 // The QoS passes search in another way while they need not trace what they pass.
 TEST_P(golden_case, converts_the_same_without_a_log) {
-    const auto &[folder, service, from, to] = GetParam();
-    const std::string in = support::read_file(folder / "in.cfg");
-    const bool changes = fs::exists(folder / "out.cfg");
-    const auto result =
-        support::convert(support::service_named(service), in, from.c_str(), to.c_str(), 0);
-    EXPECT_EQ(result.status, fs::exists(folder / "fails") ? -1 : 0);
-    EXPECT_EQ(result.file, changes ? support::read_file(folder / "out.cfg") : in);
+    const golden_t &golden = GetParam();
+    const auto result = support::convert(support::service_named(golden.service), golden.before(),
+                                         golden.from.c_str(), golden.to.c_str(), 0);
+    EXPECT_EQ(result.status, golden.fails() ? -1 : 0);
+    EXPECT_EQ(result.file, golden.after());
 }
 
-std::string name_of(const testing::TestParamInfo<case_t> &info) {
-    std::string name = fs::relative(info.param.folder, golden);
+std::string name_of(const testing::TestParamInfo<golden_t> &info) {
+    std::string name = fs::relative(info.param.folder, GOLDEN_DIRECTORY);
     for (char &c : name)
         c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(golden, golden_case, testing::ValuesIn(all_cases()), name_of);
+INSTANTIATE_TEST_SUITE_P(golden, golden_case, testing::ValuesIn(support::golden_cases()), name_of);
 
 } // namespace

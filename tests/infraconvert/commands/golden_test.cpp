@@ -4,43 +4,14 @@
 #include "include/libinfraconvertascii.h"
 #include "infraconvert/workspace.h"
 #include "support/converter_process.h"
+#include "support/golden.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-namespace fs = std::filesystem;
-
+using support::golden_t;
 using support::workspace_t;
-
-struct case_t {
-    fs::path folder;
-    std::string service, from, to;
-    bool fails;
-    std::string original, expected;
-};
-
-std::string contents(const workspace_t &here, const fs::path &file) {
-    return here.run_program({"cat", file}).out;
-}
-
-std::vector<case_t> all_cases(const workspace_t &here) {
-    std::vector<case_t> cases;
-    for (const auto &entry : fs::recursive_directory_iterator(GOLDEN_DIRECTORY)) {
-        if (entry.path().filename() != "in.cfg")
-            continue;
-        const fs::path folder = entry.path().parent_path();
-        const std::string pair = folder.parent_path().filename();
-        const size_t middle = pair.find("__");
-        const std::string original = contents(here, entry.path());
-        const bool changes = fs::exists(folder / "out.cfg");
-        cases.push_back({folder, folder.parent_path().parent_path().filename(),
-                         pair.substr(0, middle), pair.substr(middle + 2),
-                         fs::exists(folder / "fails"), original,
-                         changes ? contents(here, folder / "out.cfg") : original});
-    }
-    return cases;
-}
 
 // Converts switch.cfg, and once more with the codes accepted for which the command refuses to.
 support::result_t convert_knowingly(const workspace_t &here, std::vector<std::string> arguments) {
@@ -60,32 +31,32 @@ support::result_t convert_knowingly(const workspace_t &here, std::vector<std::st
 
 TEST(each_conversion, patch_and_convert_give_the_expected_bytes) {
     workspace_t here;
-    const auto cases = all_cases(here);
+    const auto cases = support::golden_cases();
     EXPECT_FALSE(cases.empty());
-    for (const case_t &c : cases) {
-        here.write("switch.cfg", c.original);
+    for (const golden_t &c : cases) {
+        here.write("switch.cfg", c.before());
         const auto preview = here.run(
             {"preview", "--service", c.service, "--from", c.from, "--to", c.to, "switch.cfg"});
-        EXPECT_EQ(preview.status, c.fails ? 1 : 0) << c.folder << preview.err;
+        EXPECT_EQ(preview.status, c.fails() ? 1 : 0) << c.folder << preview.err;
         here.input = preview.out;
         const auto patch = here.run_program({"patch", "--silent", "-p0"});
         EXPECT_TRUE(patch.status == 0 || preview.out.empty()) << c.folder << patch.out;
-        EXPECT_EQ(here.read("switch.cfg"), c.expected) << c.folder;
+        EXPECT_EQ(here.read("switch.cfg"), c.after()) << c.folder;
 
-        here.write("switch.cfg", c.original);
+        here.write("switch.cfg", c.before());
         const auto convert =
             convert_knowingly(here, {"--service", c.service, "--from", c.from, "--to", c.to});
-        EXPECT_EQ(convert.status, c.fails ? 1 : 0) << c.folder << convert.err;
-        EXPECT_EQ(here.read("switch.cfg"), c.expected) << c.folder;
+        EXPECT_EQ(convert.status, c.fails() ? 1 : 0) << c.folder << convert.err;
+        EXPECT_EQ(here.read("switch.cfg"), c.after()) << c.folder;
         EXPECT_EQ(here.names(), std::vector<std::string>{"switch.cfg"}) << c.folder;
     }
 }
 
 TEST(each_conversion, the_installers_call_for_all_services_gives_the_same) {
     workspace_t here;
-    for (const case_t &c : all_cases(here)) {
-        here.write("installed/ascii/system.cfg", c.original);
-        here.write("switch.cfg", c.original);
+    for (const golden_t &c : support::golden_cases()) {
+        here.write("installed/ascii/system.cfg", c.before());
+        here.write("switch.cfg", c.before());
         const auto call = support::run_in_process([&] {
             const std::string installed = here.path("installed");
             const infraconvertascii_args_t args = {installed.c_str(), "package", c.to.c_str(),

@@ -2,16 +2,14 @@
 
 #include "audit/audit.h"
 #include "base/lines.h"
+#include "support/golden.h"
 #include "support/services.h"
 
 #include <algorithm>
-#include <filesystem>
 
 namespace meaning_test {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 struct class_t {
     std::string name, group;
@@ -154,17 +152,9 @@ std::vector<conversion_t> conversions(unsigned seed, size_t count) {
 
 std::vector<conversion_t> golden_conversions() {
     std::vector<conversion_t> kept;
-    for (const auto &entry : fs::recursive_directory_iterator(GOLDEN_DIRECTORY)) {
-        const fs::path folder = entry.path().parent_path();
-        if (entry.path().filename() != "in.cfg" || fs::exists(folder / "fails") ||
-            folder.filename().string().starts_with("trap-"))
-            continue;
-        const bool changes = fs::exists(folder / "out.cfg");
-        const std::string pair = folder.parent_path().filename();
-        const size_t middle = pair.find("__");
-        kept.push_back({support::read_file(entry.path()),
-                        support::read_file(folder / (changes ? "out.cfg" : "in.cfg")),
-                        {pair.substr(0, middle), pair.substr(middle + 2)}});
+    for (const support::golden_t &golden : support::golden_cases()) {
+        if (!golden.fails() && !golden.is_trap())
+            kept.push_back({golden.before(), golden.after(), {golden.from, golden.to}});
     }
     return kept;
 }

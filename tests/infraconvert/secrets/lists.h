@@ -6,18 +6,12 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
 namespace support {
 
 constexpr std::string_view secret_place = "{secret}";
-
-inline std::string bytes_of(const std::filesystem::path &file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 // Each entry of the lists: a line, and those that belong to it.
 inline std::vector<std::string> entries_with_secrets(const std::filesystem::path &directory) {

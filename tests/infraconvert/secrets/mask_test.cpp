@@ -2,6 +2,8 @@
 
 #include "infraconvert/secrets/lists.h"
 #include "infraconvert/workspace.h"
+#include "support/converter_process.h"
+#include "support/golden.h"
 
 #include "base/diff.h"
 #include "secrets/mask.h"
@@ -21,7 +23,7 @@ const std::filesystem::path directory = SECRETS_DIRECTORY;
 // Everything that the converters touch, and after it one in so many of the lines that hold a
 // secret.
 std::string configuration(std::string_view secret, size_t one_in) {
-    std::string text = support::bytes_of(directory / "../../../examples/switch.cfg");
+    std::string text = support::read_file(directory / "../../../examples/switch.cfg");
     const auto entries = support::entries_with_secrets(directory / "lists");
     for (size_t i = 0; i < entries.size(); i += one_in)
         text += support::with_secret(entries[i], secret);
@@ -41,7 +43,7 @@ std::string everything_told(arguments_t command, std::string_view secret) {
     for (const auto &entry : std::filesystem::recursive_directory_iterator(here.path(""))) {
         const std::string name = entry.path().filename();
         if (entry.is_regular_file() && name != "switch.cfg" && name != "new.cfg")
-            all += "==> " + name + '\n' + support::bytes_of(entry.path());
+            all += "==> " + name + '\n' + support::read_file(entry.path());
     }
     static const std::regex moment(R"(0x[0-9a-f]{6,}|<\w{3} \w{3} .*\d{4}>|"date": ?"[^"]*")");
     return std::regex_replace(all, moment, "");
@@ -120,17 +122,13 @@ std::string without_free_texts(const std::string &configuration) {
 TEST(mask, leaves_findings_without_secrets_alone) {
     workspace_t here;
     size_t audited = 0;
-    for (const auto &entry : std::filesystem::recursive_directory_iterator(GOLDEN_DIRECTORY)) {
-        const auto folder = entry.path().parent_path();
-        const bool tells = contains(folder.filename(), "trap-") || exists(folder / "fails");
-        if (entry.path().filename() != "in.cfg" || !tells)
+    for (const support::golden_t &golden : support::golden_cases()) {
+        if (!golden.is_trap() && !golden.fails())
             continue;
-        const std::string releases = folder.parent_path().filename();
-        const size_t middle = releases.find("__");
-        here.write("in.cfg", without_free_texts(support::bytes_of(entry.path())));
-        const auto told = here.run({"audit", "--mask", "--from", releases.substr(0, middle), "--to",
-                                    releases.substr(middle + 2), "in.cfg"});
-        EXPECT_FALSE(contains(told.out, "<masked>")) << entry.path() << told.out;
+        here.write("in.cfg", without_free_texts(golden.before()));
+        const auto told =
+            here.run({"audit", "--mask", "--from", golden.from, "--to", golden.to, "in.cfg"});
+        EXPECT_FALSE(contains(told.out, "<masked>")) << golden.folder << told.out;
         audited++;
     }
     EXPECT_GT(audited, 10u);

@@ -1,4 +1,6 @@
 #include "infraconvert/secrets/lists.h"
+#include "support/converter_process.h"
+#include "support/golden.h"
 
 #include "base/diff.h"
 #include "secrets/masked_text.h"
@@ -58,7 +60,7 @@ TEST(masked_text, hides_no_more_than_the_text_with_the_secret) {
 }
 
 TEST(masked_text, shows_harmless_lines) {
-    const std::string text = support::bytes_of(directory / "harmless.cfg");
+    const std::string text = support::read_file(directory / "harmless.cfg");
     ASSERT_GT(split_lines(text).size(), 250u);
     EXPECT_EQ(masked_text(text), text);
 }
@@ -70,11 +72,8 @@ bool is_free_text(std::string_view line) {
 // A difference of a conversion is of use only when its lines can be read.
 TEST(masked_text, shows_all_lines_that_conversions_touch) {
     size_t touched = 0;
-    for (const auto &entry : std::filesystem::recursive_directory_iterator(GOLDEN_DIRECTORY)) {
-        if (entry.path().filename() != "out.cfg")
-            continue;
-        const std::string in = support::bytes_of(entry.path().parent_path() / "in.cfg");
-        const std::string out = support::bytes_of(entry.path());
+    for (const support::golden_t &golden : support::golden_cases()) {
+        const std::string in = golden.before(), out = golden.after();
         const std::string masked_in = masked_text(in), masked_out = masked_text(out);
         for (const script_line_t &line : difference(split_lines(in), split_lines(out))) {
             const bool added = line.edit == line_edit_t::add;
@@ -82,7 +81,7 @@ TEST(masked_text, shows_all_lines_that_conversions_touch) {
             const std::string_view text = split_lines(added ? out : in)[number];
             if (line.edit == line_edit_t::keep || is_free_text(text))
                 continue;
-            EXPECT_EQ(split_lines(added ? masked_out : masked_in)[number], text) << entry.path();
+            EXPECT_EQ(split_lines(added ? masked_out : masked_in)[number], text) << golden.folder;
             touched++;
         }
     }
