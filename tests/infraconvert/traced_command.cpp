@@ -3,7 +3,6 @@
 #include "workspace.h"
 
 #include <algorithm>
-
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -16,14 +15,29 @@ namespace support {
 
 namespace {
 
-constexpr int exit_could_not_start = 126;
+constexpr int could_not_start = 126;
+
+// The process stands at a call, at its start, or at a signal of its own, which it gets. Lets it go
+// on to where it stands next, or ends.
+void go_on(pid_t process, int &status) {
+    const int stop = WIFSTOPPED(status) ? WSTOPSIG(status) : SIGTRAP;
+    const bool is_signal = stop != SIGTRAP && stop != (SIGTRAP | 0x80);
+    ptrace(PTRACE_SYSCALL, process, 0, is_signal ? stop : 0);
+    waitpid(process, &status, 0);
+}
 
 } // namespace
 
-int traced_command_t::start() const {
-    const pid_t child = fork();
-    if (child != 0)
-        return child;
+pid_t traced_command_t::start(int &status) const {
+    const pid_t command = fork();
+    if (command == 0)
+        become_the_command();
+    waitpid(command, &status, 0); // in front of its first instruction
+    ptrace(PTRACE_SETOPTIONS, command, 0, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+    return command;
+}
+
+void traced_command_t::become_the_command() const {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP})
         ::signal(signal, ignores ? SIG_IGN : SIG_DFL);
     const int nothing = open("/dev/null", O_RDWR);
@@ -39,26 +53,22 @@ int traced_command_t::start() const {
     words.push_back(nullptr);
     if (chdir(directory.c_str()) == 0 && ptrace(PTRACE_TRACEME, 0, 0, 0) == 0)
         execv(words[0], words.data());
-    _exit(exit_could_not_start);
+    _exit(could_not_start);
 }
 
 int traced_command_t::run(const std::function<bool(const call_t &)> &chosen, int signal) const {
-    const pid_t command = start();
     int status = 0;
-    waitpid(command, &status, 0); // in front of its first instruction
-    ptrace(PTRACE_SETOPTIONS, command, 0, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+    const pid_t command = start(status);
     while (WIFSTOPPED(status)) {
         call_t call = {};
         ptrace(PTRACE_GET_SYSCALL_INFO, command, sizeof call, &call);
         if (call.op == PTRACE_SYSCALL_INFO_ENTRY && chosen(call)) {
             kill(command, signal);
             ptrace(PTRACE_DETACH, command, 0, 0);
+            waitpid(command, &status, 0);
         } else {
-            const int stop = WSTOPSIG(status); // at a call, at the start, or a signal of its own
-            const bool is_signal = stop != SIGTRAP && stop != (SIGTRAP | 0x80);
-            ptrace(PTRACE_SYSCALL, command, 0, is_signal ? stop : 0);
+            go_on(command, status);
         }
-        waitpid(command, &status, 0);
     }
     return status;
 }
@@ -98,10 +108,8 @@ void carry_out(pid_t process, const traced_command_t::fate_t &fate, int &status)
 
 int traced_command_t::run(
     const std::function<fate_t(const call_t &, const std::string &file)> &judge) const {
-    const pid_t command = start();
     int status = 0;
-    waitpid(command, &status, 0); // in front of its first instruction
-    ptrace(PTRACE_SETOPTIONS, command, 0, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+    const pid_t command = start(status);
     while (WIFSTOPPED(status)) {
         call_t call = {};
         ptrace(PTRACE_GET_SYSCALL_INFO, command, sizeof call, &call);
@@ -112,10 +120,7 @@ int traced_command_t::run(
             carry_out(command, fate, status);
         if (fate.is_last)
             kill(command, SIGKILL);
-        const int stop = WIFSTOPPED(status) ? WSTOPSIG(status) : SIGTRAP;
-        const bool is_signal = stop != SIGTRAP && stop != (SIGTRAP | 0x80);
-        ptrace(PTRACE_SYSCALL, command, 0, is_signal ? stop : 0);
-        waitpid(command, &status, 0);
+        go_on(command, status);
     }
     return status;
 }

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 #include <sys/ptrace.h>
+#include <sys/types.h>
 #include <vector>
 
 namespace support {
@@ -34,7 +35,9 @@ struct traced_command_t {
     static const bool can_judge; // the registers are those of one processor
 
   private:
-    int start() const;
+    // Returns the process, stopped in front of its first instruction.
+    pid_t start(int &status) const;
+    [[noreturn]] void become_the_command() const;
 };
 
 } // namespace support
