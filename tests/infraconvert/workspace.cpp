@@ -45,6 +45,8 @@ void redirect(int descriptor, const fs::path &file, int flags) {
 
 std::string command_path() { return INFRACONVERT_COMMAND; }
 
+std::string example() { return contents(INFRACONVERT_EXAMPLE); }
+
 workspace_t::workspace_t() : directory(make_directory()), streams(make_directory()) {}
 
 workspace_t::~workspace_t() {

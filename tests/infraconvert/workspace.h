@@ -55,4 +55,7 @@ inline bool contains(const std::string &text, const std::string &wanted) {
 
 std::string command_path();
 
+// examples/switch.cfg, a configuration that every converter has something to do with.
+std::string example();
+
 } // namespace support

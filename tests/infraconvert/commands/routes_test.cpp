@@ -15,11 +15,9 @@ using nlohmann::json;
 using support::contains;
 using support::workspace_t;
 
-// A configuration that every converter has something to do with, without its version line.
+// The example without its version line.
 std::string example() {
-    const workspace_t here;
-    const std::string text =
-        here.run_program({"cat", GOLDEN_DIRECTORY "/../../examples/switch.cfg"}).out;
+    const std::string text = support::example();
     const size_t line = text.find("version ");
     return text.substr(0, line) + text.substr(text.find('\n', line) + 1);
 }

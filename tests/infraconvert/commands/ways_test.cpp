@@ -12,12 +12,8 @@ namespace {
 using arguments_t = std::vector<std::string>;
 using nlohmann::json;
 using support::contains;
+using support::example;
 using support::workspace_t;
-
-std::string example() {
-    const workspace_t here;
-    return here.run_program({"cat", GOLDEN_DIRECTORY "/../../examples/switch.cfg"}).out;
-}
 
 TEST(borders, tell_what_begins_and_ends_where) {
     const workspace_t here;
