@@ -121,12 +121,4 @@ shared_text_t read_configuration(const std::string &file) {
     return text;
 }
 
-void write_plainly(const std::filesystem::path &file, std::string_view bytes) {
-    FILE *stream = fopen(file.c_str(), "w");
-    const bool written = stream && fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size();
-    const bool closed = stream && fclose(stream) == 0;
-    if (!written || !closed)
-        throw run_error_t(system_error(file));
-}
-
 } // namespace infraconvert

@@ -43,7 +43,4 @@ void set_most_megabytes(uint64_t megabytes);
 // 0xFF byte. Of one that is too large no more is read than shows it.
 shared_text_t read_configuration(const std::string &file);
 
-// Writes a file that nobody else looks at. Throws run_error_t.
-void write_plainly(const std::filesystem::path &file, std::string_view bytes);
-
 } // namespace infraconvert

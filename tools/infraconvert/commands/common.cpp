@@ -87,13 +87,6 @@ void declare_services(CLI::App &arguments, std::vector<std::string> &chosen) {
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
-void declare_path(CLI::App &arguments, std::string &path) {
-    arguments.add_option("PATH", path, "Configuration, directory with ascii/system.cfg, or -")
-        ->type_name("")
-        ->check(not_empty);
-    declare_max_size(arguments);
-}
-
 void declare_paths(CLI::App &arguments, paths_t &paths) {
     arguments
         .add_option("PATH", paths.given, "Configurations, directories with configurations, or -")

@@ -33,7 +33,6 @@ route_t told_route_for(const std::string &name, const std::string &configuration
 // Arguments that commands share, each read into the option that is given.
 void declare_route(CLI::App &arguments, route_options_t &route);
 void declare_services(CLI::App &arguments, std::vector<std::string> &services);
-void declare_path(CLI::App &arguments, std::string &path);
 // Many configurations: paths, folders, and a list of them.
 struct paths_t {
     std::vector<std::string> given;

@@ -73,7 +73,6 @@ class names_index_t {
   public:
     void add(std::string_view name, uint32_t index) { by_name[name].push_back(index); }
     std::span<const uint32_t> of(std::string_view name) const;
-    bool has(std::string_view name) const { return by_name.contains(name); }
 
   private:
     std::unordered_map<std::string_view, std::vector<uint32_t>> by_name;
@@ -182,10 +181,7 @@ struct model_t {
     bool is_attached(const policy_t &policy) const { return attached_policies.contains(&policy); }
     // The first attachment of this type at a place; null when there is none.
     const attachment_t *attached(std::string_view place, std::string_view type) const;
-    // Class-maps and policy-maps of a name, of whatever type, as indices.
-    std::span<const uint32_t> class_maps_named(std::string_view name) const {
-        return class_map_names.of(name);
-    }
+    // The policy-maps of a name, of whatever type, as indices.
     std::span<const uint32_t> policies_named(std::string_view name) const {
         return policy_names.of(name);
     }
