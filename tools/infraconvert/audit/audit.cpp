@@ -34,6 +34,7 @@ class texts_t {
     static std::vector<evidence_t> evidence(const lines_t &lines,
                                             const std::vector<uint32_t> &numbers) {
         std::vector<evidence_t> shown;
+        shown.reserve(numbers.size());
         for (const uint32_t number : numbers)
             shown.push_back({number, std::string(without_newline(lines[number - 1]))});
         return shown;

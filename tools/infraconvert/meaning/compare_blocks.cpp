@@ -52,6 +52,7 @@ std::vector<match_t> common(const std::vector<line_t> &old, const std::vector<li
     }
     const auto texts = [](const std::vector<line_t> &lines) {
         std::vector<std::string> marked;
+        marked.reserve(lines.size());
         for (const line_t &line : lines)
             marked.push_back((line.indent > 0 ? " " : "") + std::string(line.text));
         return marked;

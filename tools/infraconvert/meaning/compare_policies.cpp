@@ -34,6 +34,15 @@ struct lines_of_class_t {
         actions.push_back(action.text);
         lines.push_back(action.line);
     }
+
+    // "bandwidth percent 40, priority are ": a verb follows.
+    std::string subject() const {
+        std::string text;
+        for (const std::string &action : actions)
+            (text += text.empty() ? "" : ", ") += action;
+        text += actions.size() > 1 ? " are " : " is ";
+        return text;
+    }
 };
 using by_class_t = std::map<std::string, lines_of_class_t>;
 
@@ -123,12 +132,10 @@ class action_teller_t {
 
     void tell(finding_code_t code, const by_class_t &classes, const char *verb, bool of_original) {
         for (const auto &[where, found] : classes) {
-            std::string actions;
-            for (const std::string &action : found.actions)
-                (actions += actions.empty() ? "" : ", ") += action;
-            content.comparison.add(
-                code, where + ": " + actions + (found.actions.size() > 1 ? " are " : " is ") + verb,
-                of_original ? found.lines : lines_t(), of_original ? lines_t() : found.lines);
+            std::string words = where;
+            ((words += ": ") += found.subject()) += verb;
+            content.comparison.add(code, words, of_original ? found.lines : lines_t(),
+                                   of_original ? lines_t() : found.lines);
         }
     }
 
