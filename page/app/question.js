@@ -4,7 +4,8 @@ const question = () => at("question").elements;
 
 const stopsAsked = () => question().via.value.split(",").map(text => text.trim()).filter(Boolean);
 
-// The words of the form for a verb: `plan` knows no secrets and no exceptions, and `convert` hides nothing.
+// The words of the form for a verb. `plan` knows no exceptions, and where secrets are hidden the page shows nothing
+// that a plan quotes; `convert` hides nothing.
 function wordsFor(verb) {
   const { from, to, service, mask } = question(), words = [];
   if (from.value.trim()) words.push("--from", from.value.trim());
