@@ -8,6 +8,7 @@
 #include "base/quoting.h"
 #include "commands/common.h"
 #include "commands/many.h"
+#include "commands/saving.h"
 #include "commands/window.h"
 #include "conversion/version_line.h"
 #include "reports/command_json.h"
@@ -19,7 +20,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <optional>
 
 namespace infraconvert {
 
@@ -101,54 +101,9 @@ int status_of(const preview_options_t &options, bool failed, bool changes) {
     return options.exit_code && changes ? exit_would_change : exit_done;
 }
 
-// A plan that is to be saved, and kept off others until then.
-class saving_t {
-  public:
-    saving_t(const preview_options_t &given, outputs_t &files) : options(given), outputs(files) {
-        if (options.save_plan.empty())
-            return;
-        outputs.expect("--save-plan", options.save_plan);
-        planning.emplace(options.save_plan);
-        for (const service_t *service : services_named(options.services))
-            plan.services.emplace_back(service->name);
-        plan.keep_going = options.keep_going;
-        plan.mend = options.mend;
-    }
-
-    // Without a conversion: there is none.
-    void complete(planned_t &planned, const std::string &file,
-                  const converted_t *conversion) const {
-        if (planning)
-            planning->complete(planned, file, conversion);
-    }
-
-    void save(std::vector<planned_t> configurations) {
-        if (!planning)
-            return;
-        const auto ready = std::count_if(
-            configurations.begin(), configurations.end(),
-            [](const planned_t &planned) { return planned.state == planned_state_t::ready; });
-        plan.configurations = std::move(configurations);
-        plan.key_digest = planning->key_digest();
-        planning->save([&] { outputs.write(options.save_plan, plan_text(plan)); });
-        const std::string name = quoted_name(options.save_plan);
-        message("the plan is saved in " + name +
-                (ready == 0 ? "; as it is, it converts nothing"
-                            : "; infraconvert convert --plan " + name + " converts " +
-                                  std::to_string(ready) + " of " +
-                                  std::to_string(plan.configurations.size())));
-    }
-
-  private:
-    const preview_options_t &options;
-    outputs_t &outputs;
-    std::optional<planning_t> planning;
-    plan_t plan;
-};
-
 int preview(const preview_options_t &options, const job_t &job) {
     exceptions_t agreed(options.accept, today());
-    saving_t saving(options, *job.outputs);
+    saving_t saving(options.save_plan, options, *job.outputs);
     const converted_t conversion = run_job(job);
     const converted_t shown = shown_conversion(conversion, options.mask);
     const std::vector<finding_t> findings =
@@ -276,7 +231,7 @@ int preview_many(const preview_options_t &options, const std::vector<std::string
     outputs_t outputs;
     for (const std::string &file : files)
         outputs.made_from(file);
-    saving_t saving(options, outputs);
+    saving_t saving(options.save_plan, options, outputs);
     window_report_t report = with_each(
         {window_verb_t::preview, "", options.mend}, files, options.jobs,
         [&](const std::string &file) { return preview_one_of_many(options, saving, agreed, file); },
