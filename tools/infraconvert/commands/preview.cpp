@@ -145,6 +145,37 @@ std::string verdict(const converted_t &both, const judged_result_t &way) {
     return std::string(way.verdict()) + ": the diff shows what a rollback leaves different";
 }
 
+// What the way there and back leaves different.
+int show_way_back(const preview_options_t &options, const job_t &job, exceptions_t &agreed,
+                  const json_conversion_t &forward, const json_conversion_t &back) {
+    const route_t &there = job.request.route;
+    const std::string name = shown_name(job.file);
+    const converted_t exact = round_trip(forward.exact, back.exact);
+    const converted_t both = shown_conversion(exact, options.mask);
+    const view_t view = {both, job.file, there.front() + ", after " + there.back() + " and back"};
+    const bool usable = !back.exact.failed() || options.keep_going;
+    const std::string diff = usable ? diff_of(options, view, !options.json) : "";
+    judged_result_t way = judge_with_fixes(*exact.original, *exact.result, there_and_back(there));
+    agreed.mark(job.file, way.findings);
+    if (options.mask)
+        mask_findings(way.findings, exact);
+    write_output(options.json
+                     ? preview_json({plain_name(job.file), diff, forward, way.findings, back})
+                     : diff);
+    if (usable && exact.changes())
+        tell_findings(name + ", there and back", way.findings);
+    message(name + ": " + (usable ? verdict(exact, way) : "cannot be converted back"));
+    return status_of(options, forward.exact.failed() || back.exact.failed(), exact.changes());
+}
+
+// The conversion of what came out, with the same options.
+converted_t converted_back(job_t job, const converted_t &forward) {
+    job.request.text = forward.result;
+    job.request.route = way_back(job.request.route);
+    job.mends = false;
+    return run_job(job);
+}
+
 int rollback(const preview_options_t &options, job_t job) {
     exceptions_t agreed(options.accept, today());
     const std::string logs = job.request.log_directory;
@@ -161,34 +192,11 @@ int rollback(const preview_options_t &options, job_t job) {
                 : "");
         return exit_failed;
     }
-    job.request.text = forward.result;
-    job.mends = false;
     job.request.log_directory = logs.empty() ? "" : logs + "/back";
-    const route_t there = job.request.route;
-    job.request.route = way_back(there);
-    const converted_t back = run_job(job);
+    const converted_t back = converted_back(job, forward);
     const converted_t back_shown = shown_conversion(back, options.mask);
     tell_summary(name + ", back again", back_shown);
-
-    const converted_t exact = round_trip(forward, back);
-    const converted_t both = shown_conversion(exact, options.mask);
-    const view_t view = {both, job.file, there.front() + ", after " + there.back() + " and back"};
-    const bool usable = !back.failed() || options.keep_going;
-    const std::string diff = usable ? diff_of(options, view, !options.json) : "";
-    judged_result_t way = judge_with_fixes(*exact.original, *exact.result, there_and_back(there));
-    agreed.mark(job.file, way.findings);
-    if (options.mask)
-        mask_findings(way.findings, exact);
-    write_output(options.json ? preview_json({plain_name(job.file),
-                                              diff,
-                                              {forward, forward_shown},
-                                              way.findings,
-                                              json_conversion_t{back, back_shown}})
-                              : diff);
-    if (usable && exact.changes())
-        tell_findings(name + ", there and back", way.findings);
-    message(name + ": " + (usable ? verdict(exact, way) : "cannot be converted back"));
-    return status_of(options, forward.failed() || back.failed(), exact.changes());
+    return show_way_back(options, job, agreed, {forward, forward_shown}, {back, back_shown});
 }
 
 looked_at_t preview_one_of_many(const preview_options_t &options, const saving_t &saving,
