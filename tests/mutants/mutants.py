@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Changes one thing at a time in the sources, and asks whether the tests notice.
 
-usage: mutants.py [--count N] [--seed S] [--jobs J] [--only AREA[,...]] [--tests REGEX] [--build DIR]
+usage: mutants.py [--count N] [--seed S] [--jobs J] [--only AREA[,...]] [--tests REGEX] [--matrix FILE] [--build DIR]
 
 Of all places where an operator, a constant or a condition can be changed, or a statement removed, N
 are drawn by the seed, as many from each area as it has of them. One build, of a copy of the tree, holds
@@ -9,10 +9,15 @@ all of them, each as a choice that the environment makes (mutants.h); what does 
 count. The tests run once to tell which changes they come by and how long they take; then each change is
 tried by those that do, quickest first, until one notices. Printed are the changes that no test noticed,
 and how many were noticed in each area.
+
+With --matrix each change is tried by every test that comes by it. The file gets a line for each test: how
+many changes it notices, how many of them nobody else does, how many it comes by, its seconds and its name;
+those that notice nothing come first.
 """
 
 import argparse
 import concurrent.futures
+import itertools
 import json
 import os
 import pathlib
@@ -186,18 +191,34 @@ class Test:
         return passed
 
 
-def tests_of(tree, pattern):
+def asks(area, test):
+    """Whether an area's changes are tried by a test."""
+    return not (area in NOT_THEIRS and NOT_THEIRS[area].match(test.name))
+
+
+def tests_of(tree, pattern, areas):
     listed = subprocess.run(["ctest", "--show-only=json-v1"], cwd=tree / "build/release", check=True,
                             capture_output=True).stdout
     tests = [Test(told) for told in json.loads(listed)["tests"] if "command" in told]
-    return [test for test in tests if not NOT_ASKED.match(test.name) and re.search(pattern, test.name)]
+    return [test for test in tests if not NOT_ASKED.match(test.name) and re.search(pattern, test.name)
+            and any(asks(area, test) for area in areas)]
 
 
-def noticed_by(number, change, tests):
-    """The first test that notices a change; None when none does. One that fails without it too is not believed."""
-    not_theirs = NOT_THEIRS.get(area_of(change))
-    asked = [test for test in tests if number in test.reaches and not (not_theirs and not_theirs.match(test.name))]
-    return next((test for test in asked if not test.passes(number) and test.passes()), None)
+def noticing(number, change, tests):
+    """The tests that notice a change, the quickest first. One that fails without it too is not believed."""
+    asked = (test for test in tests if number in test.reaches and asks(area_of(change), test))
+    return (test for test in asked if not test.passes(number) and test.passes())
+
+
+def write_matrix(file, tests, noticed):
+    """A line for each test, of what `noticed` says of each change: the tests that notice it."""
+    lines = []
+    for test in tests:
+        mine = [others for others in noticed if test in others]
+        lines.append((len(mine), sum(len(others) == 1 for others in mine), len(test.reaches), test))
+    lines.sort(key=lambda line: line[:2])
+    file.write_text("".join(f"{mine:4} {alone:4} {reached:4} {test.seconds:7.1f} s  {test.name}\n"
+                            for mine, alone, reached, test in lines))
 
 
 def main():
@@ -207,6 +228,7 @@ def main():
     options.add_argument("--jobs", type=int, default=len(os.sched_getaffinity(0)))
     options.add_argument("--only", default=",".join(AREAS), help="areas, with commas between")
     options.add_argument("--tests", default="", help="only the tests whose names this finds")
+    options.add_argument("--matrix", type=pathlib.Path, metavar="FILE", help="which test notices how many changes")
     options.add_argument("--build", type=pathlib.Path, default=ROOT / "build/mutants")
     given = options.parse_args()
 
@@ -216,18 +238,23 @@ def main():
     changes = first_of_each(changes, wanted)
 
     with concurrent.futures.ThreadPoolExecutor(given.jobs) as pool:
-        tests = tests_of(given.build.resolve(), given.tests)
+        tests = tests_of(given.build.resolve(), given.tests, wanted)
         tests = [test for test, passed in zip(tests, pool.map(lambda test: test.look(changes), tests)) if passed]
         tests.sort(key=lambda test: test.seconds)
         tell("".join(f"{test.seconds:6.1f} s, {len(test.reaches):3} changes: {test.name}\n" for test in tests))
-        tried = pool.map(lambda each: noticed_by(*each, tests), changes.items())
+        most = None if given.matrix else 1
+        tried = pool.map(lambda each: list(itertools.islice(noticing(*each, tests), most)), changes.items())
         counts = {area: [0, 0] for area in wanted}
-        for at, (change, test) in enumerate(zip(changes.values(), tried), 1):
-            counts[area_of(change)][0] += test is not None
+        all_noticed = []
+        for at, (change, noticed) in enumerate(zip(changes.values(), tried), 1):
+            all_noticed.append(noticed)
+            counts[area_of(change)][0] += bool(noticed)
             counts[area_of(change)][1] += 1
-            tell(f"{at} of {len(changes)}: {test.name if test else 'nobody'}")
-            if not test:
+            tell(f"{at} of {len(changes)}: {', '.join(test.name for test in noticed) or 'nobody'}")
+            if not noticed:
                 print(in_words(change), flush=True)
+    if given.matrix:
+        write_matrix(given.matrix, tests, all_noticed)
     for area, (noticed, count) in counts.items():
         print(f"{area}: {noticed} of {count} noticed")
     noticed = sum(noticed for noticed, _ in counts.values())
