@@ -64,19 +64,20 @@ template<class Cursor> std::string read_word(Cursor &cursor) {
 
 template<class Cursor> words_t scan(Cursor cursor, std::string_view pattern) {
     words_t words;
-    for (size_t i = 0; i < pattern.size(); i++) {
-        if (is_space(pattern[i])) {
+    for (; !pattern.empty(); pattern.remove_prefix(1)) {
+        const char wanted = pattern.front();
+        if (is_space(wanted)) {
             skip_space(cursor);
-        } else if (pattern[i] == '%') {
+        } else if (wanted == '%') {
             std::string word = read_word(cursor);
             if (word.empty())
                 return words;
             words.word[static_cast<size_t>(words.count++)] = std::move(word);
             if (words.too_long())
                 return words;
-            i++; // the "s"
+            pattern.remove_prefix(1); // the "s"
         } else {
-            if (current(cursor) != pattern[i])
+            if (current(cursor) != wanted)
                 return words;
             cursor.advance(1);
         }

@@ -23,7 +23,6 @@ syserr_t fwmcnv_build_macaddr_tbl_config_downgrade_to_le_4_1_3() {
         fwmcnv_log("found mac address table entry  at byte %d\n", static_cast<int>(line));
         if (!fwmcnv_replace_text(line, new_command_length, old_command))
             return engine::failure;
-        found = line;
     }
     return 0;
 }
