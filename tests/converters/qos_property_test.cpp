@@ -7,6 +7,7 @@
 #include <random>
 #include <set>
 #include <sstream>
+#include <sys/resource.h>
 
 namespace {
 
@@ -143,4 +144,56 @@ TEST(qos_upgrade, is_the_same_with_a_log_and_without) {
         converted += one.status == 0;
     }
     EXPECT_GT(converted, 30);
+}
+
+namespace {
+
+// The first of the policy-maps with a body is the last header without one.
+std::string many_maps(int count) {
+    std::string class_maps, headers, bodies, attachments;
+    for (int i = 0; i < count; i++) {
+        const std::string number = std::to_string(i);
+        const std::string policy = std::to_string((i + count - 1) % count);
+        class_maps += "class-map c" + number + "\n  match cos 1\n";
+        headers += "policy-map p" + number + "\n";
+        bodies += "policy-map p" + policy + "\n  class c" + policy + "\n    priority\n";
+        attachments += "interface 1/" + number + "\n  service-policy input p" + number + "\n";
+    }
+    return "hostname a\n" + class_maps + headers + bodies + "system qos\n  service-policy p0\n" +
+           attachments + "line vty\n";
+}
+
+// Processor time of the processes that a test has waited for.
+double seconds_of_children() {
+    rusage used = {};
+    getrusage(RUSAGE_CHILDREN, &used);
+    const auto seconds = [](const timeval &t) {
+        return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6;
+    };
+    return seconds(used.ru_utime) + seconds(used.ru_stime);
+}
+
+// Of all the maps only the last one gets a description.
+double seconds_up_and_down(int maps) {
+    const auto &qos = support::service_named("qos");
+    std::string text = many_maps(maps);
+    const double start = seconds_of_children();
+    for (const auto &[from, to] : {std::pair("4.0(1)", "4.1(3)"), std::pair("4.1(3)", "5.0(2)"),
+                                   std::pair("5.0(2)", "4.1(3)"), std::pair("5.0(2)", "4.0(1)")}) {
+        const auto result = support::convert(qos, text, from, to, 0);
+        EXPECT_EQ(result.status, 0) << from;
+        EXPECT_NE(result.file, text) << from;
+        text = result.file;
+        const size_t last = text.find(" c" + std::to_string(maps - 1) + '\n');
+        text.insert(text.find('\n', last) + 1, "  description x\n");
+    }
+    return seconds_of_children() - start;
+}
+
+} // namespace
+
+// Looking at all maps for each of them would take sixty times as long.
+TEST(qos_size, eight_times_the_maps_take_about_eight_times_as_long) {
+    const double few = seconds_up_and_down(1000), many = seconds_up_and_down(8000);
+    EXPECT_LT(many, 20 * few) << few;
 }

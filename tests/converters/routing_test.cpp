@@ -89,6 +89,19 @@ TEST(routing, each_pair_runs_its_rewrite) {
     }
 }
 
+TEST(routing, the_association_converter_tells_how_it_ended) {
+    const struct {
+        const char *from, *to, *last;
+    } rows[] = {{"4.1(3)", "5.0(2)", "Exit ascii convertion \n"},
+                {"4.1(3)", "4.2(1)", "ascii convertion not requred\n"},
+                {nullptr, "5.0(2)", "release missing\n"}};
+    for (const auto &row : rows) {
+        const auto result =
+            support::convert(support::service_named("assoc"), "vlan 5\n", row.from, row.to);
+        EXPECT_TRUE(result.log.ends_with(row.last)) << result.log;
+    }
+}
+
 // A line that ends at a zero byte, or is too long, stays where it is; the end marker only ends one.
 TEST(routing, fabric_lines_that_cannot_be_moved) {
     using namespace std::string_literals;

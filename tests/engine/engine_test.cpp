@@ -1,6 +1,7 @@
 // The engine from inside: releases, scanning, edits at the borders of the text, navigation,
 // loading.
 
+#include "assoc/assoc_engine.h"
 #include "engine/engine.h"
 #include "engine/loaded.h"
 #include "fc_port_sec/fcportsec_engine.h"
@@ -266,17 +267,23 @@ TEST(navigation, a_zero_byte_ends_the_text_behind_it) {
 TEST(loading, failures_say_why) {
     const support::temporary_directory_t place;
     const std::string file = place.path() + "/ascii/system.cfg";
+    errno = 0;
     EXPECT_EQ(satcnv_read_ascii_file(nullptr), failure);
+    EXPECT_EQ(errno, EINVAL);
     EXPECT_EQ(satcnv_write_ascii_file(nullptr), failure);
     EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
     support::write_file(file, "");
     EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
-    // Positions are traced as signed numbers, so five times the file must be one. The last size
+    // Positions are traced as signed numbers, so the file with its room must be one. The last size
     // would look like a small one in 32 bits.
-    for (const int64_t size : {int64_t{INT32_MAX / 5 + 1}, (int64_t{1} << 32) + 5}) {
-        ASSERT_EQ(truncate(file.c_str(), size), 0);
-        EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
-        EXPECT_EQ(errno, ENOMEM) << size;
+    for (engine_t *instance : {&satcnv_engine, &assoc_engine}) {
+        const int64_t most =
+            (INT32_MAX - int64_t{instance->capacity_extra}) / instance->capacity_factor;
+        for (const int64_t size : {most + 1, (int64_t{1} << 32) + 5}) {
+            ASSERT_EQ(truncate(file.c_str(), size), 0);
+            EXPECT_EQ(read_ascii_file(*instance, place.path().c_str()), failure);
+            EXPECT_EQ(errno, ENOMEM) << size;
+        }
     }
     EXPECT_EQ(satcnv_read_ascii_file(std::string(300, '/').c_str()), failure);
 }

@@ -242,6 +242,7 @@ TEST(replace_file, rights_of_another_file) {
         {"wider before", rights_t::of_source, 0600, 0644, 0600, false},
         {"narrower before", rights_t::of_source, 0644, 0600, 0600, false},
         {"no set-user-ID", rights_t::of_source, 04755, 0, 0755, false},
+        {"in place, the same", rights_t::of_source, 0644, 0644, 0644, true},
         {"in place, wider before", rights_t::of_source, 0600, 0644, 0600, true},
         {"in place, nobody else's", rights_t::of_owner, 0644, 0664, 0600, true},
     };
@@ -258,10 +259,14 @@ TEST(replace_file, rights_of_another_file) {
             fs::create_hard_link(file, place.path() + "/second");
         const engine::file_t from = engine::open_at(AT_FDCWD, source.c_str(), O_RDONLY);
         engine::replace_file_t replacement({.rights = row.rights, .source = from.descriptor()});
-        ASSERT_TRUE(replacement.begin(file.c_str()) && replacement.write("new") &&
-                    replacement.commit())
-            << row.name;
+        ASSERT_TRUE(replacement.begin(file.c_str())) << row.name;
         struct stat status = {};
+        for (const auto &entry : fs::directory_iterator(place.path())) {
+            stat(entry.path().c_str(), &status);
+            const bool is_beside = entry.path().filename().string().starts_with(".file.");
+            EXPECT_TRUE(!is_beside || (status.st_mode & 0077) == 0) << row.name;
+        }
+        ASSERT_TRUE(replacement.write("new") && replacement.commit()) << row.name;
         stat(file.c_str(), &status);
         EXPECT_EQ(status.st_mode & 07777, row.wanted) << row.name;
     }

@@ -173,4 +173,34 @@ TEST(text, edits_all_over_it_leave_few_pieces) {
     EXPECT_LT(runs, 3 * size / piece_length);
 }
 
+// What a deletion, or a piece that moves away, leaves is room for the next insertion there.
+TEST(text, takes_new_memory_only_where_there_is_no_room) {
+    constexpr uint32_t size = 20'000, piece_length = 1000;
+    for (const uint32_t pieces_of_block : {2u, 128u}) {
+        engine::text_t text(size, 3 * size, piece_length, pieces_of_block);
+        const std::string filler(size, 'a');
+        memcpy(text.memory(), filler.data(), size);
+        text.loaded(size);
+        const auto stands_in_memory_of_file = [&](position_t at) {
+            const auto distance = text.run(at, at + 1).data() - text.memory();
+            return distance >= 0 && distance < ptrdiff_t{size};
+        };
+        text.erase(4000, piece_length); // a whole piece
+        text.insert(4000, filler.substr(0, 900));
+        EXPECT_TRUE(stands_in_memory_of_file(4000));
+        for (const position_t at : {8000u, 10'000u, 12'000u}) {
+            text.erase(at, 500);
+            text.insert(at + 900, filler.substr(0, 400)); // the piece behind
+            EXPECT_TRUE(stands_in_memory_of_file(at + 900)) << at;
+        }
+        text.insert(15'000, filler.substr(0, 3000));
+        EXPECT_FALSE(stands_in_memory_of_file(15'500));
+        position_t next = 17'000;
+        while (!stands_in_memory_of_file(next))
+            next++;
+        text.insert(next, filler.substr(0, 900));
+        EXPECT_TRUE(stands_in_memory_of_file(next));
+    }
+}
+
 } // namespace

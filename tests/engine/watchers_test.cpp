@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <random>
+#include <tuple>
 
 using engine::nowhere;
 using engine::position_t;
@@ -76,6 +77,30 @@ TEST_P(random_watchers_t, know_what_a_search_would_find) {
 }
 
 INSTANTIATE_TEST_SUITE_P(seeds, random_watchers_t, testing::Range(1u, 7u));
+
+// Deletions are cut to the text.
+TEST(watchers, are_told_what_an_edit_did) {
+    using told_t = std::tuple<position_t, uint32_t, uint32_t>;
+    struct recorder_t final : engine::edit_watcher_t {
+        using edit_watcher_t::edit_watcher_t;
+        void edited(const engine::edit_t &edit) override { last = edit; }
+        told_t told() const { return {last.at, last.removed, last.inserted}; }
+        engine::edit_t last = {};
+    };
+    load(npiv_engine, "abcdefg\n");
+    const recorder_t recorder(npiv_engine);
+    npiv_delete_text(2, 3);
+    EXPECT_EQ(recorder.told(), told_t(2, 3, 0));
+    npiv_delete_text(3, 99);
+    EXPECT_EQ(recorder.told(), told_t(3, 2, 0));
+    npiv_delete_text(position_t(-1), 2);
+    EXPECT_EQ(recorder.told(), told_t(0, 1, 0));
+    EXPECT_TRUE(npiv_insert_text(1, "xyz"));
+    EXPECT_EQ(recorder.told(), told_t(1, 0, 3));
+    EXPECT_TRUE(engine::replace_text(npiv_engine, 0, 2, "p"));
+    EXPECT_EQ(recorder.told(), told_t(0, 2, 1));
+    EXPECT_EQ(text_of(npiv_engine), "pyzf");
+}
 
 TEST(watchers, end_in_any_order) {
     struct counter_t final : engine::edit_watcher_t {
