@@ -1,5 +1,6 @@
 // QoS passes on records that the builders do not make.
 
+#include "converters/qos_log.h"
 #include "engine/loaded.h"
 #include "ipqosmgr/qosmgrcnv_util_config/mapdb/typed_policymap.h"
 #include "ipqosmgr/qosmgrcnv_util_config/upgrade/typed_classmaps.h"
@@ -56,11 +57,26 @@ TEST(qos_passes, only_two_types_have_maps_of_their_own) {
     load(qoscnv_engine, "\nclass-map type qos a\nclass-map type qos b\nend\n");
     policymap_elem_t &pmap = policy_with("a", QOSCNV_TYPE_QOS);
     last_headers_t headers{"class-map", "\nclass-map"};
-    EXPECT_EQ(qoscnv_create_qosgrp_classmap(pmap, QOSCNV_TYPE_QOS, headers), engine::failure);
-    EXPECT_FALSE(qoscnv_begin_typed_policymap(
-        {.pass = {"test"}, .type = QOSCNV_TYPE_QOS, .upgrade = true, .trace_mtu = nullptr}, pmap));
+    EXPECT_EQ(
+        qos_log_of([&] {
+            EXPECT_EQ(qoscnv_create_qosgrp_classmap(pmap, QOSCNV_TYPE_QOS, headers),
+                      engine::failure);
+        }),
+        "qoscnv_create_qosgrp_classmap(): Creating new class-maps of type 1 for policy-map p\n"
+        "qoscnv_create_qosgrp_classmap(): Unexpected type 1\n");
+    EXPECT_EQ(
+        qos_log_of([&] {
+            EXPECT_FALSE(qoscnv_begin_typed_policymap(
+                {.pass = {"test"}, .type = QOSCNV_TYPE_QOS, .upgrade = true, .trace_mtu = nullptr},
+                pmap));
+        }),
+        "test(): Creating new policy-maps of type 1 for policy-map p\n"
+        "test(): Unexpected type 1\n");
 }
 
 TEST(qos_passes, the_group_of_a_class_map_needs_a_place) {
-    EXPECT_EQ(qoscnv_classmap_to_qosgrp("class-fcoe", nullptr), engine::failure);
+    EXPECT_EQ(qos_log_of([] {
+                  EXPECT_EQ(qoscnv_classmap_to_qosgrp("class-fcoe", nullptr), engine::failure);
+              }),
+              "qoscnv_classmap_to_qosgrp(): qos-group argument invalid; aborting\n");
 }

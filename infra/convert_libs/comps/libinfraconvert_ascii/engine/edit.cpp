@@ -42,7 +42,7 @@ struct removal_t {
     uint32_t before, length;
 };
 
-// Where an occurrence may begin.
+// Where an occurrence may begin. Nowhere, less what went so far, still lies behind every text.
 struct window_t {
     position_t from, before;
 };
@@ -71,8 +71,7 @@ class removal_pass_t {
     // Removes what begins in [from, before), a place counted as when the pass began. Returns false
     // when nothing could be removed: the same occurrence would be found for ever.
     bool sweep(position_t from, position_t before) {
-        if (before != nowhere)
-            before = moved(before);
+        before = moved(before);
         for (position_t hit; (hit = e.text->find(wanted.wanted, from, before)) != nowhere;
              from = at) {
             at = hit;
@@ -86,7 +85,7 @@ class removal_pass_t {
             // A zero byte that went hid text that no pass has looked at.
             if (e.text->end(at) > visible - std::min(visible, gone))
                 before = nowhere;
-            else if (before != nowhere)
+            else
                 before = std::max(before - std::min(before, gone), behind_kept());
         }
         return true;
