@@ -4,6 +4,7 @@
 #include "assoc/assoc_engine.h"
 #include "assoc/assoc_vlan_list.h"
 #include "engine/loaded.h"
+#include "support/processor_time.h"
 
 #include "include/libinfraconvertascii.h"
 
@@ -78,4 +79,23 @@ TEST(vlans, are_converted_the_same_without_a_log) {
         const std::string text = random_text(random);
         ASSERT_EQ(converted(text, false), converted(text, true)) << text;
     }
+}
+
+namespace {
+
+// Each line mentions a VLAN, and is therefore looked at as if it began a stanza.
+double seconds_for(size_t lines) {
+    std::string text = "vlan 1\n";
+    while (lines-- > 0)
+        text += "  name of vlan 7\n";
+    const double start = support::seconds_of_children();
+    EXPECT_EQ(converted(text, false), '0' + text);
+    return support::seconds_of_children() - start;
+}
+
+} // namespace
+
+TEST(vlans, eight_times_the_lines_take_about_eight_times_as_long) {
+    const double few = seconds_for(2500), many = seconds_for(20'000);
+    EXPECT_LT(many, 20 * few + 0.05) << few;
 }

@@ -283,6 +283,10 @@ const passed_by_t passed_by[] = {
       "qoscnv_remove_match_any(): \"type qos\" not found for type qos class-map name a\n"},
      "\nclass-map type qos class-ip-multicast\n\nclass-map type qos class-all-flood\n\n"
      "class-map type  qos match-any a\n  match cos 1\nend\n"},
+    {{mtu_down, "\nclass-map type qos a\n",
+      "qoscnv_remove_match_any(): found class-map at byte 75\n"},
+     "\nclass-map type qos class-ip-multicast\n\nclass-map type qos class-all-flood\n\n"
+     "class-map type qos a\n"},
     {{mtu_up, "\nclass-map type  qos a\n  match cos 1\nclass-map b\nend\n",
       "qoscnv_identify_classmaps_for_type(): \"type qos\" for type qos class-map name a not "
       "found\n"},

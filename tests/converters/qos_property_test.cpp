@@ -1,13 +1,13 @@
 // What must hold for every upgrade of an untyped QoS configuration: a failure leaves the file, and
 // a success gives typed text whose names all lead somewhere.
 
+#include "support/processor_time.h"
 #include "support/services.h"
 
 #include <gtest/gtest.h>
 #include <random>
 #include <set>
 #include <sstream>
-#include <sys/resource.h>
 
 namespace {
 
@@ -163,21 +163,11 @@ std::string many_maps(int count) {
            attachments + "line vty\n";
 }
 
-// Processor time of the processes that a test has waited for.
-double seconds_of_children() {
-    rusage used = {};
-    getrusage(RUSAGE_CHILDREN, &used);
-    const auto seconds = [](const timeval &t) {
-        return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6;
-    };
-    return seconds(used.ru_utime) + seconds(used.ru_stime);
-}
-
 // Of all the maps only the last one gets a description.
 double seconds_up_and_down(int maps) {
     const auto &qos = support::service_named("qos");
     std::string text = many_maps(maps);
-    const double start = seconds_of_children();
+    const double start = support::seconds_of_children();
     for (const auto &[from, to] : {std::pair("4.0(1)", "4.1(3)"), std::pair("4.1(3)", "5.0(2)"),
                                    std::pair("5.0(2)", "4.1(3)"), std::pair("5.0(2)", "4.0(1)")}) {
         const auto result = support::convert(qos, text, from, to, 0);
@@ -187,7 +177,7 @@ double seconds_up_and_down(int maps) {
         const size_t last = text.find(" c" + std::to_string(maps - 1) + '\n');
         text.insert(text.find('\n', last) + 1, "  description x\n");
     }
-    return seconds_of_children() - start;
+    return support::seconds_of_children() - start;
 }
 
 } // namespace
