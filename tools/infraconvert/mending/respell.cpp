@@ -302,7 +302,7 @@ std::vector<piece_t> pieces_of(std::string_view text) {
         const std::string_view line = text.substr(0, length);
         text.remove_prefix(length);
         if (std::isalpha(static_cast<unsigned char>(line[0]))) {
-            const std::string header = in_words(line);
+            const std::string header = in_words(line.substr(0, line.find('\n')));
             pieces.push_back({header, "", rank_of(header)});
         }
         pieces.back().text += line;
