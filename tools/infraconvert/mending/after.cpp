@@ -257,10 +257,13 @@ commands_t after_t::fewest(const commands_t &commands, judged_ptr &reached) {
             refused.insert(hash);
         return is;
     };
-    const commands_t needed = without_needless(text, commands);
-    const commands_t shorter = without_needless(needed, is_enough);
-    // What was typed again may stay as it is, once it is not removed.
-    return lines_of(shorter) == lines_of(needed) ? shorter : without_needless(shorter, is_enough);
+    // Until nothing more goes: what was typed again may stay as it is, once it is not removed, and
+    // then others may.
+    commands_t needed = without_needless(text, commands);
+    for (commands_t fewer;
+         lines_of(fewer = without_needless(needed, is_enough)) != lines_of(needed);)
+        needed = std::move(fewer);
+    return needed;
 }
 
 // ---- what is left
