@@ -10,6 +10,7 @@
 namespace {
 
 using namespace infraconvert;
+using infraconvert::mending::fix_place_t;
 using infraconvert::mending::mended_t;
 
 const std::string untyped = "class-map video\n"
@@ -304,6 +305,73 @@ TEST(mend, edits_an_original_that_does_not_convert) {
     EXPECT_EQ(fixed.original, good);
     EXPECT_EQ(fixed.result, "hostname sw1\n" + typed);
     EXPECT_TRUE(fixed.fixes[0].codes.contains("IC090"));
+}
+
+// The port and the form are both in the way: one edit after the other.
+TEST(mend, edits_an_original_in_several_ways) {
+    const std::string original = "hostname sw1\nclass-map a\n\ninterface Ethernet1/1\n"
+                                 "  fex associate 101\n  switchport mode fex-fabric\n";
+    const std::string good = "hostname sw1\nclass-map a\ninterface Ethernet1/1\n"
+                             "  switchport mode fex-fabric\n  fex associate 101\n";
+    const std::string_view route[] = {"4.1(2)", "4.1(2)"};
+    size_t calls = 0;
+    const mended_t fixed =
+        mending::mend({.original = original,
+                       .result = std::nullopt,
+                       .route = route,
+                       .convert = [&](const std::string &text) {
+                           calls++;
+                           return text == good ? std::optional(text) : std::nullopt;
+                       }});
+    ASSERT_EQ(fixed.fixes.size(), 1U);
+    EXPECT_EQ(fixed.original, good);
+    EXPECT_EQ(calls, 3U); // each alone, then both
+    EXPECT_EQ(fixed.fixes[0].words.find("\"switchport mode fex-fabric\" ahead of \"fex "
+                                        "associate\"; lines as the switch writes them"),
+              0U)
+        << fixed.fixes[0].words;
+}
+
+// What an edit can mend and lines can too: the cheaper of both, and of two that cost the same the
+// one that leaves the original alone.
+TEST(mend, chooses_between_an_edit_and_lines) {
+    const std::string stays = "  match protocol arp\n"; // nobody can type it away
+    const std::string original = "hostname sw1\nfeature lldp\nclass-map a\n\n";
+    const std::string kept = "hostname sw1\nfeature lldp\nclass-map a\n";
+    const struct {
+        const char *what;
+        std::string lost, edited;
+        std::set<std::string> codes;
+        fix_place_t place;
+    } rows[] = {
+        {"as long", with(kept, "feature lldp\n", ""), kept, {}, fix_place_t::after},
+        {"shorter", "class-map a\n", kept, {}, fix_place_t::before},
+        {"mends half", "class-map a\n", with(kept, "hostname sw1\n", ""), {}, fix_place_t::after},
+        {"loses another",
+         with(kept, "hostname sw1\n", ""),
+         with(kept, "feature lldp\n", ""),
+         {},
+         fix_place_t::after},
+        {"is not asked for",
+         "class-map a\n",
+         with(kept, "hostname sw1\n", ""),
+         {"IC001"},
+         fix_place_t::after},
+    };
+    const std::string_view route[] = {"4.1(2)", "4.1(2)"};
+    for (const auto &row : rows) {
+        const std::string result = stays + row.lost;
+        const mended_t fixed = mending::mend(
+            {.original = original,
+             .result = result,
+             .route = route,
+             .convert = [&](const std::string &) { return std::optional(stays + row.edited); },
+             .codes = row.codes});
+        ASSERT_FALSE(fixed.fixes.empty()) << row.what;
+        EXPECT_EQ(fixed.fixes[0].place, row.place) << row.what;
+        EXPECT_EQ(fixed.by_hand.size(), row.codes.empty() ? 1U : 2U) << row.what;
+        EXPECT_EQ(fixed.original == kept, row.place == fix_place_t::before) << row.what;
+    }
 }
 
 } // namespace
