@@ -47,15 +47,10 @@ bool is_cut_from(std::string_view word, const keyword_t &keyword) {
     return word.size() >= keyword.least && keyword.word.starts_with(word);
 }
 
-// Most words begin with another letter than the command: every line of every text is asked.
 bool begins(std::span<const std::string_view> words, const command_t &command) {
-    if (words[0][0] != command.words[0].word[0] || words.size() < command.count())
-        return false;
-    for (size_t i = 0; i < command.count(); i++) {
-        if (!is_cut_from(words[i], command.words[i]))
-            return false;
-    }
-    return true;
+    return words.size() >= command.count() &&
+           std::equal(words.begin(), words.begin() + static_cast<ptrdiff_t>(command.count()),
+                      command.words, is_cut_from);
 }
 
 // "vl 10": a list behind it tells it from other commands.
