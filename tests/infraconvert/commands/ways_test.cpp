@@ -105,6 +105,73 @@ TEST(ways, are_compared_by_what_the_switch_does) {
         EXPECT_TRUE(contains(back.out, std::string(finding["code"]))) << back.out;
 }
 
+// The order of the ways, what each loses and where, what it does otherwise, and what comes back.
+TEST(ways, are_told_the_best_first) {
+    workspace_t here;
+    here.write("w.cfg", "version 4.1(2)\nhostname sw1\nnpiv enable\nclass-map a\n  match cos 1\n"
+                        "class-map b\n  match cos 2\npolicy-map p\n  class a\n    priority\n"
+                        "    mtu 9000\n  class b\n    bandwidth percent 10\npolicy-map m\n"
+                        "  class a\n    set qos-group 2\nsystem qos\n  service-policy p\n"
+                        "interface Ethernet1/1\n  service-policy input m\nvlan 10-11\n  fcoe\n");
+    EXPECT_EQ(
+        here.run({"plan", "--to", "5.0(3)", "--via", "4.1(3),4.1(4),4.2(1)", "w.cfg"}).out,
+        "w.cfg, 4.1(2) to 5.0(3): 8 routes, 8 results, the best first\n"
+        "1. 4.1(2) to 5.0(3)\n"
+        "   1 effect or line lost; the way back leaves 1 error (IC041)\n"
+        "     error    IC041  from 4.1(2) to 5.0(3): A policy that only marks is not attached any "
+        "more\n"
+        "2. 4.1(2) to 4.2(1) to 5.0(3)\n"
+        "   2 effects or lines lost; the way back leaves 1 error (IC041)\n"
+        "     error    IC041  from 4.1(2) to 4.2(1): A policy that only marks is not attached any "
+        "more\n"
+        "     error    IC069  from 4.2(1) to 5.0(3): fcoe of a VLAN stands where the release does "
+        "not read it\n"
+        "3. 4.1(2) to 4.1(3) to 4.1(4) to 5.0(3)\n"
+        "   2 effects or lines lost, other effects than directly; the way back leaves 1 error "
+        "(IC043)\n"
+        "     error    IC041  from 4.1(2) to 4.1(3): A policy that only marks is not attached any "
+        "more\n"
+        "     error    IC044  from 4.1(3) to 4.1(4): A command stays in the form of the other "
+        "release\n"
+        "4. 4.1(2) to 4.1(3) to 5.0(3)\n"
+        "   3 effects or lines lost, other effects than directly; the way back leaves 1 error "
+        "(IC043)\n"
+        "     error    IC041  from 4.1(2) to 4.1(3): A policy that only marks is not attached any "
+        "more\n"
+        "     error    IC044  from 4.1(3) to 5.0(3): A command stays in the form of the other "
+        "release\n"
+        "     warning  IC054  from 4.1(3) to 5.0(3): An MTU was converted more than once\n"
+        "5. 4.1(2) to 4.1(3) to 4.1(4) to 4.2(1) to 5.0(3)\n"
+        "   3 effects or lines lost, other effects than directly; the way back leaves 1 error "
+        "(IC043)\n"
+        "     error    IC041  from 4.1(2) to 4.1(3): A policy that only marks is not attached any "
+        "more\n"
+        "     error    IC044  from 4.1(3) to 4.1(4): A command stays in the form of the other "
+        "release\n"
+        "     error    IC069  from 4.2(1) to 5.0(3): fcoe of a VLAN stands where the release does "
+        "not read it\n"
+        "6. 4.1(2) to 4.1(3) to 4.2(1) to 5.0(3)\n"
+        "   4 effects or lines lost, other effects than directly; the way back leaves 1 error "
+        "(IC043)\n"
+        "     error    IC041  from 4.1(2) to 4.1(3): A policy that only marks is not attached any "
+        "more\n"
+        "     error    IC044  from 4.1(3) to 4.2(1): A command stays in the form of the other "
+        "release\n"
+        "     error    IC069  from 4.2(1) to 5.0(3): fcoe of a VLAN stands where the release does "
+        "not read it\n"
+        "     warning  IC054  from 4.1(3) to 4.2(1): An MTU was converted more than once\n"
+        "7. 4.1(2) to 4.1(4) to 5.0(3)\n"
+        "   7 effects or lines lost, other effects than directly; the way back restores "
+        "everything\n"
+        "     error    IC043  from 4.1(2) to 4.1(4): Text stayed in the form of the old release\n"
+        "8. 4.1(2) to 4.1(4) to 4.2(1) to 5.0(3)\n"
+        "   8 effects or lines lost, other effects than directly; the way back restores "
+        "everything\n"
+        "     error    IC043  from 4.1(2) to 4.1(4): Text stayed in the form of the old release\n"
+        "     error    IC069  from 4.2(1) to 5.0(3): fcoe of a VLAN stands where the release does "
+        "not read it\n");
+}
+
 TEST(ways, of_a_fleet_have_a_best_for_all) {
     workspace_t here;
     here.write("fleet/a.cfg", example());
