@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <map>
 #include <tuple>
+#include <unordered_set>
 
 namespace infraconvert::mending {
 
@@ -27,7 +28,10 @@ commands_t removal_of_qos(const model_t &model) {
     }
     for (const stanza_t &stanza : model.reading.stanzas) {
         const words_t words = split_words(stanza.header.text);
-        if (is_map(words))
+        // What matched groups only is left without a line, and that it stays tells that it was.
+        const bool left_over = !model.dialect.typed && words.size() == 2 && stanza.body.empty() &&
+                               words[0] == "class-map";
+        if (is_map(words) && !left_over)
             remove_stanza(commands, std::string(stanza.header.text));
     }
     return commands;
@@ -55,28 +59,32 @@ class rebuilding_t {
   public:
     rebuilding_t(const original_t &of, std::string result,
                  std::span<const std::string_view> through, names_t takes, work_t &done)
-        : original(of), route(through), names(takes), work(done), text(std::move(result)) {}
+        : original(of), route(through), names(takes), work(done), text(std::move(result)),
+          first(text), base(first, through.back(), through.front()) {}
 
     candidate_t run(bool anew) {
         if (anew)
-            add(removal_of_qos(original_t::read(text, route).model));
-        for (size_t step = 0; step < most_steps && why_not.empty() && !work.is_too_much(); step++) {
+            add(removal_of_qos(base.model));
+        for (size_t step = 0; step < most_steps && !work.is_too_much(); step++) {
             const judged_t now(original, text, route);
             work.add(text);
-            if (now.errors.empty() || !(next_row(now) || next_content(now)))
+            if (now.errors.empty() ||
+                !((anew && next_attachment(now)) || next_row(now) || next_content(now)))
                 break;
         }
-        return {why_not.empty() ? commands : commands_t(), why_not};
+        return {commands, ""};
     }
 
   private:
-    // Adds what is to be typed; false when the text has it all.
+    // Adds what is to be typed; false when the text has it all, or was like that before: what one
+    // step brings back another would take away for ever.
     bool add(const commands_t &more) {
         std::string now = applied(text, more);
-        const bool changes = now != text;
+        if (!seen.insert(std::hash<std::string>()(now)).second)
+            return false;
         text = std::move(now);
         merge(commands, more);
-        return changes;
+        return true;
     }
 
     bool next_row(const judged_t &now) {
@@ -87,26 +95,41 @@ class rebuilding_t {
                     lost.push_back(&change.row);
             }
         }
-        const scene_t scene(original.side, now.side);
+        const scene_t scene(original.side, now.side, &base.table);
         std::sort(lost.begin(), lost.end(), [&](const row_t *a, const row_t *b) {
             return rank(scene.before, *a) < rank(scene.before, *b);
         });
         for (const row_t *row : lost) {
             // What brings this one back takes another away, and the other way round.
             if (++tries[in_words(*row)] > most_tries)
-                return false;
+                continue;
             const difference_t one = {"IC030", "", {{*row, false}}, {}, {}};
-            const candidate_t candidate = restored_rows(scene, one, names);
-            if (!candidate.why_not.empty())
-                why_not = candidate.why_not;
-            else if (add(candidate.commands))
+            if (add(restored_rows(scene, one, names).commands)) // none where there is no way
                 return true;
         }
         return false;
     }
 
+    // Attachments that give no row must keep their policy-maps' names, and a place of an untyped
+    // release has room for one: what gives rows goes into it.
+    bool next_attachment(const judged_t &now) {
+        const scene_t scene(original.side, now.side, &base.table);
+        for (const difference_t &difference : now.differences) {
+            if (!difference.is_error() || !difference.rows.empty())
+                continue;
+            for (const attachment_t &attachment : scene.before.attachments) {
+                if (std::binary_search(difference.before.begin(), difference.before.end(),
+                                       attachment.line) &&
+                    ++tries["attachment " + std::to_string(attachment.line)] <= 1 &&
+                    add(restored_content(scene, difference).commands))
+                    return true;
+            }
+        }
+        return false;
+    }
+
     bool next_content(const judged_t &now) {
-        const scene_t scene(original.side, now.side);
+        const scene_t scene(original.side, now.side, &base.table);
         for (const difference_t &difference : now.differences) {
             if (!difference.is_error())
                 continue;
@@ -128,8 +151,11 @@ class rebuilding_t {
     const std::span<const std::string_view> route;
     const names_t names;
     work_t &work;
-    std::string text, why_not;
+    std::string text;
+    const std::string first; // the text before anything was done
+    const side_t base;       // points into it
     std::map<std::string, int> tries;
+    std::unordered_set<size_t> seen = {std::hash<std::string>()(text)}; // hashes of texts
     commands_t commands;
 };
 

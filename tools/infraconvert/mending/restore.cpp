@@ -30,8 +30,9 @@ candidate_t all_of(const std::vector<candidate_t> &candidates) {
 
 } // namespace
 
-scene_t::scene_t(const side_t &original, const side_t &result)
-    : before(original.model), after(result.model), effects_before(original.table) {}
+scene_t::scene_t(const side_t &original, const side_t &result, const table_t *had)
+    : before(original.model), after(result.model), effects_before(original.table),
+      effects_had(had) {}
 
 std::string type_words(std::string_view type) {
     return type.empty() ? "" : "type " + std::string(type) + ' ';
@@ -62,14 +63,17 @@ std::vector<candidate_t> restoring(const scene_t &scene, const difference_t &dif
             candidates.push_back(std::move(candidate));
     };
     if (!difference.rows.empty()) {
-        const commands_t unread = restored_content(scene, difference).commands;
+        const commands_t content = restored_content(scene, difference).commands;
+        const commands_t lines = restored_lines(scene, difference).commands;
         for (const names_t names : {names_t::same, names_t::unique}) {
-            candidate_t rows = restored_rows(scene, difference, names);
+            const candidate_t rows = restored_rows(scene, difference, names);
             offer(rows);
-            if (unread.empty() || rows.commands.empty())
-                continue;
-            merge(rows.commands, unread);
-            offer(rows);
+            for (const commands_t &unread : {content, lines}) {
+                candidate_t both = rows;
+                merge(both.commands, unread);
+                if (!rows.commands.empty() && !unread.empty())
+                    offer(both);
+            }
         }
     } else {
         for (const attachment_t &attachment : scene.before.attachments) {

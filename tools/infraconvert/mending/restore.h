@@ -13,11 +13,15 @@ namespace infraconvert::mending {
 
 // The original and a result, for all differences between them.
 struct scene_t {
-    // The sides must outlive the object.
-    scene_t(const meaning::side_t &original, const meaning::side_t &result);
+    // The sides must outlive the object, and so must `had`.
+    scene_t(const meaning::side_t &original, const meaning::side_t &result,
+            const meaning::table_t *had = nullptr);
 
     const meaning::model_t &before, &after;
     const meaning::table_t &effects_before;
+    // Of a result before lines were removed to be written anew. What cannot be said as it was may
+    // then be said as the conversion did. Null: nothing was removed.
+    const meaning::table_t *const effects_had;
 
     bool typed() const { return after.dialect.typed; }
 };

@@ -125,9 +125,13 @@ class content_restorer_t {
                 : std::string(attachment.direction.empty() && attachment.type != types::network
                                   ? "input"
                                   : attachment.direction);
+        const std::string_view type = policy_type(attachment.type);
+        const std::string name(attachment.name);
+        if (!scene.after.policy(type, attachment.name) && scene.before.policy_of(attachment))
+            block(commands, "policy-map " + type_words(type) + name);
         add_line(commands, system ? "system qos" : attachment.place,
-                 "  service-policy " + type_words(policy_type(attachment.type)) + direction +
-                     (direction.empty() ? "" : " ") + std::string(attachment.name));
+                 "  service-policy " + type_words(type) + direction +
+                     (direction.empty() ? "" : " ") + name);
     }
 
     // A class that the target refuses without a class-map gets one, which matches what it did.

@@ -190,7 +190,10 @@ class line_restorer_t {
     }
 
     void restore(const stanza_t &stanza, const line_t &line) {
-        if (is_map_line(stanza) || stands_nowhere(stanza))
+        // Attachments have another form in the other model, which others here know.
+        const bool in_form = scene.before.dialect.typed == scene.typed() ||
+                             !begins_with(split_words(line.text), {"service-policy"});
+        if (is_map_line(stanza) || !in_form || stands_nowhere(stanza))
             return;
         const std::string header = carried_over(stanza.header.text);
         command_t &command = block(commands, header);

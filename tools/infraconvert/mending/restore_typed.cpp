@@ -11,10 +11,8 @@ void row_restorer_t::restore_typed(const row_t &row) {
     const bool network = row.keyword == "pause" || row.keyword == "mtu" ||
                          row.keyword == "multicast-optimize" || row.keyword == "queue-limit" ||
                          row.keyword == "set cos";
-    if (!scheduling && !network) {
-        why_not = "the target release has no " + row.keyword + " in such a policy-map";
-        return;
-    }
+    if (!scheduling && !network)
+        return restore_other(row);
     if (network && row.place != "system") {
         why_not = "from 4.1(3) on " + row.keyword + " is the switch's, not an interface's";
         return;
@@ -25,6 +23,19 @@ void row_restorer_t::restore_typed(const row_t &row) {
                class_line(type, queued_class(type, row)), {action_of(row)});
     attach(row,
            "service-policy " + type_words(type) + (scheduling ? row.direction + ' ' : "") + policy);
+}
+
+// What no other type knows as its own, "police" above all, stands beside the classification.
+void row_restorer_t::restore_other(const row_t &row) {
+    if (row.direction == "output") {
+        why_not = "from 4.1(3) on " + row.keyword +
+                  " stands in a policy-map of type qos, which is attached for input only";
+        return;
+    }
+    const std::string policy = policy_for(row, types::qos, "input");
+    add_action(commands, "policy-map type qos " + policy,
+               class_line(types::qos, class_for(types::qos, row)), {action_of(row)});
+    attach(row, "service-policy type qos input " + policy);
 }
 
 // The class of a queuing or network-qos policy that gets this traffic at the row's place.
@@ -93,7 +104,7 @@ void row_restorer_t::put_into_group(const row_t &row, int number) {
         add_line(commands, "system qos", "  service-policy type qos input " + policy);
 }
 
-std::string row_restorer_t::typed_group(const row_t &row) const {
+std::string row_restorer_t::typed_group(const row_t &row) {
     if (!row.effect.starts_with(goes_with))
         return row.effect.substr(in_group.size());
     const std::string joins = row.effect.substr(goes_with.size());
@@ -102,7 +113,10 @@ std::string row_restorer_t::typed_group(const row_t &row) const {
         if (in_words(groups.of(std::to_string(number))) == joins)
             return std::to_string(number);
     }
-    return "";
+    row_t own = row;
+    own.place = "system";
+    own.traffic = joins;
+    return group_with(groups, own);
 }
 
 } // namespace infraconvert::mending

@@ -10,7 +10,7 @@ using namespace meaning;
 
 void row_restorer_t::restore_untyped(const row_t &row) {
     const bool system = row.place == "system";
-    if (system && !row.direction.empty() && !both_directions(row)) {
+    if (system && !row.direction.empty() && !both_directions(row) && !was_there(row)) {
         why_not = alike;
         return;
     }
@@ -39,6 +39,12 @@ bool row_restorer_t::both_directions(const row_t &row) const {
            }) > 1;
 }
 
+bool row_restorer_t::was_there(const row_t &row) const {
+    return scene.effects_had &&
+           std::any_of(scene.effects_had->begin(), scene.effects_had->end(),
+                       [&](const row_t &other) { return same_row(row, other); });
+}
+
 // Before 4.1(3) a class of the system's policy says the number; where none does, it is told to.
 std::string row_restorer_t::untyped_group(const row_t &row) {
     if (!row.effect.starts_with(goes_with))
@@ -62,7 +68,26 @@ std::string row_restorer_t::untyped_group(const row_t &row) {
                    class_line(types::none, each.name), {"    set qos-group " + number});
         return number;
     }
-    return "";
+    return make_queue(row, joins, policy ? policy->name : "");
+}
+
+// A class of the system's policy that does nothing but say the number for this traffic.
+std::string row_restorer_t::make_queue(const row_t &row, const std::string &joins,
+                                       std::string_view policy_name) {
+    const policy_t *original = policy_in_force(scene.before, "system");
+    if (policy_name.empty() && original)
+        policy_name = original->name;
+    if (policy_name.empty())
+        return "";
+    row_t own = row;
+    own.place = "system";
+    own.traffic = joins;
+    const std::string number = original_number(row), policy(policy_name);
+    add_action(commands, "policy-map " + policy,
+               class_line(types::none, class_for(types::none, own)),
+               {"    set qos-group " + number});
+    attach(own, "service-policy " + policy);
+    return number;
 }
 
 // The number that the row's action has in the original.

@@ -43,17 +43,21 @@ class row_restorer_t {
     void restore_untyped(const meaning::row_t &row);
     bool says_other_direction(const meaning::row_t &row) const;
     bool both_directions(const meaning::row_t &row) const;
+    bool was_there(const meaning::row_t &row) const;
     std::string untyped_group(const meaning::row_t &row);
+    std::string make_queue(const meaning::row_t &row, const std::string &joins,
+                           std::string_view policy_name);
     std::string original_number(const meaning::row_t &row) const;
 
     // ---- typed
     void restore_typed(const meaning::row_t &row);
+    void restore_other(const meaning::row_t &row);
     std::string queued_class(std::string_view type, const meaning::row_t &row);
     const meaning::policy_t *sorting_policy(const meaning::row_t &row);
     bool is_used(std::string_view type, const std::string &name) const;
     std::string group_with(const meaning::groups_t &groups, const meaning::row_t &row);
     void put_into_group(const meaning::row_t &row, int number);
-    std::string typed_group(const meaning::row_t &row) const;
+    std::string typed_group(const meaning::row_t &row);
 
     const scene_t &scene;
     const names_t names;
