@@ -132,4 +132,51 @@ TEST(rooms, have_police_beside_the_classification_from_types_on) {
         << left.by_hand[0].why;
 }
 
+struct no_room_t {
+    std::string original, result, why;
+};
+
+TEST(rooms, are_missing_for_reasons_that_are_told) {
+    const std::string sorting = classes + "policy-map type qos sorting\n  class type qos voice\n"
+                                          "    set qos-group 2\n";
+    const std::string bare = "policy-map type queuing a\npolicy-map type qos b\n";
+    const no_room_t cases[] = {
+        {bare + "interface Ethernet1/1\n  service-policy type queuing input a\n"
+                "  service-policy type qos input b\n",
+         "policy-map a\npolicy-map b\ninterface Ethernet1/1\n  service-policy input a\n",
+         "before 4.1(3) interface Ethernet1/1 input takes one policy-map, and the original has "
+         "both b and a there, without an effect"},
+        {"policy-map type queuing a\npolicy-map type network-qos a\n"
+         "  class type network-qos class-default\n    mtu 9000\n"
+         "interface Ethernet1/1\n  service-policy type queuing output a\n",
+         "policy-map a\n  class class-default\n    mtu 9000\n"
+         "interface Ethernet1/1\n  service-policy output a\n",
+         "before 4.1(3) policy-map a is one for all its types, and attached to interface "
+         "Ethernet1/1 output it would say mtu 9000 for class-default"},
+        {bare + "policy-map type network-qos c\n  class type network-qos class-fcoe\n"
+                "    pause no-drop\nsystem qos\n  service-policy type queuing input a\n"
+                "  service-policy type network-qos c\n"
+                "interface Ethernet1/1\n  service-policy type queuing input a\n",
+         "policy-map a\npolicy-map b\npolicy-map c\n  class class-fcoe\n    pause no-drop\n"
+         "system qos\n  service-policy a\ninterface Ethernet1/1\n  service-policy input a\n",
+         "before 4.1(3) the system and interface Ethernet1/1 input have one policy-map, a, which "
+         "is attached to both in the original, and only the system has pause no-drop for "
+         "class-fcoe"},
+        {sorting + "policy-map type network-qos c\n  class type network-qos class-all-flood\n"
+                   "    mtu 9000\npolicy-map type qos d\n  class type qos class-all-flood\n"
+                   "    set qos-group 4\nsystem qos\n  service-policy type qos input sorting\n"
+                   "  service-policy type network-qos c\n"
+                   "interface Ethernet1/1\n  service-policy type qos input d\n",
+         untyped_classes + "policy-map sorting\npolicy-map d\npolicy-map c\n"
+                           "  class class-all-flood\n    mtu 9000\n"
+                           "system qos\n  service-policy c\ninterface Ethernet1/1\n",
+         "before 4.1(3) what is marked goes with its own class on the system, and class-all-flood "
+         "has mtu 9000 there"}};
+    for (const no_room_t &each : cases) {
+        const mended_t left = mended(each.original, each.result, "4.2(1)", "4.1(2)");
+        ASSERT_FALSE(left.by_hand.empty()) << left.result;
+        EXPECT_EQ(left.by_hand[0].why, each.why);
+    }
+}
+
 } // namespace

@@ -69,6 +69,8 @@ std::string no_way(const scene_t &scene, const difference_t &difference) {
     const auto fc = static_cast<size_t>(scene.after.dialect.fc_security);
     if (difference.code == "IC048" && fc == 1)
         return "the target release takes \"feature port-security\" for FC port security";
+    if (std::string why = no_room(scene, difference); !why.empty())
+        return why;
     for (const row_change_t &change : difference.rows) {
         if (is_gained_by_name(scene, change))
             return "before 4.1(3) a class has one class-map for all its policies, and " +

@@ -69,6 +69,9 @@ candidate_t rebuilt_qos(const meaning::original_t &original, const std::string &
 // Why the target has no lines for what no candidate brings back; empty where none is known.
 std::string no_way(const scene_t &scene, const meaning::difference_t &difference);
 
+// The same for attachments without an effect on the way to a release without types.
+std::string no_room(const scene_t &scene, const meaning::difference_t &difference);
+
 // The criteria of a class-map of the original, as lines; empty where this release cannot say them.
 std::vector<std::string> match_lines(const scene_t &scene, std::string_view class_name);
 

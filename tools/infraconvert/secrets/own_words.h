@@ -7,7 +7,7 @@
 namespace infraconvert {
 
 constexpr std::string_view own_words = R"(
-a aborting action actions added adding address address-table addresses again ahead all allocate allocating already
+a aborting action actions added adding address address-table addresses again ahead all allocate allocating already always
 alter altering an
 an-infraconvert and another any are argument as ascii asks assign assigned associate association at attached
 attachment attachments back bandwidth banner be becomes been before beginning begins behind belong belongs below
