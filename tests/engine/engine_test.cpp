@@ -274,8 +274,15 @@ TEST(loading, failures_say_why) {
     EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
     support::write_file(file, "");
     EXPECT_EQ(satcnv_read_ascii_file(place.path().c_str()), failure);
-    // Positions are traced as signed numbers, so the file with its room must be one. The last size
-    // would look like a small one in 32 bits.
+    EXPECT_EQ(satcnv_read_ascii_file(std::string(300, '/').c_str()), failure);
+}
+
+// Positions are traced as signed numbers, so the file with its room must be one. The last size
+// would look like a small one in 32 bits.
+TEST(loading, a_file_may_be_too_large) {
+    const support::temporary_directory_t place;
+    const std::string file = place.path() + "/ascii/system.cfg";
+    support::write_file(file, "");
     for (engine_t *instance : {&satcnv_engine, &assoc_engine}) {
         const int64_t most =
             (INT32_MAX - int64_t{instance->capacity_extra}) / instance->capacity_factor;
@@ -285,5 +292,4 @@ TEST(loading, failures_say_why) {
             EXPECT_EQ(errno, ENOMEM) << size;
         }
     }
-    EXPECT_EQ(satcnv_read_ascii_file(std::string(300, '/').c_str()), failure);
 }

@@ -9,9 +9,6 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <filesystem>
-#include <fstream>
-#include <regex>
-#include <sstream>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -48,30 +45,6 @@ extern "C" __attribute__((visibility("default"))) FILE *fopen(const char *path, 
 }
 
 namespace support {
-
-std::string read_file(const std::string &path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << file.rdbuf();
-    return bytes.str();
-}
-
-void write_file(const std::string &path, std::string_view bytes) {
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-    std::ofstream(path, std::ios::binary) << bytes;
-}
-
-temporary_directory_t::temporary_directory_t() {
-    std::string pattern = std::filesystem::temp_directory_path() / "infraconvert-XXXXXX";
-    if (!mkdtemp(pattern.data()))
-        abort();
-    name = pattern;
-}
-
-temporary_directory_t::~temporary_directory_t() {
-    std::error_code ignored;
-    std::filesystem::remove_all(name, ignored);
-}
 
 void leave_process(int status) {
 #ifdef INFRACONVERT_COVERAGE // the counters are written then, however little a test lets be written
@@ -112,11 +85,6 @@ outcome_t run_in_process(const std::function<int()> &call, bool logs_open) {
     for (const auto &entry : std::filesystem::directory_iterator(logs))
         outcome.logs[entry.path().filename()] = read_file(entry.path());
     return outcome;
-}
-
-std::string without_addresses(std::string_view log) {
-    static const std::regex address("(at |end_cp )(0x[0-9a-f]+|\\(nil\\))");
-    return std::regex_replace(std::string(log), address, "$1<ptr>");
 }
 
 } // namespace support
