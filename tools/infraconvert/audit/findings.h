@@ -56,7 +56,7 @@ struct finding_t {
     std::string by_hand = {}; // why there is no fix for an error; empty: there is, or nobody looked
     // Each mends it, but they make different switches: why none of them is a fix.
     std::vector<fix_text_t> choices = {};
-    std::string place = {};   // first line of the stanza of its first line; empty: it has no lines
+    std::string place = {}; // first line of the stanza of its first line; empty: it has no lines
     std::optional<agreement_t> accepted = {};
     // The two releases of the hop at which it happens, of a route with several.
     std::vector<std::string> hop = {};
