@@ -64,6 +64,8 @@ static void check_releases(void) {
     memset(release, 'x', sizeof release);
     CHECK(infraconvertascii_get_version("release", release, sizeof release) == 0);
     CHECK(strcmp(release, "5.0(3)U") == 0);
+    CHECK(infraconvertascii_get_version("release", release, 1) == 0);
+    CHECK(release[0] == 0);
     CHECK(infraconvertascii_get_version("release", release, 0) == -1);
     CHECK(infraconvertascii_get_version("release", NULL, 8) == -1);
     CHECK(infraconvertascii_get_version(NULL, release, 8) == -1);

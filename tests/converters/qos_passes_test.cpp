@@ -75,6 +75,11 @@ TEST(qos_passes, only_two_types_have_maps_of_their_own) {
 }
 
 TEST(qos_passes, the_group_of_a_class_map_needs_a_place) {
+    uint8_t group = qos_group_unassigned;
+    EXPECT_EQ(qoscnv_classmap_to_qosgrp("class-default", &group), 0u);
+    EXPECT_EQ(group, 0);
+    EXPECT_EQ(qoscnv_classmap_to_qosgrp("class-fcoe", &group), 0u);
+    EXPECT_EQ(group, 1);
     EXPECT_EQ(qos_log_of([] {
                   EXPECT_EQ(qoscnv_classmap_to_qosgrp("class-fcoe", nullptr), engine::failure);
               }),

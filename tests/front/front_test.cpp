@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <regex>
+#include <unistd.h>
 
 using support::outcome_t;
 
@@ -62,6 +63,19 @@ TEST(front, messages_go_to_standard_error_when_no_log_opens) {
     EXPECT_EQ(outcome.errors, expected);
     EXPECT_TRUE(outcome.logs.empty());
     EXPECT_EQ(outcome.output, "");
+}
+
+// Who looks for what a switch died of finds it there.
+TEST(front, each_message_is_in_its_log_at_once) {
+    const outcome_t outcome = support::run_in_process([]() -> int {
+        const infraconvertascii_args_t args = {"/nowhere", "package", "5.0(3)", "4.0(1)"};
+        npiv_debug = 1;
+        infraconvertascii_startup(SRVUUID_NPIVP, nullptr, &args);
+        _exit(0);
+    });
+    EXPECT_EQ(without_stamps(outcome.logs.at(front_log)),
+              calling("infraconvertascii_startup", "0x289"));
+    EXPECT_NE(outcome.logs.at("npiv.log").find("failed to get file size"), std::string::npos);
 }
 
 TEST(front, unknown_services_and_missing_arguments_run_nothing) {

@@ -46,6 +46,9 @@ NOT_THEIRS = {"library": re.compile("infraconvert|docs")}
 # Tests save files by the thousand, and each save waits for the disk.
 TEMPORARY = {"TMPDIR": "/dev/shm"} if os.path.isdir("/dev/shm") else {}
 MEMORY = 4 << 30  # bytes for one process
+# A change may replace the device that a test writes to; as root it could, for the whole machine.
+CONFINED = ["unshare", "--mount", "sh", "-c",
+            'mount --rbind /dev /dev && mount -o remount,bind,ro /dev && exec "$@"', "sh"] if os.geteuid() == 0 else []
 SPARE = 1.4  # so many times the wanted changes are drawn, for some do not compile
 
 
@@ -163,7 +166,7 @@ class Test:
 
     def passes(self, change=0, **environment):
         """Whether it passes with a change; what takes far longer than without does not."""
-        limits = ["prlimit", f"--as={MEMORY}", f"--cpu={int(5 * self.seconds) + 5}"]
+        limits = CONFINED + ["prlimit", f"--as={MEMORY}", f"--cpu={int(5 * self.seconds) + 5}"]
         environment = {**os.environ, **TEMPORARY, **self.environment, "MUTANT": str(change), **environment}
         process = subprocess.Popen(limits + self.command, cwd=self.folder, env=environment, start_new_session=True,
                                    stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
@@ -232,6 +235,8 @@ def main():
     options.add_argument("--build", type=pathlib.Path, default=ROOT / "build/mutants")
     given = options.parse_args()
 
+    if subprocess.run(CONFINED + ["true"], check=False).returncode != 0:
+        sys.exit("mutants: as root only where mounts may be made: a changed program could damage /dev")
     changes, wanted = drawn(given.only.split(","), given.count, given.seed)
     changes = dict(enumerate(changes, 1))
     build(given.build.resolve(), changes, given.jobs)

@@ -63,7 +63,6 @@ bool policymap_headers_t::find(const qoscnv_pass_t &pass, const std::string &nam
             return true;
     }
     header = nowhere;
-    walking = false;
     return true;
 }
 
