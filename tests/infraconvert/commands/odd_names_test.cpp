@@ -1,21 +1,16 @@
 // Names and lines that try to be something else: a second file in a diff, a message, a command to
 // the terminal; and names that are no text at all.
 
+#include "infraconvert/terminal.h"
 #include "infraconvert/workspace.h"
 
 #include "base/exact_text.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
-namespace fs = std::filesystem;
 using arguments_t = std::vector<std::string>;
 using nlohmann::json;
 using support::contains;
@@ -63,18 +58,12 @@ TEST(odd_name, that_is_no_text_is_kept_in_json_and_plans) {
 
 // What standard output shows on a terminal.
 std::string on_terminal(workspace_t &here, const arguments_t &words) {
-    const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
-    EXPECT_TRUE(terminal >= 0 && grantpt(terminal) == 0 && unlockpt(terminal) == 0);
-    here.output_file = ptsname(terminal);
-    const int kept_open = open(here.output_file.c_str(), O_RDWR | O_NOCTTY);
+    const support::terminal_t terminal;
+    here.output_file = terminal.name();
     here.environment = {"TERM=xterm"};
     run(here, words);
     here.output_file.clear();
-    char shown[1 << 12];
-    const ssize_t count = read(terminal, shown, sizeof shown);
-    close(kept_open);
-    close(terminal);
-    return {shown, static_cast<size_t>(std::max<ssize_t>(count, 0))};
+    return terminal.read_screen();
 }
 
 TEST(odd_line, does_not_reach_the_terminal_as_it_is) {

@@ -1,12 +1,11 @@
 // What preview shows: the diff, whose lines belong to which rule, the way back, JSON.
 
+#include "infraconvert/terminal.h"
 #include "infraconvert/workspace.h"
 
-#include <cstdlib>
-#include <fcntl.h>
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-#include <unistd.h>
 
 namespace {
 
@@ -98,28 +97,6 @@ TEST_F(preview_t, exit_code_tells_whether_something_would_change) {
     EXPECT_EQ(here.run(preview({"--exit-code", "--service", "fwm", "switch.cfg"})).status, 0);
 }
 
-// A terminal whose screen is of no interest.
-class terminal_t {
-  public:
-    terminal_t() : master(posix_openpt(O_RDWR | O_NOCTTY)) {
-        grantpt(master);
-        unlockpt(master);
-    }
-    ~terminal_t() { close(master); }
-    std::string name() const { return ptsname(master); }
-    // All that was written, which arrives in pieces; ends once nobody writes any more.
-    std::string read_screen() const {
-        std::string screen;
-        char piece[4096];
-        for (ssize_t length; (length = read(master, piece, sizeof piece)) > 0;)
-            screen.append(piece, static_cast<size_t>(length));
-        return screen;
-    }
-
-  private:
-    const int master;
-};
-
 TEST_F(preview_t, colours_on_a_terminal_unless_refused) {
     const std::string red = "\033[31m-npiv enable\033[0m";
     const auto run = [&](const char *color) {
@@ -137,7 +114,7 @@ TEST_F(preview_t, colours_on_a_terminal_unless_refused) {
                 {"NO_COLOR=1", "always", true},
                 {"NO_COLOR=", "never", false}};
     for (const auto &row : rows) {
-        const terminal_t terminal;
+        const support::terminal_t terminal;
         here.output_file = terminal.name();
         here.environment = {row.variable, "TERM=xterm"};
         run(row.color);
