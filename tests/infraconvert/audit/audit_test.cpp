@@ -185,7 +185,6 @@ const std::vector<row_t> &rows() {
         {"IC014", "4.0(1)", "4.1(3)", "qos",
          two_classes + system_policy + port + "  service-policy output s\n",
          two_classes + system_policy + attached + port + "  service-policy output s\n"},
-        {"IC027", "5.0(3)U2(1)", "5.0(3)U1(1)", "qos", typed_class + control_class, typed_class},
         {"IC030", "4.0(1)", "4.1(3)", "qos",
          two_classes + "policy-map s\n  class a\n    priority\n    shape 10\n" + attached,
          two_classes + "policy-map s\n  class a\n    priority\n" + attached},
