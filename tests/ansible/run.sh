@@ -1,16 +1,10 @@
 #!/usr/bin/env bash
 # The collection as its users have it: built, installed, documented, and played on this machine.
-# Left out (status 77) where Ansible is missing.
 #
 # usage: run.sh INFRACONVERT SOURCE_DIRECTORY
 set -euo pipefail
-command -v ansible-playbook >/dev/null || {
-  echo "left out: Ansible is missing; ./dev install-engines installs it"
-  [ -z "${INFRACONVERT_NOTHING_LEFT_OUT:-}" ] && exit 77
-  exit 1
-}
-place=$(mktemp -d)
-trap 'rm -rf "$place"' EXIT
+source "$(dirname "$0")/../engines/needs.sh"
+needs ansible-playbook
 export LC_ALL=C.UTF-8 ANSIBLE_HOME=$place/home ANSIBLE_LOCAL_TEMP=$place/tmp ANSIBLE_REMOTE_TEMP=$place/tmp \
        ANSIBLE_COLLECTIONS_PATH=$place/collections ANSIBLE_NOCOLOR=1 ANSIBLE_LOCALHOST_WARNING=false
 ansible-galaxy collection build --output-path "$place" "$2/packaging/ansible" >/dev/null
