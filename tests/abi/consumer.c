@@ -43,7 +43,7 @@ static void check_compare(const char *from, const char *to, int expected) {
 }
 
 static void check_releases(void) {
-    char release[8];
+    char release[8], wide[32];
     syserr_t error = 7;
     check_compare("4.2(1)", "4.1(3)", 1);
     check_compare("4.1(3)", "4.2(1)", -1);
@@ -64,6 +64,9 @@ static void check_releases(void) {
     memset(release, 'x', sizeof release);
     CHECK(infraconvertascii_get_version("release", release, sizeof release) == 0);
     CHECK(strcmp(release, "5.0(3)U") == 0);
+    memset(wide, 'x', sizeof wide);
+    CHECK(infraconvertascii_get_version("release", wide, sizeof wide) == 0);
+    CHECK(wide[sizeof wide - 1] == 0);
     CHECK(infraconvertascii_get_version("release", release, 1) == 0);
     CHECK(release[0] == 0);
     CHECK(infraconvertascii_get_version("release", release, 0) == -1);

@@ -92,7 +92,9 @@ TEST(routing, each_pair_runs_its_rewrite) {
 TEST(routing, the_association_converter_tells_how_it_ended) {
     const struct {
         const char *from, *to, *last;
-    } rows[] = {{"4.1(3)", "5.0(2)", "Exit ascii convertion \n"},
+    } rows[] = {{"4.1(3)", "5.0(2)",
+                 "ASCII file ...\nvlan 5\n\xFF"
+                 "Freeing block of memory at <ptr>\nExit ascii convertion \n"},
                 {"4.1(3)", "4.2(1)", "ascii convertion not requred\n"},
                 {nullptr, "5.0(2)", "release missing\n"}};
     for (const auto &row : rows) {

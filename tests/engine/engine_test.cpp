@@ -65,6 +65,10 @@ TEST(releases, a_missing_text_comes_from_the_platform) {
         EXPECT_EQ(release_from_platform(to_release_file_variable, false), row.plain);
         EXPECT_EQ(release_from_platform(to_release_file_variable, true), row.with_k_train);
     }
+    support::write_file(file, "7.2");
+    EXPECT_EQ(release_from_platform(to_release_file_variable, false), "7.2(0)");
+    unlink(file.c_str());
+    EXPECT_EQ(release_from_platform(to_release_file_variable, false), "0.0(0)");
     unsetenv(to_release_file_variable);
     EXPECT_EQ(release_from_platform(to_release_file_variable, false), "0.0(0)");
     EXPECT_TRUE(npiv_read_versions("4.1(3)", nullptr));
