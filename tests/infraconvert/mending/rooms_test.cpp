@@ -132,6 +132,27 @@ TEST(rooms, have_police_beside_the_classification_from_types_on) {
         << left.by_hand[0].why;
 }
 
+// Only the way back of what is scheduled in one direction cannot be said: at other places it can.
+TEST(rooms, are_found_at_places_beside_the_system) {
+    const std::string original = classes +
+                                 "class-map type queuing voice\n  match qos-group 2\n"
+                                 "policy-map type queuing lanes\n"
+                                 "  class type queuing voice\n    priority\n"
+                                 "  class type queuing class-fcoe\n    bandwidth percent 5\n"
+                                 "system qos\n  service-policy type queuing output lanes\n"
+                                 "interface Ethernet1/1\n"
+                                 "  service-policy type queuing input lanes\n";
+    const std::string result = untyped_classes +
+                               "policy-map lanes\n  class voice\n    priority\n"
+                               "  class class-fcoe\n    bandwidth percent 5\n"
+                               "system qos\n  service-policy lanes\n"
+                               "interface Ethernet1/1\n  service-policy input lanes\n";
+    const mended_t fixed = mended(original, result, "5.0(2)", "4.0(1)");
+    ASSERT_EQ(fixed.by_hand.size(), 1U) << fixed.result;
+    EXPECT_NE(fixed.by_hand[0].why.find("alike"), std::string::npos) << fixed.by_hand[0].why;
+    EXPECT_EQ(fixed.by_hand[0].difference.rows.size(), 1U) << fixed.by_hand[0].difference.words;
+}
+
 struct no_room_t {
     std::string original, result, why;
 };

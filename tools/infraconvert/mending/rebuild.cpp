@@ -128,10 +128,21 @@ class rebuilding_t {
         return false;
     }
 
+    // New effects that the conversion made too, because the release cannot say it otherwise.
+    bool stays(const difference_t &difference) const {
+        const auto is_old = [&](const row_change_t &change) {
+            return change.gained &&
+                   std::any_of(base.table.begin(), base.table.end(),
+                               [&](const row_t &row) { return same_row(row, change.row); });
+        };
+        return !difference.rows.empty() &&
+               std::all_of(difference.rows.begin(), difference.rows.end(), is_old);
+    }
+
     bool next_content(const judged_t &now) {
         const scene_t scene(original.side, now.side, &base.table);
         for (const difference_t &difference : now.differences) {
-            if (!difference.is_error())
+            if (!difference.is_error() || stays(difference))
                 continue;
             for (const attachment_t &attachment : scene.before.attachments) {
                 if (difference.rows.empty() &&
