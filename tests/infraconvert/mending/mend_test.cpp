@@ -251,6 +251,50 @@ TEST(mend, types_nothing_ahead_of_the_first_stanza) {
     EXPECT_TRUE(left.fixes.empty());
 }
 
+// With the first line of a stanza go those below: typed one by one they would make it again.
+TEST(mend, removes_a_stanza_as_a_whole) {
+    const std::string body = "port-security database vsan 3\n  pwwn 1\n";
+    const mended_t fixed = mended("fc-" + body, "fc-fc-" + body, "4.1(3)K1(1)", "4.2(1)");
+    EXPECT_TRUE(fixed.by_hand.empty());
+    EXPECT_EQ(fixed.result, "fc-" + body);
+}
+
+TEST(mend, says_why_lines_of_the_original_have_no_place) {
+    const std::string lane = "policy-map lab\n  class v\n    priority\n";
+    const std::string marking = "policy-map ports\n  class video\n    priority\n"
+                                "  class voice\n    bandwidth percent 8\n"
+                                "    set qos-group 2\n"
+                                "interface Ethernet1/1\n  service-policy output ports\n";
+    const std::string scheduled = "policy-map type qos ports\n"
+                                  "policy-map type queuing ports\n"
+                                  "  class type queuing video\n    priority\n"
+                                  "  class type queuing voice\n    bandwidth percent 8\n"
+                                  "interface Ethernet1/1\n"
+                                  "  service-policy type queuing output ports\n";
+    const std::string groups =
+        with(typed, "  match cos 5\n", "  match cos 5\n  match qos-group 7\n");
+    struct {
+        std::string original, result;
+        const char *from, *to, *why;
+    } const cases[] = {
+        {lane, "policy-map type qos lab\npolicy-map type queuing lab\n", "4.1(2)", "4.2(1)",
+         "class v has no class-map in the original either"},
+        {untyped + marking, typed + scheduled, "4.1(2)", "4.2(1)",
+         "from 4.1(3) on scheduling needs a qos-group, and interface Ethernet1/1 would mark cos 4"},
+        {with(typed, "  service-policy type queuing input dc\n", ""),
+         with(typed, "  service-policy type queuing input dc\n", ""), "4.2(1)", "4.1(2)",
+         "and the original has bandwidth percent 30 for cos 4 in one direction only"},
+        {groups, untyped, "4.2(1)", "4.1(2)",
+         "class voice matches qos-group 7 in the original, which a class-map of the target"}};
+    for (const auto &each : cases) {
+        const mended_t left = mended(each.original, each.result, each.from, each.to);
+        std::string whys;
+        for (const auto &by_hand : left.by_hand)
+            whys += by_hand.difference.words + ": " + by_hand.why + '\n';
+        EXPECT_NE(whys.find(each.why), std::string::npos) << each.why << '\n' << whys;
+    }
+}
+
 TEST(mend, tells_everything_that_a_fix_mends) {
     const std::string feature = "feature port-security\n";
     const mended_t fixed = mended(feature, feature, "4.1(3)K1(1)", "4.1(3)");

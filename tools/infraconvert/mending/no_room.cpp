@@ -88,6 +88,13 @@ class rooms_t {
         });
     }
 
+    bool is_gained(const slot_t &slot, const class_t &from, const action_t &action) const {
+        return std::any_of(difference.rows.begin(), difference.rows.end(), [&](const auto &change) {
+            return change.gained && slot.has(change.row) && change.row.class_name == from.name &&
+                   change.row.effect == action.text;
+        });
+    }
+
     // Spares looking further at most of them.
     bool concerns(const attachment_t &attachment) const {
         if (is_told(attachment.line))
@@ -143,7 +150,7 @@ class rooms_t {
                                                                : has(slot, action.text);
                     if (stays && !traffic.empty() && !fits &&
                         (is_told(one.line) || is_told(action.line) ||
-                         is_told(slot, traffic, action.text)))
+                         is_gained(slot, from, action)))
                         return "before 4.1(3) policy-map " + std::string(one.name) +
                                " is one for all its types, and attached to " + slot.words() +
                                " it would say " + action.text + " for " + traffic;

@@ -33,19 +33,61 @@ bool is_gained_by_name(const scene_t &scene, const row_change_t &change) {
            !has_traffic(scene.before, change.row);
 }
 
-// Scheduling wants a group for the traffic, and where traffic is put into groups this is marking.
-bool is_scheduled_beside_marking(const scene_t &scene, const row_change_t &change) {
-    if (change.gained || scene.before.dialect.typed || !scene.typed() || change.row.is_marking() ||
-        change.row.place == "system")
-        return false;
+bool is_scheduling(const row_t &row) {
+    return row.keyword == "bandwidth" || row.keyword == "priority";
+}
+
+// Maps with types can be written without types only as a whole.
+const row_t *scheduled_one_way(const scene_t &scene) {
     const table_t &table = scene.effects_before;
-    const auto marks = [&](const row_t &row) {
-        return row.place == change.row.place && row.is_marking();
+    for (const row_t &row : table) {
+        const bool both = std::any_of(table.begin(), table.end(), [&](const row_t &other) {
+            return other.place == row.place && other.traffic == row.traffic &&
+                   other.effect == row.effect && other.direction != row.direction;
+        });
+        if (row.place == "system" && is_scheduling(row) && !both)
+            return &row;
+    }
+    return nullptr;
+}
+
+// Scheduling wants a group for the traffic, and where traffic is put into groups this is marking:
+// what is scheduled at the place, but not marked there.
+const row_t *scheduled_beside_marking(const scene_t &scene, const row_change_t &change) {
+    const row_t &row = change.row;
+    if (change.gained || scene.before.dialect.typed || !scene.typed() || row.place == "system")
+        return nullptr;
+    const table_t &table = scene.effects_before;
+    const auto marks = [&](const row_t &other) {
+        return other.place == row.place && other.is_marking();
     };
-    return std::any_of(table.begin(), table.end(), marks) &&
-           std::none_of(table.begin(), table.end(), [&](const row_t &row) {
-               return marks(row) && row.traffic == change.row.traffic;
-           });
+    for (const row_t &other : table) {
+        const bool meant = row.is_marking() ? other.place == row.place && is_scheduling(other) &&
+                                                  !is_predefined(other.traffic)
+                                            : same_row(other, row);
+        if (meant && std::any_of(table.begin(), table.end(), marks) &&
+            std::none_of(table.begin(), table.end(), [&](const row_t &mark) {
+                return marks(mark) && mark.traffic == other.traffic;
+            }))
+            return &other;
+    }
+    return nullptr;
+}
+
+// A class of the original that has no class-map, and says what is told.
+std::string class_without_map(const model_t &model, const difference_t &difference) {
+    for (const policy_t &policy : model.policies) {
+        for (const class_t &each : policy.classes) {
+            const bool told =
+                std::any_of(each.actions.begin(), each.actions.end(), [&](const action_t &action) {
+                    return std::binary_search(difference.before.begin(), difference.before.end(),
+                                              action.line);
+                });
+            if (told && !is_predefined(each.name) && model.class_map_names.of(each.name).empty())
+                return std::string(each.name);
+        }
+    }
+    return "";
 }
 
 const class_map_t *empty_class_map(const model_t &model, const std::vector<uint32_t> &told) {
@@ -77,10 +119,19 @@ std::string no_way(const scene_t &scene, const difference_t &difference) {
                    change.row.class_name + " has match lines by it";
     }
     for (const row_change_t &change : difference.rows) {
-        if (is_scheduled_beside_marking(scene, change))
-            return "from 4.1(3) on scheduling needs a qos-group, and " + change.row.place +
-                   " would mark " + change.row.traffic + " by it, which it does not";
+        if (const row_t *row = scheduled_beside_marking(scene, change))
+            return "from 4.1(3) on scheduling needs a qos-group, and " + row->place +
+                   " would mark " + row->traffic + " by it, which it does not";
     }
+    const bool down = scene.before.dialect.typed && !scene.typed();
+    if (const row_t *row = scheduled_one_way(scene); down && row && difference.code == "IC043")
+        return "releases before 4.1(3) schedule the system's input and output alike, and the "
+               "original has " +
+               row->effect + " for " + row->traffic + " in one direction only";
+    if (const std::string name = class_without_map(scene.before, difference); !name.empty())
+        return "class " + name +
+               " has no class-map in the original either, and the target release "
+               "refuses it without one";
     if (const class_map_t *map = empty_class_map(scene.after, difference.after);
         map && difference.rows.empty())
         return "class " + std::string(map->name) +

@@ -30,7 +30,8 @@ class line_restorer_t {
             return {commands, ""};
         for_each_line(scene.after, difference.after,
                       [&](const stanza_t &stanza, const line_t &line) {
-                          if (!difference.before.empty() || !respell(stanza, line))
+                          const bool gone = goes_as_a_whole(stanza) && !is_header(stanza, line);
+                          if (!gone && (!difference.before.empty() || !respell(stanza, line)))
                               remove(stanza, line);
                       });
         for_each_line(scene.before, difference.before,
@@ -54,6 +55,17 @@ class line_restorer_t {
                     visit(stanza, line);
             }
         }
+    }
+
+    static bool is_header(const stanza_t &stanza, const line_t &line) {
+        return stanza.header.number == line.number;
+    }
+
+    // With its first line go those below, which would make it again.
+    bool goes_as_a_whole(const stanza_t &stanza) const {
+        return !difference.before.empty() && !is_map_line(stanza) &&
+               std::binary_search(difference.after.begin(), difference.after.end(),
+                                  stanza.header.number);
     }
 
     static bool is_map_line(const stanza_t &stanza) {

@@ -154,6 +154,9 @@ std::string row_restorer_t::make_joint_class_map(std::string_view type, const ro
         const std::string_view criterion = rest.substr(0, at);
         if (is_predefined(criterion))
             why_not = "no class-map can match " + std::string(criterion) + " and more";
+        if (criterion.starts_with(in_group))
+            why_not = "class " + row.class_name + " matches " + std::string(criterion) +
+                      " in the original, which a class-map of the target release cannot";
         add_line(commands, header, "  match " + std::string(criterion));
         rest.remove_prefix(at == rest.npos ? rest.size() : at + 4);
     }
