@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -14,6 +15,12 @@ void claim(bool holds, const char *what) {
         return;
     fprintf(stderr, "broken claim: %s\n", what);
     abort();
+}
+
+double processor_time() {
+    timespec time = {};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
 std::string read_file(const std::string &path) {

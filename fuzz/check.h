@@ -11,6 +11,9 @@ namespace fuzz {
 // Aborts with `what` unless `holds`.
 void claim(bool holds, const char *what);
 
+// Seconds of the processor that this process has used, which other processes do not lengthen.
+double processor_time();
+
 // A private directory with the configuration file in it, and standard output led into a file beside
 // it, both gone when the process ends.
 class place_t {

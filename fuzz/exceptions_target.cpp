@@ -4,15 +4,17 @@
 //     the place of a finding in it
 //     a file of exceptions ...
 //
-// Whatever it holds, the file is read, or an error names a line of it; and the line that is offered
-// for a finding agrees to this finding.
+// Whatever it holds, the file is read, or an error names the line that is wrong; and the lines that
+// are offered for findings agree to these findings and to no others.
 
 #include "check.h"
 
 #include "base/errors.h"
+#include "secrets/masked_text.h"
 #include "window/exceptions.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 
 using namespace infraconvert;
@@ -42,23 +44,62 @@ std::vector<finding_t> findings_at(const std::string &place) {
     return findings;
 }
 
-bool names_a_line(std::string_view error) {
+// The line that a message names; 0 for none.
+size_t named_line(std::string_view told) {
     constexpr std::string_view word = "agreed, line ";
-    const size_t at = error.find(word);
-    return at != error.npos && error.size() > at + word.size() && isdigit(error[at + word.size()]);
+    const size_t at = told.find(word);
+    return at == told.npos ? 0 : strtoul(told.data() + at + word.size(), nullptr, 10);
 }
 
-void mark(const std::string &text, const std::string &configuration,
-          std::vector<finding_t> &findings) {
+// Marks the findings, and returns 0, or the line that is refused.
+size_t mark(const std::string &text, const std::string &configuration,
+            std::vector<finding_t> &findings) {
     std::ofstream(exceptions_file(), std::ios::binary) << text;
     try {
         exceptions_t agreed({"@" + exceptions_file()}, day);
         agreed.mark(configuration, findings);
         for (const std::string &told : agreed.idle())
-            fuzz::claim(names_a_line(told), "what is idle is told of with its line");
+            fuzz::claim(named_line(told) > 0, "what is idle is told of with its line");
     } catch (const input_error_t &e) {
-        fuzz::claim(names_a_line(e.what()), "the error names the line");
+        fuzz::claim(named_line(e.what()) > 0, "the error names a line");
+        return named_line(e.what());
     }
+    return 0;
+}
+
+void comment_out(std::string &text, size_t line) {
+    size_t start = 0;
+    for (size_t i = 1; i < line; i++) {
+        start = text.find('\n', start) + 1;
+        fuzz::claim(start > 0, "the line is one of the file");
+    }
+    text.insert(start, "#");
+}
+
+// The file without the lines that are refused is read: none else was wrong.
+void mark_without_wrong_lines(std::string text, const std::string &configuration,
+                              std::vector<finding_t> &findings) {
+    size_t before = 0;
+    while (const size_t line = mark(text, configuration, findings)) {
+        fuzz::claim(line > before, "a line that was taken out is refused no more");
+        comment_out(text, line);
+        before = line;
+    }
+}
+
+bool is_agreed(const finding_t &finding) { return finding.accepted.has_value(); }
+
+void read_what_is_offered(const std::string &configuration, const std::string &place) {
+    std::vector<finding_t> findings = findings_at(place), elsewhere = findings_at(place + 'x');
+    const std::string offered = exceptions_for(configuration, findings);
+    mark(offered, configuration, findings);
+    fuzz::claim(std::all_of(findings.begin(), findings.end(), is_agreed),
+                "the lines that are offered agree to the findings");
+    if (place.empty() || (configuration + place).find(masked_mark) != std::string::npos)
+        return; // which is any place, or any name with some text in its middle
+    mark(offered, configuration, elsewhere);
+    fuzz::claim(std::none_of(elsewhere.begin(), elsewhere.end(), is_agreed),
+                "the lines that are offered agree to nothing elsewhere");
 }
 
 } // namespace
@@ -69,12 +110,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     if ((configuration + place).find('\0') != std::string::npos)
         return 0; // which no name holds, and no configuration that is read
     std::vector<finding_t> findings = findings_at(place);
-    mark(std::string(rest), configuration, findings);
-
-    findings = findings_at(place);
-    mark(exceptions_for(configuration, findings), configuration, findings);
-    fuzz::claim(std::all_of(findings.begin(), findings.end(),
-                            [](const finding_t &f) { return f.accepted.has_value(); }),
-                "the lines that are offered agree to the findings");
+    mark_without_wrong_lines(std::string(rest), configuration, findings);
+    read_what_is_offered(configuration, place);
     return 0;
 }

@@ -50,17 +50,30 @@ std::string piece(std::string_view &rest) {
     return std::string(taken);
 }
 
-// The texts that come from outside: names of files, what a system says of them, and what people
-// write. All others are words of the command.
+// Names of files, what a system says of them, and what people write come from outside and hold any
+// bytes; all other texts are words of the command.
 plan_t plan_of(std::string_view bytes) {
+    const auto number = [&] { return piece(bytes).size(); };
+    const auto words = [&] { return std::vector<std::string>(number() % 4, "word"); };
     plan_t plan;
-    plan.services = {"qos"};
+    plan.services = words();
+    plan.keep_going = number() % 2;
+    plan.mend = number() % 2 ? "all" : "";
+    plan.key_digest = "ef56";
     while (!bytes.empty()) {
         planned_t planned;
         planned.path = piece(bytes);
         planned.problem = piece(bytes);
+        planned.state = static_cast<planned_state_t>(number() % 6);
         planned.route = {"4.1(2)", "5.0(3)"};
-        planned.agreed = {{"IC041", piece(bytes), "", 1}};
+        planned.rules = words();
+        planned.failed_services = words();
+        planned.findings = {number(), number(), number(), number()};
+        planned.agreed = {{"IC041", piece(bytes), "2027-03-31", number()}};
+        planned.refused = words();
+        planned.mended = number() % 2;
+        planned.input_digest = "ab12";
+        planned.result_digest = "cd34";
         plan.configurations.push_back(planned);
     }
     return plan;
