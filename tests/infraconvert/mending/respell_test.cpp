@@ -100,7 +100,7 @@ TEST(respell, puts_the_mode_of_a_port_ahead_of_its_extender) {
                   good);
 }
 
-TEST(respell, puts_stanzas_in_the_order_in_which_they_are_saved) {
+TEST(respell, puts_maps_between_everything_else_and_the_interfaces) {
     const std::string text = "  lost\ninterface Ethernet1/1\n  service-policy input p\n"
                              "hostname sw1\ncontrol-plane\n  x\nsystem  qos\n  service-policy p\n"
                              "policy-map p\n  class a\n    priority\n"
@@ -109,10 +109,10 @@ TEST(respell, puts_stanzas_in_the_order_in_which_they_are_saved) {
                              "interface Ethernet1/1\n  shutdown\n"
                              "class-map a\n  match cos 5\nsystem qos\n  x";
     const std::string ordered = in_written_order(text).text;
-    EXPECT_EQ(ordered, "  lost\nhostname sw1\n"
+    EXPECT_EQ(ordered, "  lost\nhostname sw1\ncontrol-plane\n  x\n"
+                       "system  qos\n  service-policy p\nsystem qos\n  x\n"
                        "class-map b\n  match cos 4\nclass-map a\n  match cos 5\n"
                        "policy-map p\n  class a\n    priority\n  class b\n    pause\n"
-                       "control-plane\n  x\nsystem  qos\n  service-policy p\n  x\n"
                        "interface Ethernet1/1\n  service-policy input p\n"
                        "interface Ethernet1/1\n  shutdown\n");
     expect_the_same_meaning(text, ordered);

@@ -285,14 +285,10 @@ struct piece_t {
 
 int rank_of(const std::string &header) {
     const words_t words = split_words(header);
-    if (words.empty())
-        return 0;
-    return words[0] == "class-map"     ? 2
-           : words[0] == "policy-map"  ? 3
-           : header == "system qos"    ? 4
-           : header == "control-plane" ? 4
-           : words[0] == "interface"   ? 5
-                                       : 1;
+    return words[0] == "class-map"    ? 2
+           : words[0] == "policy-map" ? 3
+           : words[0] == "interface"  ? 4
+                                      : 1;
 }
 
 std::vector<piece_t> pieces_of(std::string_view text) {
@@ -314,7 +310,7 @@ std::vector<piece_t> pieces_of(std::string_view text) {
 
 // The lines of a later stanza of the same map, below those of the first.
 bool merged(std::vector<piece_t> &pieces, const piece_t &piece) {
-    if (piece.rank < 2 || piece.rank > 4)
+    if (piece.rank != 2 && piece.rank != 3)
         return false;
     for (piece_t &known : pieces) {
         if (known.header != piece.header)
@@ -336,8 +332,8 @@ respelling_t in_written_order(std::string_view text) {
     std::stable_sort(pieces.begin(), pieces.end(),
                      [](const piece_t &a, const piece_t &b) { return a.rank < b.rank; });
     respelling_t result = {"",
-                           "class-maps, policy-maps and \"system qos\" in this order, behind what "
-                           "has nothing to do with them and ahead of the interfaces"};
+                           "class-maps and policy-maps in this order, behind everything else and "
+                           "ahead of the interfaces"};
     for (const piece_t &piece : pieces)
         result.text += piece.text;
     return result;

@@ -26,8 +26,9 @@ respelling_t with_fabric_order(std::string_view text, std::string_view release);
 // Maps without their descriptions, which mean nothing.
 respelling_t without_descriptions(std::string_view text, std::string_view release);
 
-// Stanzas of one first line as one, and class-maps, policy-maps and "system qos" in this order
-// between the stanzas that have nothing to do with them and the interfaces.
+// Maps of one first line as one, and class-maps and policy-maps in this order between everything
+// else and the interfaces. Attachments to the system stand ahead of them, where converters pass
+// them over: some fail because of them, and they can be typed again.
 respelling_t in_written_order(std::string_view text);
 
 } // namespace infraconvert::mending
