@@ -213,7 +213,7 @@ class line_restorer_t {
             command.order.push_back(joined(split_words(carried_over(below.text))));
         const bool whole = line.number == stanza.header.number;
         for (const line_t &below : whole ? stanza.body : std::span(&line, 1))
-            add_line(commands, header, "  " + carried_over(below.text));
+            add_line(commands, header, std::string(below.indent, ' ') + carried_over(below.text));
     }
 
     // A line of the original as the target spells it. What the original's release does not read as
