@@ -14,7 +14,8 @@ struct ordered_t {
     std::string traffic, name;
     const class_map_t *map;
     uint32_t line;
-    bool acts; // it has actions
+    bool acts;           // it has actions
+    std::string sharing; // the traffic in the group that it sets; empty: it sets none
 };
 
 struct order_t {
@@ -83,14 +84,24 @@ std::set<std::string, std::less<>> lines_told(const std::vector<difference_t> &d
     return lines;
 }
 
+// The traffic with which a class of a typed policy shares its group.
+std::string sharing_of(const groups_t &groups, const class_t &from) {
+    for (const action_t &action : from.actions) {
+        if (action.kind == action_kind_t::group)
+            return in_words(groups.of(action.group()));
+    }
+    return "";
+}
+
 order_t order_of(const model_t &model, const policy_t &policy) {
     order_t order;
+    const groups_t groups(model, policy.type == types::qos ? &policy : nullptr);
     for (const class_t &each : policy.classes) {
         const traffic_t traffic = traffic_of(model, policy.type, each.name);
         if (!is_predefined(each.name) && !traffic.empty())
             order.classes.push_back({in_words(traffic), std::string(each.name),
                                      model.class_map(policy.type, each.name), each.lines.front(),
-                                     !each.actions.empty()});
+                                     !each.actions.empty(), sharing_of(groups, each)});
     }
     for (size_t i = 0; i < order.classes.size(); i++)
         order.by_traffic[order.classes[i].traffic].push_back(i);
@@ -178,12 +189,15 @@ class order_teller_t {
     }
 
     // Behind a class that only stood in front of others and is gone, or in front of which there is
-    // a new one, classes keep their rows and get other packets.
+    // a new one, classes keep their rows and get other packets. One class for all that shared a
+    // group gets what the group got.
     void compare_takers(const order_t &old, const order_t &now) {
         const takers_t takers = takers_of(now);
         for (const auto &[line, was] : takers_of(old)) {
             const auto is = takers.find(line);
             if (is == takers.end() || rows_told.contains(line))
+                continue;
+            if (is->second->acts && is->second->traffic == was->sharing)
                 continue;
             if (is->second->acts && !stays(*was, old, now))
                 tell(*was, *is->second,
