@@ -103,8 +103,10 @@ TEST(judged, as_it_is_written) {
         std::string now;
         for (const case_t &each : cases_in(entry.path())) {
             const std::string told = told_of(each);
-            EXPECT_EQ(told, each.told)
-                << entry.path().filename() << ": " << each.title << each.texts;
+            if (!getenv("GOLDEN_ACCEPT")) {
+                EXPECT_EQ(told, each.told)
+                    << entry.path().filename() << ": " << each.title << each.texts;
+            }
             now += each.title + each.texts + told;
             count++;
         }
