@@ -1,6 +1,8 @@
 // What the audit finds: each code on a small configuration, and not on its neighbour.
 
 #include "infraconvert/workspace.h"
+#include "support/converter_process.h"
+#include "support/golden.h"
 
 #include "audit/audit.h"
 
@@ -444,11 +446,6 @@ std::string listed(const json &configuration) {
     return text;
 }
 
-std::string contents(const fs::path &file) {
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 bool has_error(const json &configuration) {
     const json &findings = configuration["findings"];
     return std::any_of(findings.begin(), findings.end(),
@@ -459,25 +456,18 @@ bool has_error(const json &configuration) {
 // environment makes the findings the expectation.
 TEST(golden_findings, are_as_expected) {
     const workspace_t here;
-    for (const auto &entry : fs::recursive_directory_iterator(GOLDEN_DIRECTORY)) {
-        if (entry.path().filename() != "in.cfg")
-            continue;
-        const fs::path folder = entry.path().parent_path(), pair = folder.parent_path();
-        const std::string releases = pair.filename();
-        const size_t middle = releases.find("__");
-        const json found =
-            audit(here, {"--from", releases.substr(0, middle), "--to", releases.substr(middle + 2),
-                         "--service", pair.parent_path().filename(), entry.path()});
+    for (const support::golden_t &golden : support::golden_cases()) {
+        const json found = audit(here, {"--from", golden.from, "--to", golden.to, "--service",
+                                        golden.service, golden.folder / "in.cfg"});
         const std::string findings = listed(found["configurations"][0]);
+        const fs::path expected = golden.folder / "findings";
         if (getenv("GOLDEN_ACCEPT")) {
-            std::ofstream(folder / "findings") << findings;
+            std::ofstream(expected) << findings;
             continue;
         }
-        EXPECT_TRUE(fs::exists(folder / "findings")) << folder;
-        EXPECT_EQ(findings, contents(folder / "findings")) << folder;
-        EXPECT_EQ(has_error(found["configurations"][0]),
-                  folder.filename().string().starts_with("trap-"))
-            << folder;
+        EXPECT_TRUE(fs::exists(expected)) << golden.folder;
+        EXPECT_EQ(findings, support::read_file(expected)) << golden.folder;
+        EXPECT_EQ(has_error(found["configurations"][0]), golden.is_trap()) << golden.folder;
     }
 }
 

@@ -3,8 +3,9 @@
 // the results the expectation.
 
 #include "infraconvert/workspace.h"
+#include "support/converter_process.h"
+#include "support/golden.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -17,44 +18,22 @@ namespace {
 namespace fs = std::filesystem;
 using arguments_t = std::vector<std::string>;
 using nlohmann::json;
+using support::golden_t;
+using support::read_file;
 using support::workspace_t;
 
-std::string contents(const fs::path &file) {
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-struct trap_t {
-    fs::path folder;
-    arguments_t releases;
-
-    arguments_t with(const arguments_t &more) const {
-        arguments_t all = more;
-        all.insert(all.end(), releases.begin(), releases.end());
-        all.push_back(folder / "in.cfg");
-        return all;
-    }
-};
-
-std::vector<trap_t> all_traps() {
-    std::vector<trap_t> traps;
-    for (const auto &entry : fs::recursive_directory_iterator(GOLDEN_DIRECTORY)) {
-        if (!entry.path().filename().string().starts_with("trap-"))
-            continue;
-        const std::string pair = entry.path().parent_path().filename();
-        const size_t middle = pair.find("__");
-        traps.push_back(
-            {entry.path(), {"--from", pair.substr(0, middle), "--to", pair.substr(middle + 2)}});
-    }
-    return traps;
+arguments_t with(const golden_t &trap, const arguments_t &words) {
+    arguments_t all = words;
+    all.insert(all.end(), {"--from", trap.from, "--to", trap.to, trap.folder / "in.cfg"});
+    return all;
 }
 
 struct mended_trap_t {
     std::string text, by_hand; // empty: nothing is mended; nothing is left
 };
 
-mended_trap_t mended(const workspace_t &here, const trap_t &trap) {
-    const json audit = json::parse(here.run(trap.with({"audit", "--json"})).out);
+mended_trap_t mended(const workspace_t &here, const golden_t &trap) {
+    const json audit = json::parse(here.run(with(trap, {"audit", "--json"})).out);
     mended_trap_t result;
     std::string left;
     std::set<std::string> reasons;
@@ -73,7 +52,7 @@ mended_trap_t mended(const workspace_t &here, const trap_t &trap) {
     if (!left.empty())
         convert.insert(convert.end(), {"--accept", left});
     if (fixes)
-        result.text = here.run(trap.with(convert)).out;
+        result.text = here.run(with(trap, convert)).out;
     return result;
 }
 
@@ -85,7 +64,9 @@ void accept(const fs::path &file, const std::string &text) {
 
 TEST(golden_fixes, mend_what_golden_conversions_lose) {
     const workspace_t here;
-    for (const trap_t &trap : all_traps()) {
+    for (const golden_t &trap : support::golden_cases()) {
+        if (!trap.is_trap())
+            continue;
         const mended_trap_t result = mended(here, trap);
         const fs::path text = trap.folder / "mended.cfg", by_hand = trap.folder / "by-hand";
         EXPECT_FALSE(result.text.empty() && result.by_hand.empty()) << trap.folder;
@@ -94,11 +75,11 @@ TEST(golden_fixes, mend_what_golden_conversions_lose) {
             accept(by_hand, result.by_hand);
             continue;
         }
-        EXPECT_EQ(result.text, contents(text)) << trap.folder;
-        EXPECT_EQ(result.by_hand, contents(by_hand)) << trap.folder;
+        EXPECT_EQ(result.text, read_file(text)) << trap.folder;
+        EXPECT_EQ(result.by_hand, read_file(by_hand)) << trap.folder;
         if (!result.by_hand.empty())
             continue;
-        EXPECT_EQ(here.run(trap.with({"audit", "--result", text})).status, 0) << trap.folder;
+        EXPECT_EQ(here.run(with(trap, {"audit", "--result", text})).status, 0) << trap.folder;
     }
 }
 
