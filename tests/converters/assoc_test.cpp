@@ -88,9 +88,9 @@ double seconds_for(size_t lines) {
     std::string text = "vlan 1\n";
     while (lines-- > 0)
         text += "  name of vlan 7\n";
-    const double start = support::seconds_of_children();
+    const double start = support::processor_seconds();
     EXPECT_EQ(converted(text, false), '0' + text);
-    return support::seconds_of_children() - start;
+    return support::processor_seconds() - start;
 }
 
 } // namespace
