@@ -243,10 +243,11 @@ const passed_by_t passed_by[] = {
      "  service-policy type qos input p\n  service-policy type queuing input p\nend\n"},
     {{to_typed,
       "\nclass-map a\npolicy-map p\n  class class-all-flood\n    set qos-group 2\n  class a\n"
-      "    set qos-group 3\nend\n",
+      "    set qos-group 3\npolicy-map q\n  class a\n    set qos-group 2\nend\n",
       "qoscnv_alter_existing_type_qos_policymap(): Deleted special class class-all-flood\n"},
      "\nclass-map type qos class-all-flood\nclass-map type qos a\npolicy-map type qos p\n"
-     "  class type qos class-all-flood\n  class type qos a\n    set qos-group 3\nend\n"},
+     "  class type qos class-all-flood\n  class type qos a\n    set qos-group 3\n"
+     "policy-map type qos q\n  class type qos a\n    set qos-group 2\nend\n"},
     {{to_typed, "\nclass-map a\npolicy-map p\n  class a\n    police 5\nend\n",
       "qoscnv_convert_action_to_pmap_type(): Unexpected action; ignoring\n"},
      "\nclass-map type qos a\npolicy-map type qos p\n  class type qos a\n    police 5\nend\n"},

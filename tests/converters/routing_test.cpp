@@ -56,6 +56,7 @@ const row_t rows[] = {
      "vlan  10\n  fcoe\nvlan  11\n  fcoe\nvlan 10-11\n  name a\n"},
     {"assoc", "4.1(3)", "5.0(2)", "vlan 9,19-20\n  fcoe\n",
      "vlan  9\n  fcoe\nvlan  19\n  fcoe\nvlan  20\n  fcoe\nvlan 9,19-20\n"},
+    {"assoc", "4.1(3)", "5.0(2)", "vlan 5\nx y\n  fcoe\n", "vlan  5\n  fcoe\nvlan 5\nx y\n"},
     {"assoc", "4.2(1)", "5.0(2)", "vlan 5\n  fcoe\n", nullptr},
     {"assoc", "4.1(3)", "4.2(1)", "vlan 5\n  fcoe\n", nullptr},
     {"qos", "4.1(3)", "4.0(1)", "class-map c\n", "class-map c\n"},
