@@ -184,6 +184,7 @@ TEST(routing, a_large_text_with_few_edits) {
         support::convert(support::service_named("npiv"),
                          "npiv enable\n" + filler + "npiv enable\n" + filler, "4.0(1)", "5.0(1)");
     EXPECT_EQ(up.file, "feature npiv\n" + filler + "feature npiv\n" + filler);
+    EXPECT_EQ(up.process.output, up.file);
 }
 
 TEST(routing, up_and_down_again_gives_old_forms_back) {

@@ -135,6 +135,8 @@ TEST(instances, each_question_about_a_pair_of_releases) {
         {qoscnv_read_versions, qoscnv_subver_from_eq_1, "5.0(3)U1(1)", "5.0(3)U2(1)", true},
         {fcportsec_read_versions, fcportsec_ver_from_eq_4_1_3_K_2_1, "4.1(3)K2(1)", "4.2(1)", true},
         {fcportsec_read_versions, fcportsec_ver_to_eq_4_1_3_K_2_1, "4.2(1)", "4.1(3)K2(2)", false},
+        {fcportsec_read_versions, fcportsec_ver_from_gt_4_1_3_K_2_1, "4.1(3)K2(1)", "4.2(1)",
+         false},
         {fcportsec_read_versions, fcportsec_ver_from_lt_4_1_3_K_2_1, "4.1(3)K1(9)", "4.2(1)", true},
         {fcportsec_read_versions, fcportsec_ver_to_lt_4_1_3_K_1_1, "4.2(1)", "4.1(3)K1(1)", false},
         {npiv_read_versions, npiv_ver_from_lt_4_1_3_K_2_1, "4.1(3)K1(1)", "4.2(1)", false},

@@ -168,7 +168,8 @@ TEST(replace_file, two_writers_at_once_do_not_take_each_other_for_dead) {
 }
 
 TEST(replace_file, may_be_called_off_up_to_the_first_byte) {
-    for (const bool has_second_link : {false, true}) {
+    for (const auto &[has_second_link, writes] :
+         {std::pair(false, true), std::pair(true, true), std::pair(true, false)}) {
         const support::temporary_directory_t place;
         const std::string file = place.path() + "/a.cfg";
         support::write_file(file, "old");
@@ -180,8 +181,8 @@ TEST(replace_file, may_be_called_off_up_to_the_first_byte) {
                 errno = ECANCELED;
                 return false;
             }});
-            EXPECT_FALSE(replacement.begin(file.c_str()) && replacement.write("new") &&
-                         replacement.commit());
+            ASSERT_TRUE(replacement.begin(file.c_str()));
+            EXPECT_FALSE((!writes || replacement.write("new")) && replacement.commit());
             EXPECT_EQ(errno, ECANCELED);
         }
         EXPECT_EQ(support::read_file(file), "old");
