@@ -271,6 +271,11 @@ TEST(mend, says_why_lines_of_the_original_have_no_place) {
                                   "  class type queuing voice\n    bandwidth percent 8\n"
                                   "interface Ethernet1/1\n"
                                   "  service-policy type queuing output ports\n";
+    const std::string guard = "class-map type control-plane match-any arp\n"
+                              "  match protocol arp\n"
+                              "policy-map type control-plane guard\n  class arp\n"
+                              "    police pps 20\ncontrol-plane\n"
+                              "  service-policy input guard\n";
     const std::string groups =
         with(typed, "  match cos 5\n", "  match cos 5\n  match qos-group 7\n");
     struct {
@@ -284,6 +289,7 @@ TEST(mend, says_why_lines_of_the_original_have_no_place) {
         {with(typed, "  service-policy type queuing input dc\n", ""),
          with(typed, "  service-policy type queuing input dc\n", ""), "4.2(1)", "4.1(2)",
          "and the original has bandwidth percent 30 for cos 4 in one direction only"},
+        {guard, guard, "5.1(1)", "4.1(3)", "is of a control-plane policy, which the target"},
         {groups, untyped, "4.2(1)", "4.1(2)",
          "class voice matches qos-group 7 in the original, which a class-map of the target"}};
     for (const auto &each : cases) {

@@ -88,6 +88,16 @@ TEST(rooms, are_made_together_with_a_readable_class_map) {
                   "5.0(3)", "4.1(2)", "  class class-fcoe\n    bandwidth percent 22\n");
 }
 
+// Maps that stayed in the old form are all written anew, also those that matched nothing but
+// groups.
+TEST(rooms, are_made_anew_where_the_maps_stayed_as_they_were) {
+    const std::string original = classes + "class-map type queuing lane\n  match qos-group 2\n"
+                                           "policy-map type network-qos sizes\n"
+                                           "  class type network-qos class-fcoe\n    mtu 2158\n"
+                                           "system qos\n  service-policy type network-qos sizes\n";
+    expect_mended(original, original, "4.1(3)", "4.0(1)", "class-map lane\n");
+}
+
 // What is said in one direction only stays as the conversion made it; the rest comes back.
 TEST(rooms, are_found_beside_what_cannot_be_said) {
     const std::string original = classes + "class-map type queuing voice\n  match qos-group 2\n"

@@ -108,6 +108,15 @@ std::string no_way(const scene_t &scene, const difference_t &difference) {
         return "the original is not in the form of its release; check --from";
     if (difference.code == "IC047")
         return "the target release has no control-plane policies";
+    const auto &told = difference.after;
+    if (difference.code == "IC046" && !scene.after.dialect.control_plane &&
+        std::any_of(scene.after.class_maps.begin(), scene.after.class_maps.end(),
+                    [&](const class_map_t &map) {
+                        return map.type == types::control_plane &&
+                               std::binary_search(told.begin(), told.end(), map.headers.front());
+                    }))
+        return "one of the class-maps is of a control-plane policy, which the target release has "
+               "not";
     const auto fc = static_cast<size_t>(scene.after.dialect.fc_security);
     if (difference.code == "IC048" && fc == 1)
         return "the target release takes \"feature port-security\" for FC port security";

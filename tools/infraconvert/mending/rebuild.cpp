@@ -60,16 +60,15 @@ class rebuilding_t {
     rebuilding_t(const original_t &of, std::string result,
                  std::span<const std::string_view> through, names_t takes, work_t &done)
         : original(of), route(through), names(takes), work(done), text(std::move(result)),
-          first(text), base(first, through.back(), through.front()) {}
+          base(of, text, through) {}
 
     candidate_t run(bool anew) {
         if (anew)
-            add(removal_of_qos(base.model));
+            add(removal_of_qos(base.side.model));
         for (size_t step = 0; step < most_steps && !work.is_too_much(); step++) {
             const judged_t now(original, text, route);
             work.add(text);
-            if (now.errors.empty() ||
-                !((anew && next_attachment(now)) || next_row(now) || next_content(now)))
+            if (!((anew && next_attachment(now)) || next_row(now) || next_content(now)))
                 break;
         }
         return {commands, ""};
@@ -95,7 +94,7 @@ class rebuilding_t {
                     lost.push_back(&change.row);
             }
         }
-        const scene_t scene(original.side, now.side, &base.table);
+        const scene_t scene(original.side, now.side, &base.side.table);
         std::sort(lost.begin(), lost.end(), [&](const row_t *a, const row_t *b) {
             return rank(scene.before, *a) < rank(scene.before, *b);
         });
@@ -113,7 +112,7 @@ class rebuilding_t {
     // Attachments that give no row must keep their policy-maps' names, and a place of an untyped
     // release has room for one: what gives rows goes into it.
     bool next_attachment(const judged_t &now) {
-        const scene_t scene(original.side, now.side, &base.table);
+        const scene_t scene(original.side, now.side, &base.side.table);
         for (const difference_t &difference : now.differences) {
             if (!difference.is_error() || !difference.rows.empty())
                 continue;
@@ -128,11 +127,17 @@ class rebuilding_t {
         return false;
     }
 
+    // A warning that the removal made is not to stay either.
+    bool is_to_be_mended(const difference_t &difference) const {
+        return difference.is_error() ||
+               (difference.code == "IC026" && !base.warnings.contains("IC026"));
+    }
+
     // New effects that the conversion made too, because the release cannot say it otherwise.
     bool stays(const difference_t &difference) const {
         const auto is_old = [&](const row_change_t &change) {
             return change.gained &&
-                   std::any_of(base.table.begin(), base.table.end(),
+                   std::any_of(base.side.table.begin(), base.side.table.end(),
                                [&](const row_t &row) { return same_row(row, change.row); });
         };
         return !difference.rows.empty() &&
@@ -140,9 +145,9 @@ class rebuilding_t {
     }
 
     bool next_content(const judged_t &now) {
-        const scene_t scene(original.side, now.side, &base.table);
+        const scene_t scene(original.side, now.side, &base.side.table);
         for (const difference_t &difference : now.differences) {
-            if (!difference.is_error() || stays(difference))
+            if (!is_to_be_mended(difference) || stays(difference))
                 continue;
             for (const attachment_t &attachment : scene.before.attachments) {
                 if (difference.rows.empty() &&
@@ -163,8 +168,7 @@ class rebuilding_t {
     const names_t names;
     work_t &work;
     std::string text;
-    const std::string first; // the text before anything was done
-    const side_t base;       // points into it
+    const judged_t base; // before anything was done
     std::map<std::string, int> tries;
     std::unordered_set<size_t> seen = {std::hash<std::string>()(text)}; // hashes of texts
     commands_t commands;
