@@ -23,7 +23,8 @@ void in_rows_t::add_classifiers(const model_t &model, const row_t &row) {
         return;
     policies.insert(std::string(policy->name));
     const auto [known, is_new] = setting.try_emplace(policy);
-    for (const class_t &each : is_new ? policy->classes : std::vector<class_t>()) {
+    static const std::vector<class_t> none; // of the same kind, so that the names are not of a copy
+    for (const class_t &each : is_new ? policy->classes : none) {
         for (const action_t &action : each.actions) {
             if (action.kind == action_kind_t::group)
                 known->second[action.group()].push_back(each.name);
