@@ -167,6 +167,28 @@ TEST_F(preview_t, rollback_shows_exactly_what_does_not_come_back) {
                          "@@ -5 +8,0 @@\n-  fcoe\n");
 }
 
+// Nothing in it is an error, but the size of the MTU does not come back by itself.
+TEST_F(preview_t, rollback_says_what_brings_back_an_mtu) {
+    here.write("mtu.cfg",
+               "hostname sw1\nclass-map voice\n  match cos 5\nclass-map video\n  match cos 4\n"
+               "policy-map dc\n  class voice\n    priority\n    mtu 9000\n"
+               "system qos\n  service-policy dc\n");
+    const auto way = here.run(preview({"--json", "--rollback", "mtu.cfg"}));
+    const json back = json::parse(way.out);
+    EXPECT_EQ(back["verdict"], "reversible with these lines");
+    ASSERT_EQ(back["findings"].size(), 1) << back["findings"];
+    EXPECT_EQ(back["findings"][0]["code"], "IC054");
+    EXPECT_EQ(back["findings"][0]["fixes"][0]["lines"],
+              json({"policy-map dc", "  class voice", "    mtu 9000"}));
+    EXPECT_TRUE(contains(way.err, "mtu.cfg: reversible with these lines: "));
+    const auto audit = here.run({"audit", "--rollback", "--from", "4.1(2)", "--to", "5.0(2)",
+                                 "--fixes", "fixes", "mtu.cfg"});
+    EXPECT_EQ(audit.status, 0);
+    EXPECT_TRUE(contains(audit.out, "mtu.cfg: changed, reversible with these lines, 1 warning\n"));
+    EXPECT_TRUE(here.read("fixes/mtu.cfg/after.cfg")
+                    .ends_with("policy-map dc\n  class voice\n    mtu 9000\n"));
+}
+
 TEST_F(preview_t, json_says_the_same) {
     const std::string diff = here.run(preview({"switch.cfg"})).out;
     const json document = json::parse(here.run(preview({"--json", "switch.cfg"})).out);
@@ -185,6 +207,7 @@ TEST_F(preview_t, json_says_the_same) {
     const json back = json::parse(here.run(preview({"--json", "--rollback", "switch.cfg"})).out);
     EXPECT_EQ(back["reversible"], false);
     EXPECT_EQ(back["rollback"]["services"][1]["rules"][0]["id"], "IC-FCPS-03");
+    EXPECT_EQ(back["verdict"], "reversible");
     const auto plan = here.run({"plan", "--json", "--from", "4.1(2)", "--to", "5.0(2)"});
     EXPECT_EQ(json::parse(plan.out)["services"][4]["rules"][0]["id"], "IC-VLAN-01");
     const auto rule = here.run({"explain", "--json", "IC-FEX-01"});

@@ -66,7 +66,9 @@ bool runs_every_rule(const conversion_request_t &request) {
     });
 }
 
-bool is_error(const finding_t &finding) { return finding.kind->severity == severity_t::error; }
+bool wants_lines(const finding_t &finding) { return mending::wants_lines(*finding.kind); }
+
+bool is_wanted(const finding_t &finding) { return wants_lines(finding) && !finding.accepted; }
 
 // Findings by what they tell.
 class told_t {
@@ -86,7 +88,7 @@ class told_t {
         if (first != end)
             return;
         for (finding_t &finding : findings) {
-            if (is_error(finding) && finding.kind == &difference.code.kind() &&
+            if (wants_lines(finding) && finding.kind == &difference.code.kind() &&
                 finding.fixes.empty() && finding.by_hand.empty()) {
                 visit(finding);
                 return;
@@ -173,7 +175,7 @@ void add_fixes(std::vector<finding_t> &findings, const mended_t &mended,
         if (!fix.mends.empty())
             continue;
         for (finding_t &finding : findings) { // of a conversion that failed
-            if (is_error(finding))
+            if (wants_lines(finding))
                 add_once(finding, text);
         }
     }
@@ -184,13 +186,17 @@ void add_fixes(std::vector<finding_t> &findings, const mended_t &mended,
                 finding.choices.push_back({false, lines_of(choice), {left.difference.words}});
         });
     for (finding_t &finding : findings) {
-        if (is_error(finding) && finding.fixes.empty() && finding.by_hand.empty())
+        if (wants_lines(finding) && finding.fixes.empty() && finding.by_hand.empty())
             tell_of_all(finding, mended, original);
     }
 }
 
+bool judged_result_t::loses() const {
+    return std::any_of(findings.begin(), findings.end(), is_wanted);
+}
+
 const char *judged_result_t::verdict() const {
-    if (std::none_of(findings.begin(), findings.end(), is_open_error))
+    if (!loses())
         return "reversible";
     return mended.by_hand.empty() ? "reversible with these lines" : "not reversible";
 }
@@ -209,7 +215,7 @@ mended_t mend_findings(std::vector<finding_t> &findings, const converted_t &conv
     mended_t mended;
     mended.original = *conversion.original;
     mended.result = *conversion.result;
-    if (runs_every_rule(request) && std::any_of(findings.begin(), findings.end(), is_open_error)) {
+    if (runs_every_rule(request) && std::any_of(findings.begin(), findings.end(), is_wanted)) {
         mended = mend_conversion(conversion, request);
         add_fixes(findings, mended, *conversion.original);
     }

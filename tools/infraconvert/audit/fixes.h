@@ -32,9 +32,14 @@ struct judged_result_t {
     std::vector<finding_t> findings; // of the whole route, with their fixes
     mending::mended_t mended;
 
+    // Something is not as it was that lines are wanted for, and nobody agreed to that.
+    bool loses() const;
     // Of a way back: "reversible", "reversible with these lines", or "not reversible".
     const char *verdict() const;
 };
+// The verdict where there is nothing to judge.
+constexpr const char *back_fails = "not reversible: the way back fails";
+
 judged_result_t judge_with_fixes(const std::string &original, const std::string &result,
                                  const route_t &route);
 

@@ -136,13 +136,13 @@ converted_t round_trip(const converted_t &forward, const converted_t &back) {
     return both;
 }
 
-std::string verdict(const converted_t &both, const judged_result_t &way) {
+std::string verdict_in_words(const converted_t &both, const judged_result_t &way) {
     if (!both.changes())
         return "reversible: a rollback gives back every byte";
-    if (way.findings.empty() || count_findings(way.findings).errors == 0)
-        return "reversible: a rollback gives back every effect; the diff shows what it leaves "
-               "different";
-    return std::string(way.verdict()) + ": the diff shows what a rollback leaves different";
+    const std::string reversible = way.verdict();
+    return reversible + (way.loses() ? ": the diff shows what a rollback leaves different"
+                                     : ": a rollback gives back every effect; the diff shows what "
+                                       "it leaves different");
 }
 
 // What the way there and back leaves different.
@@ -155,16 +155,19 @@ int show_way_back(const preview_options_t &options, const job_t &job, exceptions
     const view_t view = {both, job.file, there.front() + ", after " + there.back() + " and back"};
     const bool usable = !back.exact.failed() || options.keep_going;
     const std::string diff = usable ? diff_of(options, view, !options.json) : "";
-    judged_result_t way = judge_with_fixes(*exact.original, *exact.result, there_and_back(there));
+    judged_result_t way;
+    if (usable)
+        way = judge_with_fixes(*exact.original, *exact.result, there_and_back(there));
     agreed.mark(job.file, way.findings);
+    const std::string verdict = usable ? way.verdict() : back_fails;
     if (options.mask)
         mask_findings(way.findings, exact);
-    write_output(options.json
-                     ? preview_json({plain_name(job.file), diff, forward, way.findings, back})
-                     : diff);
+    write_output(options.json ? preview_json({plain_name(job.file), diff, forward, way.findings,
+                                              back, verdict})
+                              : diff);
     if (usable && exact.changes())
         tell_findings(name + ", there and back", way.findings);
-    message(name + ": " + (usable ? verdict(exact, way) : "cannot be converted back"));
+    message(name + ": " + (usable ? verdict_in_words(exact, way) : "cannot be converted back"));
     return status_of(options, forward.exact.failed() || back.exact.failed(), exact.changes());
 }
 

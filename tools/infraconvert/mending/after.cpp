@@ -30,7 +30,7 @@ bool has_lines_of(const commands_t &all, const commands_t &some) {
 }
 
 bool is_gone(const difference_t &difference, const judged_t &now) {
-    return !any_of(parts_of(difference), now.errors);
+    return !any_of(parts_of(difference), now.wrong);
 }
 
 } // namespace
@@ -40,7 +40,7 @@ after_t::after_t(const mending_request_t &asked, const meaning::original_t &of,
     : request(asked), original(of), work(done), current(judged(converted)) {}
 
 void after_t::run() {
-    if (current->errors.size() > most_errors)
+    if (current->wrong.size() > most_errors)
         return;
     while (one_alone() || several_together() || all_anew())
         ;
@@ -49,7 +49,7 @@ void after_t::run() {
 std::vector<by_hand_t> after_t::left() {
     std::vector<by_hand_t> left;
     for (const difference_t &difference : current->differences) {
-        if (!difference.is_error())
+        if (!wants_lines(difference))
             continue;
         left.push_back({difference, why_not(difference)});
         if (!undecided.contains(all_words(difference)))
@@ -75,7 +75,7 @@ std::vector<candidate_t> after_t::candidates(const difference_t &difference) con
 }
 
 bool after_t::is_asked(const difference_t &difference) const {
-    return difference.is_error() && !undecided.contains(all_words(difference)) &&
+    return wants_lines(difference) && !undecided.contains(all_words(difference)) &&
            (request.codes.empty() || request.codes.contains(difference.code.name()));
 }
 
@@ -222,7 +222,7 @@ void after_t::take(proved_t proved) {
     judged_ptr &reached = proved.reached;
     fix_t fix = {.place = fix_place_t::after, .codes = {}, .mends = {}, .commands = {}};
     for (const difference_t &difference : current->differences) {
-        if (difference.is_error() && is_gone(difference, *reached)) {
+        if (wants_lines(difference) && is_gone(difference, *reached)) {
             fix.codes.insert(difference.code.name());
             fix.mends.push_back(difference);
         }
@@ -269,7 +269,7 @@ commands_t after_t::fewest(const commands_t &commands, judged_ptr &reached) {
 // ---- what is left
 
 std::string after_t::why_not(const difference_t &difference) const {
-    if (work.is_too_much() || current->errors.size() > most_errors)
+    if (work.is_too_much() || current->wrong.size() > most_errors)
         return "there is too much to mend to look for lines";
     for (const candidate_t &candidate : candidates(difference)) {
         if (!candidate.why_not.empty())

@@ -1,13 +1,26 @@
 #include "mending/judged.h"
 
+#include "mending/mend.h"
+
 #include <algorithm>
 
 namespace infraconvert::mending {
 
 using meaning::difference_t;
 
+namespace {
+
+bool is_about_sizes(finding_code_t code) { return code == "IC053" || code == "IC054"; }
+
+} // namespace
+
 parts_t parts_of(const difference_t &difference) {
     parts_t parts;
+    if (is_about_sizes(difference.code)) {
+        for (const uint32_t line : difference.before)
+            parts.insert("mtu of line " + std::to_string(line));
+        return parts;
+    }
     for (const meaning::row_change_t &change : difference.rows)
         parts.insert((change.gained ? "new " : "gone ") + meaning::in_words(change.row));
     if (parts.empty() || difference.words.find("does not read") != std::string::npos)
@@ -25,8 +38,8 @@ judged_t::judged_t(const meaning::original_t &original, std::string result,
     : text(std::move(result)), side(text, route.back(), route.front()),
       differences(original.compare(side, route)) {
     for (const difference_t &difference : differences) {
-        if (difference.is_error())
-            errors.merge(parts_of(difference));
+        if (wants_lines(difference))
+            wrong.merge(parts_of(difference));
         else if (difference.severity() == severity_t::warning)
             warnings.insert(difference.code.name());
     }
@@ -80,7 +93,7 @@ bool reads_as_much(const judged_t &old, const judged_t &now) {
 }
 
 bool is_better(const judged_t &old, const judged_t &now) {
-    return includes(old.errors, now.errors) && reads_as_much(old, now) &&
+    return includes(old.wrong, now.wrong) && reads_as_much(old, now) &&
            std::all_of(now.warnings.begin(), now.warnings.end(), [&](const std::string &code) {
                return old.warnings.contains(code) || may_be_new(code);
            });

@@ -24,7 +24,7 @@ class work_t {
     size_t done = 0;
 };
 
-// What is wrong, in parts that can be told from one another.
+// What is wrong, in parts that can be told from one another; of an MTU its line in the original.
 using parts_t = std::set<std::string>;
 parts_t parts_of(const meaning::difference_t &difference);
 
@@ -41,7 +41,8 @@ struct judged_t {
     const std::string text;
     const meaning::side_t side; // points into the text
     const differences_t differences;
-    parts_t errors, warnings; // parts; codes
+    parts_t wrong;    // parts of what lines are wanted for
+    parts_t warnings; // codes of the rest
 };
 
 // Nothing is wrong that was not wrong before.

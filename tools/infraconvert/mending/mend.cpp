@@ -23,7 +23,7 @@ struct way_t {
         size_t lines = 0;
         for (const fix_t &fix : after.fixes)
             lines += lines_of(fix.commands).size();
-        return std::tuple(after.result().errors.size(), fixes.size() + lines);
+        return std::tuple(after.result().wrong.size(), fixes.size() + lines);
     }
 };
 
@@ -52,7 +52,7 @@ class search_t {
 
     bool is_done() const {
         return std::any_of(ways.begin(), ways.end(),
-                           [](const way_t &way) { return way.after.result().errors.empty(); });
+                           [](const way_t &way) { return way.after.result().wrong.empty(); });
     }
 
     // Each way to write it by itself, then one after the other.
@@ -103,13 +103,13 @@ class search_t {
         } else {
             const judged_t old(original, std::string(*request.result), request.route);
             for (const difference_t &difference : old.differences) {
-                if (!difference.is_error() || any_of(parts_of(difference), now.errors))
+                if (!wants_lines(difference) || any_of(parts_of(difference), now.wrong))
                     continue;
                 fix.codes.insert(difference.code.name());
                 fix.mends.push_back(difference);
             }
             const bool asked = request.codes.empty() || any_of(fix.codes, request.codes);
-            if (fix.mends.empty() || !asked || !includes(old.errors, now.errors))
+            if (fix.mends.empty() || !asked || !includes(old.wrong, now.wrong))
                 return;
         }
         add({fix}, edited.text, *converted);
@@ -132,6 +132,10 @@ class search_t {
 };
 
 } // namespace
+
+bool wants_lines(const finding_kind_t &kind) {
+    return kind.severity == severity_t::error || &kind == &finding_code_t("IC054").kind();
+}
 
 mended_t mend(const mending_request_t &request) { return search_t(request).run(); }
 

@@ -16,6 +16,13 @@
 
 namespace infraconvert::mending {
 
+// Errors, and an MTU that is another size in the end than after one conversion, though no release
+// stands against the right one.
+bool wants_lines(const finding_kind_t &kind);
+inline bool wants_lines(const meaning::difference_t &difference) {
+    return wants_lines(difference.code.kind());
+}
+
 enum class fix_place_t { before, after };
 
 struct fix_t {
@@ -27,7 +34,7 @@ struct fix_t {
     std::string words = {};                   // of edits: what they do
 };
 
-// An error for which there is no fix.
+// What wants lines and has no fix.
 struct by_hand_t {
     meaning::difference_t difference;
     std::string why;
@@ -50,11 +57,11 @@ struct mending_request_t {
     // Converts an edited original as the result was made; nothing when that fails. Without it there
     // are no edits before the conversion.
     std::function<std::optional<std::string>(const std::string &)> convert = {};
-    std::set<std::string> codes = {}; // only errors with one of these; empty: all
+    std::set<std::string> codes = {}; // only what has one of these; empty: all
 };
 
-// Looks for fixes of every error between the original and the result. None at all when there is no
-// error. Throws what `convert` throws.
+// Looks for fixes of everything between the original and the result that wants lines. None at all
+// when nothing does. Throws what `convert` throws.
 mended_t mend(const mending_request_t &request);
 
 } // namespace infraconvert::mending

@@ -144,8 +144,9 @@ std::string preview_json(const preview_json_t &preview) {
         document["rollback"] = conversion_json(*preview.back);
         document["rollback"].erase("changes");
         document["reversible"] = *preview.back->exact.result == *preview.forward.exact.original;
-    } else
-        document["findings"] = findings_json(preview.findings);
+        document["verdict"] = preview.verdict;
+    }
+    document["findings"] = findings_json(preview.findings);
     document["diff"] = preview.diff;
     return printed(document);
 }

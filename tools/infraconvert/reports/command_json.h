@@ -20,8 +20,9 @@ struct json_conversion_t {
 struct preview_json_t {
     std::string path, diff;
     json_conversion_t forward;
-    std::vector<finding_t> findings;
+    std::vector<finding_t> findings;       // of a rollback those of the whole way
     std::optional<json_conversion_t> back; // of a rollback
+    std::string verdict = {};              // of a rollback
 };
 std::string preview_json(const preview_json_t &preview);
 

@@ -70,7 +70,7 @@ class examination_t {
         mending::mended_t mended;
         if (back.failed() && !there.keep_going) {
             record.state = state_t::failed;
-            record.verdict = "not reversible: the way back fails";
+            record.verdict = back_fails;
         } else {
             judged_result_t way =
                 judge_with_fixes(*conversion.original, *back.result, there_and_back(there.route));
