@@ -87,6 +87,22 @@ TEST(typed_commands, make_what_the_switch_would_save) {
     }
 }
 
+// To the switch they are one, and the last one says.
+TEST(typed_commands, know_stanzas_of_one_first_line_as_one) {
+    const std::string twice = "policy-map dc\n  class voice\n    mtu 9000\n    priority\n"
+                              "policy-map dc\n  class voice\n    mtu 8962\n";
+    const std::string once = "policy-map dc\n  class voice\n    mtu 8000\n    priority\n"
+                             "policy-map dc\n  class voice\n";
+    commands_t commands;
+    add_action(commands, "policy-map dc", "  class voice", {"    mtu 8000"});
+    EXPECT_EQ(applied(twice, commands), once);
+    commands.clear();
+    add_action(commands, "policy-map dc", "  class voice", {"    priority", true});
+    add_action(commands, "policy-map dc", "  class voice", {"    mtu 8000", true});
+    EXPECT_EQ(applied(once, commands), "policy-map dc\n  class voice\n"
+                                       "policy-map dc\n  class voice\n");
+}
+
 TEST(typed_commands, leave_out_what_stands_already) {
     commands_t commands;
     add_action(commands, "policy-map dc", "  class voice", {"    priority"});

@@ -162,12 +162,26 @@ class line_restorer_t {
             return;
         const std::string header(stanza.header.text);
         if (line.number != stanza.header.number) {
-            remove_line(commands, header, "  " + std::string(line.text));
+            remove_below(stanza, line);
             keep_one(header, line);
         } else if (is_map_line(stanza))
             write_header_anew(stanza);
         else
             remove_stanza(commands, header);
+    }
+
+    // An action is taken out of its class.
+    void remove_below(const stanza_t &stanza, const line_t &line) {
+        const std::string header(stanza.header.text), text(line.text);
+        const line_t *in_class = nullptr;
+        for (const line_t &above : stanza.body) {
+            if (above.number <= line.number && split_words(above.text).front() == "class")
+                in_class = &above;
+        }
+        if (header.starts_with("policy-map ") && in_class && in_class->number != line.number)
+            add_action(commands, header, "  " + std::string(in_class->text), {"    " + text, true});
+        else
+            remove_line(commands, header, "  " + text);
     }
 
     // What stands there once too often goes as a whole, and comes back.

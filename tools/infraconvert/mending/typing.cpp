@@ -104,15 +104,24 @@ class policy_classes_t {
         places.erase(class_name(line));
     }
 
+    // Stanzas of one first line are one to the switch, and so is the class in all of them.
     void edit_action(const std::string &class_of, const typed_line_t &action) {
         const auto known = places.find(class_of);
         if (known == places.end())
             return;
-        const place_t &place = known->second.front();
+        bool stands = action.removes;
+        for (const place_t &place : known->second)
+            edit_action(place, action, stands);
+        const place_t &first = known->second.front();
+        if (!stands)
+            first.body->insert(end_of_actions(first), action.text);
+    }
+
+  private:
+    static void edit_action(const place_t &place, const typed_line_t &action, bool &stands) {
         const auto words_of = action.removes ? plain : keyword_of;
         const std::string wanted = words_of(action.text);
         const auto end = end_of_class(place);
-        bool stands = action.removes;
         for (auto line = std::next(place.line); line != end;) {
             if (words_of(*line) != wanted) {
                 ++line;
@@ -123,11 +132,8 @@ class policy_classes_t {
                 stands = true;
             }
         }
-        if (!stands)
-            place.body->insert(end_of_actions(place), action.text);
     }
 
-  private:
     static body_t::iterator end_of_class(const place_t &place) {
         return std::find_if(std::next(place.line), place.body->end(), is_class_line);
     }
