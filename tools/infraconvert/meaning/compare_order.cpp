@@ -152,14 +152,16 @@ class order_teller_t {
     }
 
   private:
-    // The policy of this name, else the first, which is the one that holds.
+    // The policy of this name, of its own type if there are several, else the first, which is the
+    // one that holds.
     static const policy_t &partner(const policy_t &wanted,
                                    const std::vector<const policy_t *> &there) {
+        const policy_t *named = nullptr;
         for (const policy_t *each : there) {
-            if (each->name == wanted.name)
-                return *each;
+            if (each->name == wanted.name && (!named || each->type == wanted.type))
+                named = each;
         }
-        return *there.front();
+        return named ? *named : *there.front();
     }
 
     const order_t &order(const model_t &model, const policy_t &policy) {
