@@ -349,10 +349,10 @@ TEST(mend, edits_an_original_that_does_not_convert) {
         mending::mend({.original = spoiled,
                        .result = std::nullopt,
                        .route = route,
-                       .convert = [&](const std::string &text) -> std::optional<std::string> {
+                       .convert = [&](const std::string &text) -> mending::attempt_t {
                            if (text == good)
-                               return "hostname sw1\n" + typed;
-                           return std::nullopt;
+                               return {"hostname sw1\n" + typed};
+                           return {std::nullopt, "refused"};
                        }});
     ASSERT_EQ(fixed.fixes.size(), 1U);
     EXPECT_EQ(fixed.original, good);
@@ -372,9 +372,9 @@ TEST(mend, edits_an_original_in_several_ways) {
         mending::mend({.original = original,
                        .result = std::nullopt,
                        .route = route,
-                       .convert = [&](const std::string &text) {
+                       .convert = [&](const std::string &text) -> mending::attempt_t {
                            calls++;
-                           return text == good ? std::optional(text) : std::nullopt;
+                           return {text == good ? std::optional(text) : std::nullopt};
                        }});
     ASSERT_EQ(fixed.fixes.size(), 1U);
     EXPECT_EQ(fixed.original, good);
@@ -418,13 +418,44 @@ TEST(mend, chooses_between_an_edit_and_lines) {
             {.original = original,
              .result = result,
              .route = route,
-             .convert = [&](const std::string &) { return std::optional(stays + row.edited); },
+             .convert = [&](const std::string &) -> mending::attempt_t {
+                 return {stays + row.edited};
+             },
              .codes = row.codes});
         ASSERT_FALSE(fixed.fixes.empty()) << row.what;
         EXPECT_EQ(fixed.fixes[0].place, row.place) << row.what;
         EXPECT_EQ(fixed.by_hand.size(), row.codes.empty() ? 1U : 2U) << row.what;
         EXPECT_EQ(fixed.original == kept, row.place == fix_place_t::before) << row.what;
     }
+}
+
+// What the converter refuses goes before the conversion, where the lines after it bring it back.
+TEST(mend, leaves_out_what_names_nothing_and_types_it_again) {
+    const std::string nothing = "policy-map none\n", port = "interface Ethernet1/1\n";
+    const std::string attached = port + "  service-policy input none\n";
+    const std::string_view route[] = {"4.1(2)", "4.1(3)"};
+    const auto convert = [&](const std::string &maps) {
+        return [&, maps](const std::string &text) -> mending::attempt_t {
+            if (text.find("input none") == text.npos)
+                return {maps + "policy-map type qos none\n" + port};
+            return {std::nullopt, "none has no classes"};
+        };
+    };
+    const std::string original = untyped + nothing + attached;
+    const mended_t fixed = mending::mend(
+        {.original = original, .result = std::nullopt, .route = route, .convert = convert(typed)});
+    ASSERT_EQ(fixed.fixes.size(), 2U);
+    EXPECT_EQ(fixed.original, untyped + nothing + port);
+    const std::vector<std::string> lines = {"interface Ethernet1/1",
+                                            "  service-policy type qos input none"};
+    EXPECT_EQ(lines_of(fixed.fixes[1].commands), lines);
+    // Where more is lost that does not come back, the edit would be a loss of its own.
+    const std::string police = "policy-map others\n  class voice\n    police cir 1\n"
+                               "interface Ethernet1/2\n  service-policy input others\n";
+    const std::string more = original + police;
+    const mended_t refused = mending::mend(
+        {.original = more, .result = std::nullopt, .route = route, .convert = convert(typed)});
+    EXPECT_TRUE(refused.fixes.empty());
 }
 
 } // namespace

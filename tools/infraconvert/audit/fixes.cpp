@@ -116,15 +116,41 @@ void add_once(finding_t &finding, const fix_text_t &text) {
 
 namespace {
 
+std::string trimmed(std::string_view line) {
+    line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+    return std::string(without_newline(line));
+}
+
+// Why a conversion failed, with the first line that its converter names: it is one of an edited
+// text, which nobody has.
+std::string refusal_of(const converted_t &conversion) {
+    for (const step_t &step : conversion.steps) {
+        if (!step.failure)
+            continue;
+        const lines_t lines = split_lines(conversion.given(step));
+        std::string words = std::string(step.service->name) + ": " + step.failure->reason;
+        if (!step.failure->lines.empty())
+            words += "; \"" + trimmed(lines[step.failure->lines.front() - 1]) + '"';
+        return words;
+    }
+    return "";
+}
+
 // A finding that no fix and no reason is about by itself.
 void tell_of_all(finding_t &finding, const mended_t &mended, const std::string &original) {
-    if (mended.fixes.empty() && mended.by_hand.empty())
-        finding.by_hand = "no edit of the original was found with which it converts";
-    else if (!mended.by_hand.empty())
+    const auto is = [&](finding_code_t code) { return finding.kind == &code.kind(); };
+    if (!mended.by_hand.empty())
         finding.by_hand = mended.by_hand.front().why;
-    else
+    else if (!mended.fixes.empty())
         for (const fix_t &fix : mended.fixes)
             add_once(finding, text_of(fix, original));
+    else if (is("IC091"))
+        finding.by_hand = "the target release has no form for it";
+    else
+        finding.by_hand =
+            "no edit of the original was found with which it converts" +
+            (is("IC090") && !mended.refusal.empty() ? "; the last one is refused: " + mended.refusal
+                                                    : "");
 }
 
 } // namespace
@@ -137,15 +163,15 @@ mended_t mend_conversion(const converted_t &conversion, const conversion_request
         .original = *conversion.original, .result = std::nullopt, .route = route, .codes = codes};
     if (!failed)
         wanted.result = *conversion.result;
-    wanted.convert = [&](const std::string &edited) -> std::optional<std::string> {
+    wanted.convert = [&](const std::string &edited) -> mending::attempt_t {
         conversion_request_t again = request;
         again.text = std::make_shared<const std::string>(edited);
         again.wants_logs = false;
         again.log_directory.clear();
         const converted_t made = run_conversion(again);
         if (made.failed() && !request.keep_going)
-            return std::nullopt;
-        return *made.result;
+            return {std::nullopt, refusal_of(made)};
+        return {*made.result};
     };
     return mending::mend(wanted);
 }
@@ -168,13 +194,16 @@ converted_t with_fixes(const conversion_request_t &request, const mended_t &mend
 void add_fixes(std::vector<finding_t> &findings, const mended_t &mended,
                const std::string &original) {
     told_t told(findings);
+    // It takes all of them to bring through a conversion that failed.
+    const bool failed = std::any_of(mended.fixes.begin(), mended.fixes.end(),
+                                    [](const fix_t &fix) { return fix.mends.empty(); });
     for (const fix_t &fix : mended.fixes) {
         const fix_text_t text = text_of(fix, original);
         for (const meaning::difference_t &difference : fix.mends)
             told.visit(difference, [&](finding_t &finding) { add_once(finding, text); });
-        if (!fix.mends.empty())
+        if (!failed)
             continue;
-        for (finding_t &finding : findings) { // of a conversion that failed
+        for (finding_t &finding : findings) {
             if (wants_lines(finding))
                 add_once(finding, text);
         }

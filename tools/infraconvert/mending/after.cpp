@@ -187,12 +187,12 @@ std::vector<after_t::proved_t> after_t::repairs(const difference_t &difference,
 
 // Both leave the same errors, but are not the same to the release that reads them.
 bool after_t::is_another(const judged_t &one, const judged_t &other) const {
-    if (one.errors != other.errors)
+    if (one.wrong != other.wrong)
         return false;
     const std::string_view release = request.route.back(), same[] = {release, release};
     const meaning::original_t first(one.text, release);
-    return !includes(judged_t(first, one.text, same).errors,
-                     judged_t(first, other.text, same).errors);
+    return !includes(judged_t(first, one.text, same).wrong,
+                     judged_t(first, other.text, same).wrong);
 }
 
 // With `some` it is enough that one of the differences is gone.

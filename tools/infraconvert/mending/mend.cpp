@@ -40,7 +40,9 @@ class search_t {
         const auto best =
             std::min_element(ways.begin(), ways.end(),
                              [](const auto &a, const auto &b) { return a.cost() < b.cost(); });
-        return best == ways.end() ? mended_t() : mended(*best);
+        mended_t result = best == ways.end() ? mended_t() : mended(*best);
+        result.refusal = refusal;
+        return result;
     }
 
   private:
@@ -69,13 +71,22 @@ class search_t {
                 return;
             try_edit(respell(request.original, release));
             const respelling_t next = respell(all.text, release);
-            if (next.text == all.text)
+            if (next.text == all.text || !means_the_same(next.text))
                 continue;
             used++;
             all = {next.text, all.words + (all.words.empty() ? "" : "; ") + next.words};
         }
         if (used > 1 && !is_done())
             try_edit(all);
+        for (const std::string &text : {std::string(request.original), all.text}) {
+            if (request.result || is_done())
+                return;
+            respelling_t idle = without_idle_lines(text, release);
+            if (idle.text != text)
+                try_edit({idle.text,
+                          text == request.original ? idle.words : all.words + "; " + idle.words},
+                         true);
+        }
     }
 
     // An edit must mean nothing: the same configuration in other words.
@@ -85,14 +96,18 @@ class search_t {
         return !meaning::has_errors(original.compare(edited, same));
     }
 
-    void try_edit(const respelling_t &edited) {
-        if (edited.text == request.original || !means_the_same(edited.text))
+    // What `comes_back` with the lines after the conversion may go before it.
+    void try_edit(const respelling_t &edited, bool comes_back = false) {
+        if (edited.text == request.original || !(comes_back || means_the_same(edited.text)))
             return;
         work.add(edited.text);
-        const std::optional<std::string> converted = request.convert(edited.text);
-        if (!converted)
+        const attempt_t attempt = request.convert(edited.text);
+        if (!attempt.text) {
+            refusal = attempt.refusal;
             return;
-        const judged_t now(original, *converted, request.route);
+        }
+        const std::string &converted = *attempt.text;
+        const judged_t now(original, converted, request.route);
         fix_t fix = {.place = fix_place_t::before,
                      .codes = {},
                      .mends = {},
@@ -112,7 +127,9 @@ class search_t {
             if (fix.mends.empty() || !asked || !includes(old.wrong, now.wrong))
                 return;
         }
-        add({fix}, edited.text, *converted);
+        add({fix}, edited.text, converted);
+        if (comes_back && !is_done())
+            ways.pop_back();
     }
 
     static mended_t mended(way_t &way) {
@@ -128,6 +145,7 @@ class search_t {
     const mending_request_t &request;
     const meaning::original_t original;
     std::vector<way_t> ways;
+    std::string refusal;
     work_t work;
 };
 

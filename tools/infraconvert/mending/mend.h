@@ -45,18 +45,25 @@ struct by_hand_t {
 struct mended_t {
     std::vector<fix_t> fixes; // in the order in which they are applied
     std::vector<by_hand_t> by_hand;
-    std::string original;  // with the edits
-    std::string converted; // what the library makes of it
-    std::string result;    // with the lines: what the switch saves when they were typed
+    std::string original;     // with the edits
+    std::string converted;    // what the library makes of it
+    std::string result;       // with the lines: what the switch saves when they were typed
+    std::string refusal = {}; // of the last edited original that was not converted
+};
+
+// What becomes of an edited original.
+struct attempt_t {
+    std::optional<std::string> text; // none: the conversion failed
+    std::string refusal = {};        // why
 };
 
 struct mending_request_t {
     std::string_view original;
     std::optional<std::string_view> result;  // none: the conversion failed
     std::span<const std::string_view> route; // at least two releases
-    // Converts an edited original as the result was made; nothing when that fails. Without it there
-    // are no edits before the conversion.
-    std::function<std::optional<std::string>(const std::string &)> convert = {};
+    // Converts an edited original as the result was made. Without it there are no edits before the
+    // conversion.
+    std::function<attempt_t(const std::string &)> convert = {};
     std::set<std::string> codes = {}; // only what has one of these; empty: all
 };
 

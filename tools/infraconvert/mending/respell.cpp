@@ -253,6 +253,44 @@ respelling_t without_descriptions(std::string_view text, std::string_view releas
     return draft.result("maps without their descriptions");
 }
 
+namespace {
+
+std::string without_idle_classes(std::string_view text, std::string_view release) {
+    const model_t model(text, release, release);
+    draft_t draft(text);
+    for (const stanza_t &stanza : model.reading.stanzas) {
+        const words_t header = split_words(stanza.header.text);
+        if (header.empty() || header[0] != "policy-map")
+            continue;
+        const bool typed = header.size() > 2 && header[1] == "type";
+        bool idle = false;
+        for (const line_t &line : stanza.body) {
+            const words_t words = split_words(line.text);
+            if (words[0] == "class")
+                idle = !is_predefined(words.back()) &&
+                       !model.class_map(typed ? header[2] : types::none, words.back());
+            if (idle)
+                draft.remove(line.number);
+        }
+    }
+    return draft.result("").text;
+}
+
+} // namespace
+
+respelling_t without_idle_lines(std::string_view text, std::string_view release) {
+    const std::string busy = without_idle_classes(text, release);
+    const model_t model(busy, release, release);
+    draft_t draft(busy);
+    for (const attachment_t &attachment : model.attachments) {
+        const policy_t *policy = model.policy_of(attachment);
+        if (!policy || policy->classes.empty())
+            draft.remove(attachment.line);
+    }
+    return draft.result("classes without a class-map, and attachments of policy-maps without "
+                        "classes, left out");
+}
+
 // ---- order
 
 respelling_t with_fabric_order(std::string_view text, std::string_view release) {

@@ -26,6 +26,10 @@ respelling_t with_fabric_order(std::string_view text, std::string_view release);
 // Maps without their descriptions, which mean nothing.
 respelling_t without_descriptions(std::string_view text, std::string_view release);
 
+// Without what does nothing because what it names is not there: classes without a class-map, and
+// attachments of policy-maps without classes. They are missed, though, and have to come back.
+respelling_t without_idle_lines(std::string_view text, std::string_view release);
+
 // Maps of one first line as one, and class-maps and policy-maps in this order between everything
 // else and the interfaces. Attachments to the system stand ahead of them, where converters pass
 // them over: some fail because of them, and they can be typed again.
