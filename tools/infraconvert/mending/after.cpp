@@ -269,7 +269,10 @@ commands_t after_t::fewest(const commands_t &commands, judged_ptr &reached) {
 // ---- what is left
 
 std::string after_t::why_not(const difference_t &difference) const {
-    if (work.is_too_much() || current->wrong.size() > most_errors)
+    if (current->wrong.size() > most_errors)
+        return "there are more than " + std::to_string(most_errors) +
+               " errors, too many to look for lines";
+    if (work.is_too_much())
         return "there is too much to mend to look for lines";
     for (const candidate_t &candidate : candidates(difference)) {
         if (!candidate.why_not.empty())

@@ -51,7 +51,7 @@ assoc fwm satmgr stand messages qosmgr infraconvertascii_startup libinfraconvert
 infraconvertascii_mts_q satcnv_swap_switchport_mode ./ascii/system.cfg k0(0)to_major such may find section related
 ver_same qos-related finding entering right lost log_init
 invalid/unassigned unified-fabric/network-qos vlan-fcoe npiv feature infraconvert infraconvert_startup
---from alike blanks check converts do edit fc gets hold look mend much needs refuses restore say
+--from alike blanks check converts do edit errors fc gets hold look mend much needs refuses restore say
 mon tue wed thu fri sat sun jan feb mar apr may jun jul aug sep oct nov dec
 )";
 
