@@ -414,14 +414,14 @@ TEST(mend, chooses_between_an_edit_and_lines) {
     const std::string_view route[] = {"4.1(2)", "4.1(2)"};
     for (const auto &row : rows) {
         const std::string result = stays + row.lost;
-        const mended_t fixed = mending::mend(
-            {.original = original,
-             .result = result,
-             .route = route,
-             .convert = [&](const std::string &) -> mending::attempt_t {
-                 return {stays + row.edited};
-             },
-             .codes = row.codes});
+        const mended_t fixed =
+            mending::mend({.original = original,
+                           .result = result,
+                           .route = route,
+                           .convert = [&](const std::string &) -> mending::attempt_t {
+                               return {stays + row.edited};
+                           },
+                           .codes = row.codes});
         ASSERT_FALSE(fixed.fixes.empty()) << row.what;
         EXPECT_EQ(fixed.fixes[0].place, row.place) << row.what;
         EXPECT_EQ(fixed.by_hand.size(), row.codes.empty() ? 1U : 2U) << row.what;
