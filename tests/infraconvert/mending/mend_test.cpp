@@ -451,7 +451,7 @@ TEST(mend, leaves_out_what_names_nothing_and_types_it_again) {
     EXPECT_EQ(lines_of(fixed.fixes[1].commands), lines);
     // Where more is lost that does not come back, the edit would be a loss of its own.
     const std::string police = "policy-map others\n  class voice\n    police cir 1\n"
-                               "interface Ethernet1/2\n  service-policy input others\n";
+                               "interface Ethernet1/2\n  service-policy output others\n";
     const std::string more = original + police;
     const mended_t refused = mending::mend(
         {.original = more, .result = std::nullopt, .route = route, .convert = convert(typed)});
