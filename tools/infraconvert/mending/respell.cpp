@@ -20,11 +20,10 @@ constexpr std::string_view body_indent = "  ", action_indent = "    ";
 class draft_t {
   public:
     explicit draft_t(std::string_view text) {
-        size_t from = 0;
-        for (size_t end = 0; (end = text.find('\n', from)) != text.npos; from = end + 1)
+        for (size_t from = 0, end; from < text.size(); from = end + 1) {
+            end = std::min(text.find('\n', from), text.size());
             lines.push_back(text.substr(from, end - from));
-        if (from < text.size())
-            lines.push_back(text.substr(from));
+        }
     }
 
     void set(uint32_t line, const std::string &now) {
