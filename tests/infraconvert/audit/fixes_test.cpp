@@ -55,7 +55,8 @@ TEST(findings, get_the_fixes_that_are_for_them) {
     mended.fixes = {typed({told("IC030", "a"), told("IC040", "part of c")}, "policy-map p"),
                     typed({told("IC030", "a")}, "policy-map p"),
                     typed({told("IC040", "rest of c"), told("IC058", "x")}, "system qos")};
-    mended.by_hand = {{told("IC030", "rest of b"), "why"}};
+    mended.by_hand = {
+        {told("IC030", "rest of b"), "why", {{{"class-map one"}}, {{"class-map two"}}}}};
     add_fixes(findings, mended, "");
     const auto fixes = [&](size_t at) {
         texts_t lines;
@@ -67,6 +68,10 @@ TEST(findings, get_the_fixes_that_are_for_them) {
     EXPECT_EQ(fixes(2), texts_t{"policy-map p"});
     EXPECT_EQ(findings[0].fixes[0].restores, (texts_t{"a", "part of c"}));
     EXPECT_EQ(findings[1].by_hand, "why");
+    ASSERT_EQ(findings[1].choices.size(), 2U);
+    EXPECT_FALSE(findings[1].choices[1].before);
+    EXPECT_EQ(findings[1].choices[1].lines, texts_t{"class-map two"});
+    EXPECT_EQ(findings[1].choices[1].restores, texts_t{"rest of b"});
     EXPECT_EQ(fixes(3), texts_t{"policy-map p"});
     EXPECT_TRUE(findings[4].fixes.empty() && findings[4].by_hand.empty()); // a warning
     EXPECT_EQ(findings[5].by_hand, "why"); // the first reason stands for what nothing is about
