@@ -1,6 +1,7 @@
 // Policy-maps and their actions, as far as they give no row.
 
 #include "meaning/content.h"
+#include "meaning/form_parts.h"
 
 #include <map>
 
@@ -105,6 +106,8 @@ class action_teller_t {
   private:
     void look_at_old(const policy_t &policy, const class_t &of, const action_t &action) {
         const action_t *same = find_action(content.after, policy, of, action);
+        if (same && action.mtu && same->mtu && !may_say(policy.type, action.kind))
+            return; // nothing reads it, so it is no size
         if (same && action.mtu && same->mtu)
             content.comparison.note_mtu(title_of(policy, of), {*action.mtu, action.line},
                                         {*same->mtu, same->line});

@@ -6,6 +6,14 @@
 
 namespace infraconvert::meaning {
 
+bool may_say(std::string_view type, action_kind_t kind) {
+    if (type == types::none || kind == action_kind_t::other)
+        return true;
+    return type == (kind == action_kind_t::group        ? types::qos
+                    : kind == action_kind_t::scheduling ? types::queuing
+                                                        : types::network);
+}
+
 namespace {
 
 // ---- first lines
@@ -69,14 +77,6 @@ void check_class(form_check_t &check, const policy_t &policy, const class_t &eac
                   name + " matches nothing, and policy-map " + std::string(policy.name) +
                       " uses it",
                   map->headers.front(), touched);
-}
-
-bool may_say(std::string_view type, action_kind_t kind) {
-    if (type == types::none || kind == action_kind_t::other)
-        return true;
-    return type == (kind == action_kind_t::group        ? types::qos
-                    : kind == action_kind_t::scheduling ? types::queuing
-                                                        : types::network);
 }
 
 void check_actions(form_check_t &check, const policy_t &policy, const class_t &each) {

@@ -35,6 +35,9 @@ class form_check_t {
 // "policy-map type qos marking"
 std::string title(std::string_view keyword, std::string_view type, std::string_view name);
 
+// True when policy-maps of this type take such actions.
+bool may_say(std::string_view type, action_kind_t kind);
+
 // In this order.
 void check_maps(form_check_t &check);
 void check_attachments(form_check_t &check);
