@@ -29,6 +29,24 @@ bool has_lines_of(const commands_t &all, const commands_t &some) {
     });
 }
 
+// On a switch nothing takes back a line that begins with "no".
+bool takes_back_no(const typed_line_t &line) {
+    return line.removes && meaning::begins_with(meaning::split_words(line.text), {"no"});
+}
+
+// The commands without what nobody can type.
+commands_t typeable(const commands_t &commands) {
+    commands_t rest;
+    for (command_t command : commands) {
+        const bool is_removed = command.how == command_t::remove;
+        const size_t lines = std::erase_if(command.body, takes_back_no);
+        if (!(is_removed && command.header.starts_with("no ")) &&
+            !(lines > 0 && command.body.empty()))
+            rest.push_back(std::move(command));
+    }
+    return rest;
+}
+
 bool is_gone(const difference_t &difference, const judged_t &now) {
     return !any_of(parts_of(difference), now.wrong);
 }
@@ -36,7 +54,7 @@ bool is_gone(const difference_t &difference, const judged_t &now) {
 } // namespace
 
 after_t::after_t(const mending_request_t &asked, const meaning::original_t &of,
-                 std::string converted, work_t &done)
+                 const std::string &converted, work_t &done)
     : request(asked), original(of), work(done), current(judged(converted)) {}
 
 void after_t::run() {
@@ -198,8 +216,9 @@ bool after_t::is_another(const judged_t &one, const judged_t &other) const {
 // With `some` it is enough that one of the differences is gone.
 std::optional<after_t::proved_t> after_t::prove(commands_t commands, const differences_t &all,
                                                 bool some) {
-    if (work.is_too_much() || commands.empty())
+    if (work.is_too_much())
         return std::nullopt;
+    commands = typeable(commands);
     put_removals_first(commands);
     const std::string text = applied(current->text, commands);
     if (text == current->text)
@@ -277,6 +296,8 @@ std::string after_t::why_not(const difference_t &difference) const {
     for (const candidate_t &candidate : candidates(difference)) {
         if (!candidate.why_not.empty())
             return candidate.why_not;
+        if (lines_of(typeable(candidate.commands)) != lines_of(candidate.commands))
+            return "on the switch nothing takes back a line that begins with \"no\"; edit the file";
     }
     const std::string reason = no_way({original.side, current->side}, difference);
     return reason.empty() ? "no lines were found that restore it and change nothing else" : reason;

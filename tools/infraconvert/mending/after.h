@@ -12,8 +12,8 @@ namespace infraconvert::mending {
 class after_t {
   public:
     // `work` is that of all ways together. Original and request must outlive the object.
-    after_t(const mending_request_t &asked, const meaning::original_t &of, std::string converted,
-            work_t &work);
+    after_t(const mending_request_t &asked, const meaning::original_t &of,
+            const std::string &converted, work_t &work);
 
     void run();
 

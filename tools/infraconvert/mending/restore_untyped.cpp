@@ -63,7 +63,7 @@ std::string row_restorer_t::untyped_group(const row_t &row) {
             if (action.kind == action_kind_t::group)
                 return std::string(action.group());
         }
-        const std::string number = original_number(row);
+        std::string number = original_number(row);
         add_action(commands, "policy-map " + std::string(policy->name),
                    class_line(types::none, each.name), {"    set qos-group " + number});
         return number;
@@ -82,7 +82,8 @@ std::string row_restorer_t::make_queue(const row_t &row, const std::string &join
     row_t own = row;
     own.place = "system";
     own.traffic = joins;
-    const std::string number = original_number(row), policy(policy_name);
+    const std::string policy(policy_name);
+    std::string number = original_number(row);
     add_action(commands, "policy-map " + policy,
                class_line(types::none, class_for(types::none, own)),
                {"    set qos-group " + number});
