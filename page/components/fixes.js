@@ -1,6 +1,6 @@
 // The lines that mend a finding, and a button that copies them.
 
-const placeOf = { before: "before the conversion", after: "after the conversion" };
+const placeOf = { before: "before the conversion", after: "after the conversion", after_rollback: "after the rollback" };
 
 // A fix of a finding: where its lines belong, the lines, and what else they restore.
 function fixBox(fix, detail, name = "Fix") {
@@ -22,7 +22,7 @@ function copyButton(name, text, label) {
 // The lines of several findings at once, where each has one fix that is typed after the conversion.
 function copyAll(findings) {
   const fixes = findings.map(finding => finding.fixes || []);
-  if (!fixes.every(list => list.length === 1 && list[0].place === "after")) return "";
+  if (!fixes.every(list => list.length === 1 && list[0].place !== "before")) return "";
   const texts = [...new Set(fixes.map(([fix]) => fix.lines.join("\n") + "\n"))];
   return texts.length < 2 ? "" : make("p", "", copyButton("copy all " + texts.length + " fixes", texts.join("")));
 }

@@ -69,7 +69,7 @@ TEST(findings, get_the_fixes_that_are_for_them) {
     EXPECT_EQ(findings[0].fixes[0].restores, (texts_t{"a", "part of c"}));
     EXPECT_EQ(findings[1].by_hand, "why");
     ASSERT_EQ(findings[1].choices.size(), 2U);
-    EXPECT_FALSE(findings[1].choices[1].before);
+    EXPECT_EQ(findings[1].choices[1].time, fix_time_t::after);
     EXPECT_EQ(findings[1].choices[1].lines, texts_t{"class-map two"});
     EXPECT_EQ(findings[1].choices[1].restores, texts_t{"rest of b"});
     EXPECT_EQ(fixes(3), texts_t{"policy-map p"});
@@ -103,7 +103,7 @@ TEST(findings, show_edits_of_the_original_by_their_places) {
     EXPECT_EQ(findings[1].fixes.size(), 1U);
     EXPECT_TRUE(findings[2].fixes.empty());
     const fix_text_t &fix = findings[0].fixes[0];
-    EXPECT_TRUE(fix.before);
+    EXPECT_EQ(fix.time, fix_time_t::before);
     EXPECT_EQ(fix.lines, (texts_t{"+new", "-b1", "+B", "-d", "-e", "+E"}));
     std::vector<std::tuple<size_t, size_t, std::string>> replacements;
     for (const replacement_t &each : fix.replacements)

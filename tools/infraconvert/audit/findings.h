@@ -33,11 +33,16 @@ struct replacement_t {
     std::string text;
 };
 
+// When the lines of a fix are needed.
+enum class fix_time_t {
+    before, // the conversion, in the original: "-" or "+" in front of each
+    after,  // the conversion, typed on the switch
+    after_rollback,
+};
+
 // Lines that mend a finding, and are proved to.
 struct fix_text_t {
-    // Of the original before the conversion: lines with "-" or "+" in front. Else to be typed on
-    // the switch after it.
-    bool before;
+    fix_time_t time;
     std::vector<std::string> lines;
     std::vector<std::string> restores;            // what they bring back, in words
     std::vector<replacement_t> replacements = {}; // of a fix before the conversion

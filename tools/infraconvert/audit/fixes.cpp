@@ -39,8 +39,9 @@ void tell_edit(fix_text_t &text, const std::string &before, const std::string &a
 }
 
 fix_text_t text_of(const fix_t &fix, const std::string &original) {
-    fix_text_t text = {fix.place == fix_place_t::before, {}, {}};
-    if (text.before)
+    const bool before = fix.place == fix_place_t::before;
+    fix_text_t text = {before ? fix_time_t::before : fix_time_t::after, {}, {}};
+    if (before)
         tell_edit(text, original, fix.edited);
     else
         text.lines = lines_of(fix.commands);
@@ -212,7 +213,8 @@ void add_fixes(std::vector<finding_t> &findings, const mended_t &mended,
         told.visit(left.difference, [&](finding_t &finding) {
             finding.by_hand = left.why;
             for (const mending::commands_t &choice : left.choices)
-                finding.choices.push_back({false, lines_of(choice), {left.difference.words}});
+                finding.choices.push_back(
+                    {fix_time_t::after, lines_of(choice), {left.difference.words}});
         });
     for (finding_t &finding : findings) {
         if (wants_lines(finding) && finding.fixes.empty() && finding.by_hand.empty())
@@ -230,12 +232,30 @@ const char *judged_result_t::verdict() const {
     return mended.by_hand.empty() ? "reversible with these lines" : "not reversible";
 }
 
+namespace {
+
+bool is_there_and_back(const route_t &route) {
+    return hops_of(route) > 1 && route.front() == route.back();
+}
+
+void type_after_rollback(std::vector<finding_t> &findings) {
+    for (finding_t &finding : findings) {
+        for (std::vector<fix_text_t> *fixes : {&finding.fixes, &finding.choices})
+            for (fix_text_t &fix : *fixes)
+                fix.time = fix_time_t::after_rollback;
+    }
+}
+
+} // namespace
+
 judged_result_t judge_with_fixes(const std::string &original, const std::string &result,
                                  const route_t &route) {
     judged_result_t judged = {judge(original, result, route), {}};
     const std::vector<std::string_view> releases(route.begin(), route.end());
     judged.mended = mending::mend({.original = original, .result = result, .route = releases});
     add_fixes(judged.findings, judged.mended, original);
+    if (is_there_and_back(route))
+        type_after_rollback(judged.findings);
     return judged;
 }
 

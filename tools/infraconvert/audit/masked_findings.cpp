@@ -17,7 +17,7 @@ void mask_lines(std::vector<evidence_t> &evidence, const lines_t &masked) {
 
 // Lines that are to be typed, or of a patch: what is behind "-" or "+".
 void mask_fix(fix_text_t &fix, const mask_t &mask) {
-    const size_t mark = fix.before ? 1 : 0;
+    const size_t mark = fix.time == fix_time_t::before ? 1 : 0;
     std::string text;
     for (const std::string &line : fix.lines)
         text += line.substr(mark) + '\n';

@@ -34,7 +34,7 @@ json kind_json(const finding_kind_t &kind) {
 json fixes_json(const std::vector<fix_text_t> &fixes) {
     json list = json::array();
     for (const fix_text_t &fix : fixes) {
-        list.push_back({{"place", fix.before ? "before" : "after"},
+        list.push_back({{"place", fix_time_names[static_cast<size_t>(fix.time)]},
                         {"lines", fix.lines},
                         {"restores", fix.restores}});
         for (const replacement_t &each : fix.replacements)

@@ -3,9 +3,12 @@
 
 #include "audit/findings.h"
 
+#include <array>
 #include <nlohmann/json.hpp>
 
 namespace infraconvert {
+
+inline constexpr std::array fix_time_names = {"before", "after", "after_rollback"}; // by fix_time_t
 
 nlohmann::ordered_json kind_json(const finding_kind_t &kind);
 nlohmann::ordered_json fixes_json(const std::vector<fix_text_t> &fixes);

@@ -4,6 +4,7 @@
 #include "conversion/route.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 namespace infraconvert {
@@ -41,13 +42,15 @@ std::string finding_text(const finding_t &finding) {
     return text + lines_text('-', finding.before) + lines_text('+', finding.after);
 }
 
-constexpr const char *fix_places[] = {"type on the switch after the conversion:",
-                                      "edit the original before the conversion:"};
+constexpr const char *fix_times[] = {
+    "edit the original before the conversion:", "type on the switch after the conversion:",
+    "type on the switch after the rollback:"};
+const char *in_words(fix_time_t time) { return fix_times[static_cast<size_t>(time)]; }
 
-std::string fix_lines_text(const char *place, const std::vector<std::string> &lines) {
+std::string fix_lines_text(const std::string &time, const std::vector<std::string> &lines) {
     if (lines.empty())
         return "";
-    std::string text = std::string("    > ") + place + '\n';
+    std::string text = "    > " + time + '\n';
     for (size_t i = 0; i < std::min(lines.size(), shown_fix_lines); i++)
         text += "        " + lines[i] + '\n';
     if (lines.size() > shown_fix_lines)
@@ -60,31 +63,33 @@ std::string by_hand_text(const finding_t &finding) {
     if (finding.by_hand.empty())
         return "";
     std::string text = "    > " + wrapped("By hand: " + finding.by_hand + ".", 6) + '\n';
-    const char *place = "either type on the switch after the conversion:";
+    const char *word = "either ";
     for (const fix_text_t &choice : finding.choices) {
-        text += fix_lines_text(place, choice.lines);
-        place = "or:";
+        text += fix_lines_text(std::string(word) + in_words(choice.time), choice.lines);
+        word = "or ";
     }
     return text;
 }
 
 // The fixes of findings of one kind, each once, and why others have none.
 std::string fixes_text(const std::vector<finding_t> &findings, size_t first, size_t next) {
-    std::vector<std::string> lines[std::size(fix_places)];
+    std::map<fix_time_t, std::vector<std::string>> lines;
     std::set<std::vector<std::string>> told;
     std::set<std::string> reasons;
     std::string by_hand;
     for (size_t i = first; i < next; i++) {
         for (const fix_text_t &fix : findings[i].fixes) {
+            std::vector<std::string> &here = lines[fix.time];
             if (told.insert(fix.lines).second)
-                lines[fix.before].insert(lines[fix.before].end(), fix.lines.begin(),
-                                         fix.lines.end());
+                here.insert(here.end(), fix.lines.begin(), fix.lines.end());
         }
         if (const std::string reason = by_hand_text(findings[i]); reasons.insert(reason).second)
             by_hand += reason;
     }
-    return fix_lines_text(fix_places[1], lines[1]) + fix_lines_text(fix_places[0], lines[0]) +
-           by_hand;
+    std::string text;
+    for (const auto &[time, typed] : lines)
+        text += fix_lines_text(in_words(time), typed);
+    return text + by_hand;
 }
 
 // Why those of a kind were agreed on, each reason once.

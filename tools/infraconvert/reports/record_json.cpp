@@ -113,7 +113,7 @@ std::vector<evidence_t> lines_from(const json &document) {
 }
 
 fix_text_t fix_from(const json &document) {
-    fix_text_t fix = {.before = document.at("place") == "before",
+    fix_text_t fix = {.time = named<fix_time_t>(fix_time_names, document.at("place"), "place"),
                       .lines = exact_list(document, "lines"),
                       .restores = exact_list(document, "restores")};
     for (const json &each : document.value("replacements", json::array()))
