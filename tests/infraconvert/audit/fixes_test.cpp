@@ -86,7 +86,7 @@ TEST(findings, get_the_fixes_that_are_for_them) {
 
     findings = {finding("IC021", "e")};
     add_fixes(findings, {}, "");
-    EXPECT_EQ(findings[0].by_hand, "no edit of the original was found with which it converts");
+    EXPECT_EQ(findings[0].by_hand, "no edit that means the same was found with which it converts");
 }
 
 // An edit for a conversion that failed is for all its errors, and each of its places one change.

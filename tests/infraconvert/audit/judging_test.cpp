@@ -114,6 +114,18 @@ TEST_F(judging_t, where_repairs_make_different_switches_all_are_shown_and_none_i
     EXPECT_FALSE(contains(mended, "class-map arp\n")) << mended;
 }
 
+TEST_F(judging_t, files_of_fixes_are_those_of_the_last_audit) {
+    change_result("    priority\n", "");
+    const auto in_the_way = judge({"--fixes", "."});
+    EXPECT_EQ(in_the_way.status, 2);
+    EXPECT_TRUE(contains(in_the_way.err, "name another folder")) << in_the_way.err;
+    EXPECT_EQ(judge({"--fixes", "fixes"}).status, 4);
+    EXPECT_TRUE(std::filesystem::exists(here.path("fixes/in.cfg/after.cfg")));
+    here.write("result.cfg", result);
+    EXPECT_EQ(judge({"--fixes", "fixes"}).status, 0);
+    EXPECT_FALSE(std::filesystem::exists(here.path("fixes/in.cfg/after.cfg")));
+}
+
 TEST_F(judging_t, a_line_that_the_target_does_not_read_is_an_error) {
     change_result("policy-map type queuing", "policy-map type queueing");
     EXPECT_EQ(judge().status, 4);

@@ -424,6 +424,7 @@ TEST(mend, chooses_between_an_edit_and_lines) {
                            .codes = row.codes});
         ASSERT_FALSE(fixed.fixes.empty()) << row.what;
         EXPECT_EQ(fixed.fixes[0].place, row.place) << row.what;
+        EXPECT_EQ(fixed.fixes[0].codes.size(), fixed.fixes[0].mends.size()) << row.what;
         EXPECT_EQ(fixed.by_hand.size(), row.codes.empty() ? 1U : 2U) << row.what;
         EXPECT_EQ(fixed.original == kept, row.place == fix_place_t::before) << row.what;
     }

@@ -149,7 +149,7 @@ void tell_of_all(finding_t &finding, const mended_t &mended, const std::string &
         finding.by_hand = "the target release has no form for it";
     else
         finding.by_hand =
-            "no edit of the original was found with which it converts" +
+            "no edit that means the same was found with which it converts" +
             (is("IC090") && !mended.refusal.empty() ? "; the last one is refused: " + mended.refusal
                                                     : "");
 }

@@ -4,6 +4,7 @@
 #include "base/clock.h"
 #include "base/errors.h"
 #include "base/messages.h"
+#include "base/quoting.h"
 #include "commands/progress.h"
 #include "commands/reporting.h"
 #include "reports/details.h"
@@ -41,24 +42,46 @@ std::string folder_for(const std::string &folder, const std::string &file) {
     return folder + '/' + (below ? near : path).string();
 }
 
-// "before.patch" and "after.cfg" of a configuration.
+std::string patch_of(const audited_t &audited, const mending::mended_t &mended,
+                     const std::string &original) {
+    if (mended.original == original)
+        return "";
+    const lines_t before = split_lines(original), after = split_lines(mended.original);
+    return unified_diff(before, after, difference(before, after),
+                        {.before_label = audited.file + '\t' + audited.route.front(),
+                         .after_label = audited.file + "\tmended",
+                         .context = 3,
+                         .color = false,
+                         .annotation = {},
+                         .margin = 0});
+}
+
+// "before.patch" and "after.cfg" of a configuration. Those of an earlier audit go: they would be
+// taken for what is to be done now.
 void keep_fixes(const outputs_t &outputs, const std::string &folder, const audited_t &audited,
                 const mending::mended_t &mended, const std::string &original) {
     const std::string own = folder_for(folder, audited.file);
-    std::filesystem::create_directories(own);
-    if (mended.original != original) {
-        const lines_t before = split_lines(original), after = split_lines(mended.original);
-        outputs.write(own + "/before.patch",
-                      unified_diff(before, after, difference(before, after),
-                                   {.before_label = audited.file + '\t' + audited.route.front(),
-                                    .after_label = audited.file + "\tmended",
-                                    .context = 3,
-                                    .color = false,
-                                    .annotation = {},
-                                    .margin = 0}));
+    const std::pair<std::string, std::string> files[] = {
+        {own + "/before.patch", patch_of(audited, mended, original)},
+        {own + "/after.cfg", lines_to_type(mended)}};
+    for (const auto &[path, text] : files) {
+        if (text.empty()) {
+            std::filesystem::remove(path);
+            continue;
+        }
+        std::filesystem::create_directories(own);
+        outputs.write(path, text);
     }
-    if (const std::string lines = lines_to_type(mended); !lines.empty())
-        outputs.write(own + "/after.cfg", lines);
+}
+
+void expect_folders(const std::string &folder, const std::vector<std::string> &files) {
+    for (const std::string &file : files) {
+        const std::string own = folder_for(folder, file);
+        if (std::filesystem::exists(own) && !std::filesystem::is_directory(own))
+            throw usage_error_t("--fixes: " + quoted_name(own) +
+                                " is no folder, but the one for the fixes of " + shown_name(file) +
+                                " would be there; name another folder");
+    }
 }
 
 // Options about the converters, where none runs.
@@ -132,8 +155,10 @@ void expect_outputs(const audit_options_t &options, const fleet_t &fleet, output
         outputs.made_from(configuration_file(options.result));
     if (!options.report.empty())
         outputs.expect("--report", options.report);
-    if (!options.fixes.empty())
+    if (!options.fixes.empty()) {
         outputs.make_folder(options.fixes);
+        expect_folders(options.fixes, fleet.files);
+    }
 }
 
 int run(const audit_options_t &options) {

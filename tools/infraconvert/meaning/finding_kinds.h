@@ -289,11 +289,14 @@ void this_code_has_no_row_in_finding_kind_table(); // a name for the compiler to
 class finding_code_t {
   public:
     consteval finding_code_t(const char *code) {
+        bool known = false; // not asked of the row: under sanitizers its address is no constant
         for (const finding_kind_t &kind : finding_kind_table) {
-            if (std::string_view(kind.code) == code)
-                row = &kind;
+            if (std::string_view(kind.code) != code)
+                continue;
+            row = &kind;
+            known = true;
         }
-        if (!row)
+        if (!known)
             this_code_has_no_row_in_finding_kind_table();
     }
     const finding_kind_t &kind() const { return *row; }

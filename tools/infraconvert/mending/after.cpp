@@ -29,9 +29,11 @@ bool has_lines_of(const commands_t &all, const commands_t &some) {
     });
 }
 
-// On a switch nothing takes back a line that begins with "no".
-bool takes_back_no(const typed_line_t &line) {
-    return line.removes && meaning::begins_with(meaning::split_words(line.text), {"no"});
+// On a switch "no" takes back no line that begins with "no", and of an interface it takes what is
+// right as well.
+bool is_there_for_good(std::string_view line) {
+    const meaning::words_t words = meaning::split_words(line);
+    return meaning::begins_with(words, {"no"}) || meaning::begins_with(words, {"interface"});
 }
 
 // The commands without what nobody can type.
@@ -39,8 +41,10 @@ commands_t typeable(const commands_t &commands) {
     commands_t rest;
     for (command_t command : commands) {
         const bool is_removed = command.how == command_t::remove;
-        const size_t lines = std::erase_if(command.body, takes_back_no);
-        if (!(is_removed && command.header.starts_with("no ")) &&
+        const size_t lines = std::erase_if(command.body, [](const typed_line_t &line) {
+            return line.removes && is_there_for_good(line.text);
+        });
+        if (!(is_removed && is_there_for_good(command.header)) &&
             !(lines > 0 && command.body.empty()))
             rest.push_back(std::move(command));
     }
@@ -297,7 +301,8 @@ std::string after_t::why_not(const difference_t &difference) const {
         if (!candidate.why_not.empty())
             return candidate.why_not;
         if (lines_of(typeable(candidate.commands)) != lines_of(candidate.commands))
-            return "on the switch nothing takes back a line that begins with \"no\"; edit the file";
+            return "on the switch nothing takes back a line that begins with \"no\" or "
+                   "\"interface\"; edit the file";
     }
     const std::string reason = no_way({original.side, current->side}, difference);
     return reason.empty() ? "no lines were found that restore it and change nothing else" : reason;

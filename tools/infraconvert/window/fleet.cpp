@@ -118,7 +118,7 @@ class examination_t {
     // `judged` has the two texts in which the findings name lines.
     void finish(const converted_t &conversion, const converted_t &judged,
                 const mending::mended_t &mended) {
-        if (fleet.keep_fixes && !mended.fixes.empty())
+        if (fleet.keep_fixes)
             fleet.keep_fixes(record, mended, *conversion.original);
         if (fleet.describe)
             record.details = fleet.describe(conversion);
