@@ -1,5 +1,6 @@
 #include "mending/after.h"
 
+#include "mending/line_words.h"
 #include "mending/map_lines.h"
 
 #include <algorithm>
@@ -49,6 +50,32 @@ commands_t typeable(const commands_t &commands) {
             rest.push_back(std::move(command));
     }
     return rest;
+}
+
+// Classes without a class-map, and attachments without a policy-map: the release has refused them
+// when it read the file, so they are typed once more behind what they lacked.
+commands_t refused_lines(const judged_t &now, const difference_t &difference) {
+    commands_t again;
+    if (difference.code != "IC010" && difference.code != "IC012")
+        return again;
+    for (const meaning::stanza_t &stanza : now.side.model.reading.stanzas) {
+        bool in_class = false;
+        command_t command = {.header = std::string(stanza.header.text)};
+        for (const meaning::line_t &line : stanza.body) {
+            const bool is_class = is_class_line(line.text);
+            const bool is_told =
+                std::binary_search(difference.after.begin(), difference.after.end(), line.number);
+            in_class = is_class ? is_told : in_class;
+            const bool is_attachment =
+                meaning::begins_with(meaning::split_words(line.text), {"service-policy"});
+            if (in_class || (is_told && is_attachment))
+                command.body.push_back(
+                    {(in_class && !is_class ? "    " : "  ") + std::string(line.text)});
+        }
+        if (!command.body.empty())
+            again.push_back(std::move(command));
+    }
+    return again;
 }
 
 bool is_gone(const difference_t &difference, const judged_t &now) {
@@ -251,6 +278,11 @@ void after_t::take(proved_t proved) {
         }
     }
     fix.commands = fewest(proved.commands, reached);
+    for (const difference_t &difference : fix.mends) {
+        const commands_t again = refused_lines(*current, difference);
+        if (applied(reached->text, again) == reached->text)
+            fix.commands.insert(fix.commands.end(), again.begin(), again.end());
+    }
     current = std::move(reached);
     fixes.push_back(std::move(fix));
 }
