@@ -234,13 +234,13 @@ TEST(typed_commands, come_together_once) {
     merge(all, more);
     add_line(all, "system qos", "  x");
     remove_line(all, "system qos", "  y");
-    put_removals_first(all);
-    EXPECT_EQ(lines_of(all),
-              (std::vector<std::string>{"system qos", "  no service-policy p", "  no y",
-                                        "  service-policy q", "  x", "policy-map p", "  class a",
+    remove_stanza(all, "class-map idle");
+    EXPECT_EQ(lines_of(in_order_of_typing(all)),
+              (std::vector<std::string>{"system qos", "  no service-policy p", "no class-map c",
+                                        "class-map c", "  match cos 1", "policy-map p", "  class a",
                                         "    pause", "    no mtu 1", "  class b", "    pause",
-                                        "no class-map c", "class-map c", "  match cos 1", "vlan 4",
-                                        "  fcoe"}));
+                                        "system qos", "  no y", "  service-policy q", "  x",
+                                        "vlan 4", "  fcoe", "no class-map idle"}));
 }
 
 // What is enough is asked of the caller: here all that holds a "2".

@@ -238,9 +238,9 @@ TEST(mend, classifies_and_schedules_at_an_interface_in_one_group) {
                                "  class type queuing a\n    priority\ninterface Ethernet1/1\n"
                                "  service-policy type queuing input p\n";
     const lines_t lines = only_fix(mended(original, result, "4.1(2)", "5.0(2)"));
-    EXPECT_EQ(lines, (lines_t{"policy-map type qos p", "  class type qos a", "    set qos-group 4",
-                              "interface Ethernet1/1", "  service-policy type qos input p",
-                              "class-map type queuing a", "  match qos-group 4"}));
+    EXPECT_EQ(lines, (lines_t{"class-map type queuing a", "  match qos-group 4",
+                              "policy-map type qos p", "  class type qos a", "    set qos-group 4",
+                              "interface Ethernet1/1", "  service-policy type qos input p"}));
 }
 
 // Lines ahead of the first stanza belong to none that could be entered.

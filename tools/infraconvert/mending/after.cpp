@@ -249,8 +249,7 @@ std::optional<after_t::proved_t> after_t::prove(commands_t commands, const diffe
                                                 bool some) {
     if (work.is_too_much())
         return std::nullopt;
-    commands = typeable(commands);
-    put_removals_first(commands);
+    commands = in_order_of_typing(typeable(commands));
     const std::string text = applied(current->text, commands);
     if (text == current->text)
         return std::nullopt;

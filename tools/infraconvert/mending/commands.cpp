@@ -1,9 +1,11 @@
 #include "mending/commands.h"
 
+#include "meaning/reading.h"
 #include "mending/line_words.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <unordered_set>
 
 namespace infraconvert::mending {
 
@@ -78,8 +80,12 @@ void merge(commands_t &commands, const commands_t &more) {
 
 std::vector<std::string> lines_of(const commands_t &commands) {
     std::vector<std::string> lines;
+    const command_t *entered = nullptr;
     for (const command_t &command : commands) {
-        lines.push_back((command.how == command_t::remove ? "no " : "") + command.header);
+        const bool enters = command.how == command_t::enter;
+        if (!enters || !entered || entered->header != command.header)
+            lines.push_back((command.how == command_t::remove ? "no " : "") + command.header);
+        entered = enters ? &command : nullptr;
         for (const typed_line_t &line : command.body) {
             const size_t indent = std::min(line.text.find_first_not_of(" \t"), line.text.size());
             lines.push_back(line.text.substr(0, indent) + (line.removes ? "no " : "") +
@@ -96,12 +102,73 @@ constexpr size_t most_tried = 200;
 
 } // namespace
 
-void put_removals_first(commands_t &commands) {
-    for (command_t &command : commands) {
-        if (!command.header.starts_with("policy-map "))
+namespace {
+
+bool is_detached(const typed_line_t &line) {
+    return line.removes &&
+           meaning::begins_with(meaning::split_words(line.text), {"service-policy"});
+}
+
+// The lines of a place that detach policies, as a block of their own.
+command_t split_detached(command_t &command) {
+    command_t detached = {.header = command.header, .order = command.order};
+    std::copy_if(command.body.begin(), command.body.end(), std::back_inserter(detached.body),
+                 is_detached);
+    std::erase_if(command.body, is_detached);
+    return detached;
+}
+
+enum rank_t {
+    detached,
+    old_policies,
+    old_class_maps,
+    class_maps,
+    policies,
+    places,
+    idle_class_maps
+};
+
+using headers_t = std::unordered_set<std::string_view>;
+
+rank_t rank_of(const command_t &command, const headers_t &entered) {
+    const bool removes = command.how == command_t::remove;
+    if (command.header.starts_with("policy-map "))
+        return removes ? old_policies : policies;
+    if (!command.header.starts_with("class-map "))
+        return places;
+    return !removes                           ? class_maps
+           : entered.contains(command.header) ? old_class_maps
+                                              : idle_class_maps;
+}
+
+} // namespace
+
+commands_t in_order_of_typing(const commands_t &commands) {
+    headers_t entered;
+    for (const command_t &command : commands) {
+        if (command.how != command_t::remove)
+            entered.insert(command.header);
+    }
+    std::vector<std::pair<rank_t, command_t>> ranked;
+    for (command_t command : commands) {
+        const rank_t rank = rank_of(command, entered);
+        if (rank == places && command.how == command_t::enter) {
+            if (command_t before = split_detached(command); !before.body.empty()) {
+                ranked.emplace_back(detached, std::move(before));
+                if (command.body.empty())
+                    continue;
+            }
             std::stable_partition(command.body.begin(), command.body.end(),
                                   [](const typed_line_t &line) { return line.removes; });
+        }
+        ranked.emplace_back(rank, std::move(command));
     }
+    std::stable_sort(ranked.begin(), ranked.end(),
+                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    commands_t ordered;
+    for (auto &[rank, command] : ranked)
+        ordered.push_back(std::move(command));
+    return ordered;
 }
 
 commands_t without_needless(const commands_t &commands, const is_enough_t &is_enough) {

@@ -45,8 +45,9 @@ void add_action(commands_t &commands, const std::string &policy, const std::stri
 // Adds everything that `more` has and `commands` has not.
 void merge(commands_t &commands, const commands_t &more);
 
-// Outside policy-maps: a place takes a second policy only when the first is gone.
-void put_removals_first(commands_t &commands);
+// The commands in an order that a switch takes: what is attached goes before its policy-map, maps
+// stand before what uses them, and a place takes a second policy only when the first is gone.
+commands_t in_order_of_typing(const commands_t &commands);
 
 // Every line, in the order in which it is typed.
 std::vector<std::string> lines_of(const commands_t &commands);
