@@ -51,24 +51,30 @@ const row_t *scheduled_one_way(const scene_t &scene) {
     return nullptr;
 }
 
+bool is_marked(const table_t &table, const std::string &place, const std::string &traffic) {
+    return std::any_of(table.begin(), table.end(), [&](const row_t &row) {
+        return row.place == place && row.is_marking() && row.traffic == traffic;
+    });
+}
+
+bool has_marking(const table_t &table, const std::string &place) {
+    return std::any_of(table.begin(), table.end(),
+                       [&](const row_t &row) { return row.place == place && row.is_marking(); });
+}
+
 // Scheduling wants a group for the traffic, and where traffic is put into groups this is marking:
 // what is scheduled at the place, but not marked there.
 const row_t *scheduled_beside_marking(const scene_t &scene, const row_change_t &change) {
     const row_t &row = change.row;
-    if (change.gained || scene.before.dialect.typed || !scene.typed() || row.place == "system")
-        return nullptr;
     const table_t &table = scene.effects_before;
-    const auto marks = [&](const row_t &other) {
-        return other.place == row.place && other.is_marking();
-    };
+    if (change.gained || scene.before.dialect.typed || !scene.typed() || row.place == "system" ||
+        !has_marking(table, row.place))
+        return nullptr;
     for (const row_t &other : table) {
         const bool meant = row.is_marking() ? other.place == row.place && is_scheduling(other) &&
                                                   !is_predefined(other.traffic)
                                             : same_row(other, row);
-        if (meant && std::any_of(table.begin(), table.end(), marks) &&
-            std::none_of(table.begin(), table.end(), [&](const row_t &mark) {
-                return marks(mark) && mark.traffic == other.traffic;
-            }))
+        if (meant && !is_marked(table, row.place, other.traffic))
             return &other;
     }
     return nullptr;
