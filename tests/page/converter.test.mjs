@@ -199,7 +199,9 @@ test("agreed exceptions come with the configurations, stop nothing, and are told
 test("what a result has lost is said beside its button, and the mended one comes first", async () => {
   const { page, trouble } = await openPage(browser, url);
   const half = example.replaceAll("priority", "fabric"); // the target has no fabric
-  await dropFiles(page, { "whole.cfg": unattached("p"), "half.cfg": half, "fine.cfg": "npiv enable\n", "fails.cfg": "feature lldp\nsystem qos\n  service-policy dc\n" });
+  const noForm = "class-map x\n  match cos 3\npolicy-map p\n  class x\n    pause no-drop\n" +
+    "interface Ethernet1/1\n  service-policy input p\n"; // the target pauses for the whole switch only
+  await dropFiles(page, { "whole.cfg": unattached("p"), "half.cfg": half, "fine.cfg": "npiv enable\n", "fails.cfg": noForm });
   await ask(page);
   const said = name => page.evaluate(async wanted => {
     const box = [...document.querySelectorAll("#list > details")].find(each => each.querySelector(".name").textContent.startsWith(wanted));
