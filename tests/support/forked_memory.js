@@ -1,5 +1,5 @@
 // See forked_memory.cpp.
-mergeInto(LibraryManager.library, {
+mergeInto(LibraryManager["library"], {
   undone__deps: ['$FS'],
   undone: function (call, argument, heapEnd) {
     var memory = HEAPU8.slice(0, heapEnd);
